@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// Text operations that follow Unicode. Texts are UTF-8; bytes that are not count as U+FFFD.
+namespace velmor::text {
+
+/// Without white space and newlines at both ends.
+[[nodiscard]] std::string_view trimmed(std::string_view text);
+
+/// In lower case, the same in every locale.
+[[nodiscard]] std::string lowercased(std::string_view text);
+
+/// The form in which texts that look the same have the same bytes (composed accents).
+[[nodiscard]] std::string composed(std::string_view text);
+
+[[nodiscard]] bool isValidUtf8(std::string_view bytes);
+
+/// The text with every byte sequence that is not UTF-8 replaced by U+FFFD.
+[[nodiscard]] std::string withValidUtf8(std::string_view bytes);
+
+/// With the letters a to z in upper case and everything else as it is.
+[[nodiscard]] std::string asciiUppercased(std::string_view text);
+
+[[nodiscard]] std::string replacingAll(std::string_view text, std::string_view what,
+                                       std::string_view with);
+
+/// The pieces between separators, empty ones dropped.
+[[nodiscard]] std::vector<std::string_view> split(std::string_view text, char separator);
+
+} // namespace velmor::text

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <chrono>
+
+namespace velmor {
+
+/// The wall clock, replaceable so that rules about time are tested without waiting.
+class Clock {
+public:
+  using TimePoint = std::chrono::system_clock::time_point;
+
+  virtual ~Clock() = default;
+
+  /// The present moment. Any thread.
+  [[nodiscard]] virtual TimePoint now() const = 0;
+};
+
+} // namespace velmor

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace velmor {
+
+/// A file operation failed; the message is a sentence for the user.
+class FileError : public std::runtime_error {
+public:
+  using std::runtime_error::runtime_error;
+};
+
+/// A file in a folder's listing.
+struct FolderEntry {
+  std::filesystem::path path;
+  /// Nothing when the date cannot be read.
+  std::optional<std::chrono::system_clock::time_point> modified;
+};
+
+/// Files and folders. Safe to use from any thread. Permissions are POSIX modes such as 0600.
+class FileManager {
+public:
+  virtual ~FileManager() = default;
+
+  /// Creates the folder and any above it with these permissions; an existing folder is fine.
+  /// Throws FileError.
+  virtual void createFolder(const std::filesystem::path& path, unsigned permissions) = 0;
+
+  /// The whole file; nothing when it cannot be read.
+  [[nodiscard]] virtual std::optional<std::string>
+  read(const std::filesystem::path& path) const = 0;
+
+  /// Writes a new private file and puts it in the place of `path` once it is safely stored, so
+  /// that the old or the new file is there whole at any moment. Throws FileError.
+  virtual void writeAtomically(const std::filesystem::path& path, std::string_view bytes) = 0;
+
+  /// Throws FileError.
+  virtual void setPermissions(const std::filesystem::path& path, unsigned permissions) = 0;
+
+  /// Removes a file, or a folder with everything in it. Failures are ignored.
+  virtual void remove(const std::filesystem::path& path) = 0;
+
+  [[nodiscard]] virtual bool exists(const std::filesystem::path& path) const = 0;
+
+  /// True for a file (not a folder) that this user may execute.
+  [[nodiscard]] virtual bool isExecutable(const std::filesystem::path& path) const = 0;
+
+  /// The size in bytes; nothing when it cannot be read.
+  [[nodiscard]] virtual std::optional<std::uint64_t>
+  size(const std::filesystem::path& path) const = 0;
+
+  /// The folder's entries in no particular order; none when it cannot be listed.
+  [[nodiscard]] virtual std::vector<FolderEntry>
+  list(const std::filesystem::path& folder) const = 0;
+};
+
+} // namespace velmor

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "platform/MainLoop.h"
+#include "platform/Platform.h"
+
+#include <memory>
+
+namespace velmor {
+
+class LineInput;
+
+/// The system's backend: it owns everything that a Platform refers to. Each system links one.
+class Host {
+public:
+  virtual ~Host() = default;
+
+  [[nodiscard]] virtual const Platform& platform() const = 0;
+
+  [[nodiscard]] virtual LineInput& standardInput() = 0;
+
+  /// Runs the main loop until `Workspace::terminate` is called. Every blocking wait of the seam
+  /// ends at that call.
+  virtual void run() = 0;
+
+  /// Calls `work` in the display lane when the system asks the program to end (TERM, INT).
+  virtual void onTerminationRequest(MainLoop::Work work) = 0;
+};
+
+/// Makes the backend of the system that this program was built for. Call it first in main, before
+/// there is any other thread: it takes secrets out of the environment that children inherit.
+[[nodiscard]] std::unique_ptr<Host> makeHost();
+
+} // namespace velmor

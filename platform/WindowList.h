@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace velmor {
+
+struct WindowDescription {
+  std::int32_t ownerProcess = 0;
+  /// The window's name; "" when the system withholds it.
+  std::string name;
+};
+
+/// The windows of all applications.
+class WindowList {
+public:
+  virtual ~WindowList() = default;
+
+  /// The windows on screen, without the desktop's own elements; empty when there is no window
+  /// server. Any thread.
+  [[nodiscard]] virtual std::vector<WindowDescription> onScreen() = 0;
+};
+
+} // namespace velmor
