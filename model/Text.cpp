@@ -100,11 +100,13 @@ std::string replacingAll(std::string_view text, std::string_view what, std::stri
   return result;
 }
 
-std::vector<std::string_view> split(std::string_view text, char separator) {
+std::vector<std::string_view> split(std::string_view text, char separator,
+                                    std::size_t mostSplits) {
   std::vector<std::string_view> pieces;
   std::size_t start = 0;
   while (start <= text.size()) {
-    const auto end = std::min(text.find(separator, start), text.size());
+    const bool isRest = pieces.size() >= mostSplits;
+    const auto end = isRest ? text.size() : std::min(text.find(separator, start), text.size());
     if (end > start) pieces.push_back(text.substr(start, end - start));
     start = end + 1;
   }
