@@ -100,6 +100,15 @@ std::string replacingAll(std::string_view text, std::string_view what, std::stri
   return result;
 }
 
+std::string joined(const std::vector<std::string>& pieces, std::string_view separator) {
+  std::string result;
+  for (const auto& piece : pieces) {
+    if (&piece != &pieces.front()) result += separator;
+    result += piece;
+  }
+  return result;
+}
+
 std::vector<std::string_view> split(std::string_view text, char separator) {
   std::vector<std::string_view> pieces;
   std::size_t start = 0;
