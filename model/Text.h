@@ -27,6 +27,9 @@ namespace velmor::text {
 [[nodiscard]] std::string replacingAll(std::string_view text, std::string_view what,
                                        std::string_view with);
 
+[[nodiscard]] std::string joined(const std::vector<std::string>& pieces,
+                                 std::string_view separator);
+
 /// The pieces between separators, empty ones dropped. After `mostSplits` pieces the rest, with the
 /// separators in it, is the last one.
 [[nodiscard]] std::vector<std::string_view>

@@ -2,13 +2,13 @@
 
 #include "model/Text.h"
 #include "nowplaying/NowPlayingError.h"
+#include "nowplaying/PercentEncoding.h"
 
 #include <sqlite3.h>
 
 #include <array>
 #include <fstream>
 #include <memory>
-#include <string_view>
 
 namespace velmor {
 
@@ -35,28 +35,10 @@ bool isLeftBehind(const std::filesystem::path& path) {
   return !std::filesystem::exists(log, ignored);
 }
 
-/// The address of a file that will not change while it is read.
-std::string immutableAddress(const std::filesystem::path& path) {
-  constexpr std::string_view digits = "0123456789ABCDEF";
-  constexpr std::string_view plain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz"
-                                     "0123456789-._~/";
-  std::string address = "file:";
-  for (const char character : path.string()) {
-    if (plain.find(character) != std::string_view::npos) {
-      address += character;
-      continue;
-    }
-    const auto byte = static_cast<unsigned char>(character);
-    address += '%';
-    address += digits[byte >> 4U];
-    address += digits[byte & 0xFU];
-  }
-  return address + "?immutable=1";
-}
-
 Connection open(const std::filesystem::path& path) {
   const bool immutable = isLeftBehind(path);
-  const auto name = immutable ? immutableAddress(path) : path.string();
+  const auto name =
+      immutable ? "file:" + percentEncoded(path.string(), "/") + "?immutable=1" : path.string();
   const int flags = SQLITE_OPEN_READONLY | (immutable ? SQLITE_OPEN_URI : 0);
   sqlite3* handle = nullptr;
   const int result = sqlite3_open_v2(name.c_str(), &handle, flags, nullptr);

@@ -3,13 +3,14 @@
 #include "model/Number.h"
 #include "model/Text.h"
 #include "nowplaying/NowPlayingError.h"
+#include "nowplaying/PercentEncoding.h"
 #include "nowplaying/ProcessUtils.h"
 #include "platform/Environment.h"
 #include "platform/HttpSession.h"
 #include "platform/PlatformRecord.h"
 #include "platform/ProcessLauncher.h"
 
-#include <array>
+#include <algorithm>
 #include <optional>
 #include <set>
 
@@ -20,6 +21,7 @@ namespace {
 constexpr Seconds requestTimeout{0.7};
 constexpr Seconds wholeWait{1.0};
 constexpr std::string_view fieldSeparator = "|||";
+constexpr std::string_view allowedInQuery = "!$&'()*+,;=:@/?";
 constexpr std::string_view whiteSpace = " \t\n\v\f\r";
 
 /// Gives the six fields of the master deck's song when it plays and is audible, else nothing.
@@ -32,24 +34,6 @@ constexpr std::string_view script =
     "`deck master get_loaded_song \"bpm\"`|||"
     "`deck master get_loaded_song \"key\"`' : get_text '' : get_text ''";
 static_assert(script.size() == 317);
-
-std::string percentEncoded(std::string_view query) {
-  constexpr std::string_view digits = "0123456789ABCDEF";
-  constexpr std::string_view allowed = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz"
-                                       "0123456789-._~!$&'()*+,;=:@/?";
-  std::string encoded;
-  for (const char character : query) {
-    if (allowed.find(character) != std::string_view::npos) {
-      encoded += character;
-      continue;
-    }
-    const auto byte = static_cast<unsigned char>(character);
-    encoded += '%';
-    encoded += digits[byte >> 4U];
-    encoded += digits[byte & 0xFU];
-  }
-  return encoded;
-}
 
 /// The field at `index` (from 0) of a line whose fields stand between white space.
 std::optional<std::string_view> field(std::string_view line, std::size_t index) {
@@ -118,8 +102,8 @@ std::vector<std::int64_t> VirtualDJNetworkControl::parsePorts(std::string_view l
 NowPlayingTrack VirtualDJNetworkControl::queryNetworkControl(const Platform& platform,
                                                              std::int64_t port) {
   HttpRequest request;
-  request.url =
-      "http://127.0.0.1:" + std::to_string(port) + "/query?script=" + percentEncoded(script);
+  request.url = "http://127.0.0.1:" + std::to_string(port) +
+                "/query?script=" + percentEncoded(script, allowedInQuery);
   request.timeout = requestTimeout;
   const auto token = platform.environment.variable("VIRTUALDJ_NETWORK_CONTROL_TOKEN");
   if (token && !token->empty()) request.headers.emplace_back("Authorization", "Bearer " + *token);
