@@ -1,0 +1,47 @@
+#include "platform/linux/AtspiAccessibility.h"
+
+#include "platform/linux/AtspiApplicationElement.h"
+#include "platform/linux/AtspiBus.h"
+
+namespace velmor {
+
+namespace {
+
+/// Stands for a program of which nothing can be read.
+class UnreadableElement : public AccessibilityElement {
+public:
+  explicit UnreadableElement(int errorCode) : error(errorCode) {}
+  AccessibilityResult attribute(const std::string&) override { return {error}; }
+  int setAttribute(const std::string&, const AccessibilityValue&) override { return error; }
+
+private:
+  int error;
+};
+
+} // namespace
+
+AtspiAccessibility::AtspiAccessibility(std::stop_token stop) : stopToken(std::move(stop)) {}
+
+AtspiAccessibility::~AtspiAccessibility() = default;
+
+AccessibilityElementPtr AtspiAccessibility::application(std::int32_t processIdentifier) {
+  const auto opened = openBus();
+  if (!opened) return std::make_shared<UnreadableElement>(accessibilityError::apiDisabled);
+  const auto name = opened->nameOf(processIdentifier);
+  if (name) {
+    return std::make_shared<AtspiApplicationElement>(
+        std::make_shared<AtspiConversation>(opened, *name), processIdentifier);
+  }
+  // Where it is switched off, programs offer nothing.
+  return std::make_shared<UnreadableElement>(opened->isSwitchedOn()
+                                                 ? accessibilityError::cannotComplete
+                                                 : accessibilityError::apiDisabled);
+}
+
+std::shared_ptr<AtspiBus> AtspiAccessibility::openBus() {
+  const std::lock_guard lock(mutex);
+  if (!bus || !bus->isOpen()) bus = AtspiBus::open(stopToken);
+  return bus;
+}
+
+} // namespace velmor

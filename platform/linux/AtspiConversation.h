@@ -1,0 +1,35 @@
+#pragma once
+
+#include "platform/linux/AtspiBus.h"
+
+#include <chrono>
+
+namespace velmor {
+
+/// Calls to one program. Once the program has left a call unanswered nothing more is asked of it,
+/// so that a hung program costs one deadline in all.
+class AtspiConversation {
+public:
+  /// The longest that one look at a program may take, however slowly it answers.
+  static constexpr std::chrono::seconds budget{6};
+
+  AtspiConversation(std::shared_ptr<AtspiBus> accessibilityBus, std::string programName);
+
+  /// Makes all calls at once. The answers stand in the order of the calls; null for a call that
+  /// failed.
+  [[nodiscard]] std::vector<DBusValue> exchange(const std::vector<DBusCall>& calls);
+
+  /// Whether the program has stopped answering.
+  [[nodiscard]] bool isOver() const;
+
+  /// The program's name on the bus.
+  [[nodiscard]] const std::string& program() const { return name; }
+
+private:
+  std::shared_ptr<AtspiBus> bus;
+  std::string name;
+  std::chrono::steady_clock::time_point end;
+  bool hung = false;
+};
+
+} // namespace velmor
