@@ -6,13 +6,19 @@ using Type = nlohmann::json::value_t;
 
 namespace {
 
+DecodingError unreadable(const char* key, const char* reason) {
+  return DecodingError(std::string("The data couldn't be read because “") + key + "” " + reason +
+                       ".");
+}
+
 /// 2^63: from here on a double does not fit into the integers.
 constexpr double integerLimit = 9223372036854775808.0;
 
 } // namespace
 
 RecordReader::RecordReader(const nlohmann::json& json) : object(json) {
-  if (!json.is_object()) throw DecodingError("a record is a JSON object");
+  if (!json.is_object())
+    throw DecodingError("The data couldn't be read because it isn't a JSON object.");
 }
 
 std::string RecordReader::text(const char* key) const {
@@ -22,19 +28,19 @@ std::string RecordReader::text(const char* key) const {
 std::int64_t RecordReader::integer(const char* key) const {
   const auto& value = member(key);
   if (value.is_number_unsigned() && value.get<std::uint64_t>() > std::uint64_t{INT64_MAX}) {
-    throw DecodingError(std::string(key) + " is too large");
+    throw unreadable(key, "is too large");
   }
   if (value.is_number_integer()) return value.get<std::int64_t>();
   const double wide = number(key);
   if (std::trunc(wide) != wide || wide < -integerLimit || wide >= integerLimit) {
-    throw DecodingError(std::string(key) + " is not a whole number");
+    throw unreadable(key, "is not a whole number");
   }
   return static_cast<std::int64_t>(wide);
 }
 
 double RecordReader::number(const char* key) const {
   const auto& value = member(key);
-  if (!value.is_number()) throw DecodingError(std::string(key) + " is not a number");
+  if (!value.is_number()) throw unreadable(key, "is not a number");
   return value.get<double>();
 }
 
@@ -44,13 +50,13 @@ bool RecordReader::boolean(const char* key) const {
 
 const nlohmann::json& RecordReader::member(const char* key) const {
   const auto found = object.find(key);
-  if (found == object.end()) throw DecodingError(std::string(key) + " is missing");
+  if (found == object.end()) throw unreadable(key, "is missing");
   return *found;
 }
 
 const nlohmann::json& RecordReader::member(const char* key, Type type) const {
   const auto& value = member(key);
-  if (value.type() != type) throw DecodingError(std::string(key) + " has the wrong type");
+  if (value.type() != type) throw unreadable(key, "has the wrong type");
   return value;
 }
 

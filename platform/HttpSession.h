@@ -37,15 +37,23 @@ public:
   using std::runtime_error::runtime_error;
 };
 
+/// The answer's body was longer than a session takes.
+class AnswerTooLarge : public TransportError {
+public:
+  AnswerTooLarge() : TransportError("The server's answer is too large.") {}
+};
+
 /// Sends requests over http and https, keeping no cookies, cache or credentials. Redirects are
 /// followed, but the headers "Authorization" and "x-api-key" stay with the first host.
 /// Safe to use from any thread.
 class HttpSession {
 public:
+  static constexpr std::size_t bodyLimit = std::size_t{16} << 20;
+
   virtual ~HttpSession() = default;
 
   /// Sends the request and waits for the whole answer. When Velmor quits meanwhile, the call ends
-  /// at once. Throws TransportError.
+  /// at once. Bodies over `bodyLimit` fail. Throws TransportError.
   [[nodiscard]] virtual HttpResponse send(const HttpRequest& request) const = 0;
 };
 

@@ -3,6 +3,8 @@
 #include "platform/MainLoop.h"
 #include "platform/Task.h"
 
+#include <exception>
+#include <memory>
 #include <optional>
 #include <type_traits>
 
@@ -124,6 +126,23 @@ private:
 template <typename Function>
 detail::WorkerCall<Function> onWorker(MainLoop& loop, Function function) {
   return {loop, std::move(function)};
+}
+
+/// Runs the blocking function in the actor lane's place (`MainLoop::occupyActor`) and gives its
+/// result, or throws what it threw.
+template <typename Function>
+std::invoke_result_t<Function> whileOccupyingActor(MainLoop& loop, const Function& function) {
+  std::optional<std::invoke_result_t<Function>> result;
+  std::exception_ptr failure;
+  loop.occupyActor([&] {
+    try {
+      result.emplace(function());
+    } catch (...) {
+      failure = std::current_exception();
+    }
+  });
+  if (failure) std::rethrow_exception(failure);
+  return std::move(*result);
 }
 
 } // namespace velmor

@@ -13,8 +13,11 @@ public:
   /// shell. Text that is not a URL (it has no scheme) does nothing.
   virtual void openURL(const std::string& url) = 0;
 
-  /// Ends the application's event loop.
+  /// Ends the application's event loop, and every blocking wait of the seam at once.
   virtual void terminate() = 0;
+
+  /// True once `terminate` has been called: nothing may be told to the page any more.
+  [[nodiscard]] virtual bool isTerminating() const = 0;
 };
 
 } // namespace velmor

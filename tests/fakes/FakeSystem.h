@@ -70,6 +70,7 @@ class FakeWorkspace : public Workspace {
 public:
   void openURL(const std::string& url) override { opened.push_back(url); }
   void terminate() override { ++terminations; }
+  bool isTerminating() const override { return terminations > 0; }
   std::vector<std::string> opened;
   int terminations = 0;
 };

@@ -1,0 +1,75 @@
+#include "ai/AIClient.h"
+
+#include "ai/AnalysisValidation.h"
+#include "ai/OpenAIResponses.h"
+#include "ai/RecommendationPrompt.h"
+#include "ai/TinkerMessages.h"
+#include "model/JsonCoding.h"
+#include "model/ModelProvider.h"
+#include "model/Text.h"
+#include "model/VelmorError.h"
+#include "platform/Waiting.h"
+
+namespace velmor {
+
+namespace {
+
+constexpr Seconds sessionTimeout{45};
+constexpr Seconds requestTimeout{60};
+
+} // namespace
+
+AIClient::AIClient(const Platform& platform, std::string tinker, std::string openAI)
+    : loop(platform.mainLoop)
+    , tinkerEndpoint(std::move(tinker))
+    , openAIEndpoint(std::move(openAI))
+    , session(platform.http.makeSession({.requestTimeout = sessionTimeout})) {}
+
+Task<Analysis> AIClient::recommend(Request request) {
+  // The one check covers both providers; the pipeline has already named the right one.
+  if (text::trimmed(request.apiKey).empty()) throw VelmorError("Tinker API key is not configured");
+  if (request.current.song.empty() || request.current.artist.empty()) {
+    throw VelmorError("current track metadata is incomplete");
+  }
+  const auto prompt = RecommendationPrompt::text(request.current, request.source,
+                                                 request.bpmTolerance, request.recommendationCount);
+  const bool openAI = modelProvider(request.model) == ModelProvider::OpenAI;
+  auto exchange = openAI ? requestOpenAI(request, prompt) : requestTinker(request, prompt);
+  Analysis analysis = co_await exchange;
+  analysis.currentTrack = request.current;
+  co_return validateAnalysis(analysis, request.recommendationCount);
+}
+
+Task<Analysis> AIClient::requestOpenAI(const Request& request, const std::string& prompt) {
+  const auto headers = OpenAIResponses::headers(request.apiKey);
+  const auto body = OpenAIResponses::body(request.model, prompt, request.recommendationCount);
+  const auto bytes = co_await postJSON(openAIEndpoint, headers, body);
+  co_return OpenAIResponses::parse(bytes, request.recommendationCount);
+}
+
+Task<Analysis> AIClient::requestTinker(const Request& request, const std::string& prompt) {
+  const auto headers = TinkerMessages::headers(request.apiKey);
+  const auto body = TinkerMessages::body(request.model, prompt, request.recommendationCount);
+  const auto bytes = co_await postJSON(tinkerEndpoint, headers, body);
+  co_return TinkerMessages::parseTinkerResponse(bytes, request.recommendationCount);
+}
+
+Task<std::string> AIClient::postJSON(const std::string& url, const Headers& headers,
+                                     const nlohmann::json& body) {
+  HttpRequest request{.method = "POST",
+                      .url = url,
+                      .headers = headers,
+                      .body = jsonEncoder().encode(body),
+                      .timeout = requestTimeout};
+  const auto send = [session = session, request = std::move(request)] {
+    return session->send(request);
+  };
+  HttpResponse response = co_await onWorker(loop, send);
+  if (response.status < 200 || response.status > 299) {
+    throw VelmorError("request failed with status " + std::to_string(response.status),
+                      response.status);
+  }
+  co_return std::move(response.body);
+}
+
+} // namespace velmor

@@ -1,0 +1,40 @@
+#include "ai/ProviderAnswer.h"
+
+#include "model/JsonCoding.h"
+#include "model/VelmorError.h"
+
+#include <algorithm>
+
+namespace velmor {
+
+using Json = nlohmann::json;
+
+Json ProviderAnswer::object(std::string_view bytes, const char* notAnObject) {
+  Json answer = JsonDecoder::parse(bytes);
+  if (!answer.is_object()) throw VelmorError(notAnObject);
+  const auto error = answer.find("error");
+  if (error != answer.end() && error->is_object()) {
+    if (const auto* message = text(*error, "message")) throw VelmorError(*message);
+  }
+  return answer;
+}
+
+const Json* ProviderAnswer::objects(const Json& answer, const char* member) {
+  const auto found = answer.find(member);
+  if (found == answer.end() || !found->is_array()) return nullptr;
+  const bool allObjects =
+      std::ranges::all_of(*found, [](const Json& item) { return item.is_object(); });
+  return allObjects ? &*found : nullptr;
+}
+
+bool ProviderAnswer::says(const Json& object, const char* member, std::string_view value) {
+  const auto* found = text(object, member);
+  return found && *found == value;
+}
+
+const std::string* ProviderAnswer::text(const Json& object, const char* member) {
+  const auto found = object.find(member);
+  return found == object.end() ? nullptr : found->get_ptr<const std::string*>();
+}
+
+} // namespace velmor

@@ -1,0 +1,113 @@
+#include "analysis/AudioAnalysisService.h"
+
+#include "analysis/ExtractorReport.h"
+#include "analysis/WorkingFolder.h"
+#include "model/Text.h"
+#include "model/VelmorError.h"
+#include "platform/Environment.h"
+#include "platform/FileManager.h"
+#include "platform/ProcessLauncher.h"
+
+#include <algorithm>
+#include <array>
+
+namespace velmor {
+
+namespace {
+
+constexpr std::array extractorNames{"essentia_streaming_extractor_music",
+                                    "essentia_streaming_extractor_music.exe"};
+
+/// The user's own device first, then the loopback devices that this system may have.
+std::vector<std::string> captureDevices(const Platform& platform) {
+  std::vector<std::string> devices;
+  const auto add = [&](std::string_view device) {
+    const auto name = text::trimmed(device);
+    if (!name.empty()) devices.emplace_back(name);
+  };
+  add(platform.environment.variable("VELMOR_AUDIO_DEVICE").value_or(""));
+  for (const auto& device : platform.record.captureDevices)
+    add(device);
+  return devices;
+}
+
+std::string ffmpegPath(const Platform& platform) {
+  const auto& locations = platform.record.ffmpegLocations;
+  const auto found = std::ranges::find_if(
+      locations, [&](const auto& location) { return platform.files.isExecutable(location); });
+  if (found == locations.end()) throw VelmorError("ffmpeg is not installed");
+  return *found;
+}
+
+ChildProcess recorder(const Platform& platform, const std::string& device,
+                      const std::filesystem::path& outputPath) {
+  std::vector<std::string> arguments{"-hide_banner", "-loglevel", "error", "-f",
+                                     platform.record.captureFormat};
+  std::ranges::copy(platform.record.captureOptions, std::back_inserter(arguments));
+  std::ranges::copy(std::array<std::string, 10>{"-i", device, "-t", "15", "-ac", "2", "-ar",
+                                                "44100", "-y", outputPath.string()},
+                    std::back_inserter(arguments));
+  return {.executable = ffmpegPath(platform), .arguments = arguments, .mergeErrorOutput = true};
+}
+
+/// False when this device gives no recording.
+bool record(const Platform& platform, const std::string& device,
+            const std::filesystem::path& outputPath) {
+  const auto child = recorder(platform, device, outputPath);
+  try {
+    if (platform.processes.run(child).exitStatus != 0) return false;
+  } catch (const LaunchError&) {
+    return false;
+  }
+  return platform.files.size(outputPath).value_or(0) > 0;
+}
+
+void runExtractor(const Platform& platform, const std::string& extractor,
+                  const WorkingFolder& folder) {
+  const auto result =
+      platform.processes.run({.executable = extractor,
+                              .arguments = {folder.sample().string(), folder.report().string()},
+                              .mergeErrorOutput = true});
+  if (result.exitStatus == 0) return;
+  const auto output = text::isValidUtf8(result.output) ? result.output : "";
+  throw VelmorError("run Essentia: exit " + std::to_string(result.exitStatus) + " (" + output +
+                    ")");
+}
+
+} // namespace
+
+std::optional<std::string> AudioAnalysisService::extractorPath(const Platform& platform) {
+  const auto chosen = platform.environment.variable("ESSENTIA_EXTRACTOR").value_or("");
+  if (!chosen.empty() && platform.files.isExecutable(chosen)) return chosen;
+  for (const auto* name : extractorNames) {
+    try {
+      const auto result = platform.processes.run({platform.record.which, {name}});
+      const auto path = text::trimmed(result.output);
+      if (!path.empty() && text::isValidUtf8(path)) return std::string(path);
+    } catch (const LaunchError&) {
+      continue;
+    }
+  }
+  return std::nullopt;
+}
+
+void AudioAnalysisService::captureLoopback(const Platform& platform,
+                                           const std::filesystem::path& outputPath) {
+  for (const auto& device : captureDevices(platform)) {
+    if (record(platform, device, outputPath)) return;
+  }
+  throw VelmorError("system audio capture requires ffmpeg and a loopback device such as BlackHole");
+}
+
+AudioAnalysisService::Features AudioAnalysisService::analyze(const Platform& platform) {
+  const auto extractor = extractorPath(platform);
+  if (!extractor) throw VelmorError("Essentia extractor is not installed");
+  const WorkingFolder folder(platform);
+  captureLoopback(platform, folder.sample());
+  runExtractor(platform, *extractor, folder);
+  const auto report = platform.files.read(folder.report());
+  if (!report) throw FileError("The extractor's report could not be read.");
+  return ExtractorReport::features(*report);
+}
+
+} // namespace velmor

@@ -1,0 +1,65 @@
+#include "app/AppController.h"
+
+#include "analysis/AudioAnalysisService.h"
+#include "model/ModelProvider.h"
+#include "platform/Environment.h"
+#include "platform/Waiting.h"
+#include "platform/Workspace.h"
+
+namespace velmor {
+
+namespace {
+
+/// The address that the environment names, if it names one.
+std::string endpoint(const Platform& platform, const char* variable, const char* standard) {
+  const auto chosen = platform.environment.variable(variable).value_or("");
+  return chosen.empty() ? standard : chosen;
+}
+
+} // namespace
+
+AppController::AppController(const Platform& thePlatform, std::shared_ptr<ConfigStore> store)
+    : platform(thePlatform)
+    , configStore(std::move(store))
+    , buildInfo(platform)
+    , updateService(std::make_shared<UpdateService>(platform, "macos", buildInfo.version()))
+    , aiClient(platform, endpoint(platform, "VELMOR_TINKER_URL", AIClient::defaultTinkerEndpoint),
+               endpoint(platform, "VELMOR_OPENAI_URL", AIClient::defaultOpenAIEndpoint))
+    , nowPlaying(platform)
+    , tasks(platform.mainLoop) {}
+
+AppState AppController::getState() {
+  const auto model = configStore->current().aiModel;
+  const bool available = !configStore->apiKey(model).empty();
+  const auto lookForExtractor = [this] {
+    return AudioAnalysisService::extractorPath(platform).has_value();
+  };
+  return {.aiAvailable = available,
+          .essentiaAvailable = whileOccupyingActor(platform.mainLoop, lookForExtractor),
+          .provider =
+              available ? providerName(model) + " recommendations ready" : "API key required"};
+}
+
+AppInfo AppController::appInfo() {
+  return {.version = buildInfo.version(), .buildDate = buildInfo.buildDate()};
+}
+
+Task<UpdateInfo> AppController::checkForUpdate() {
+  const auto check = [service = updateService] { return service->check(); };
+  co_return co_await onWorker(platform.mainLoop, check);
+}
+
+void AppController::openURL(const std::string& url) {
+  platform.workspace.openURL(url);
+}
+
+void AppController::quit() {
+  platform.workspace.terminate();
+}
+
+void AppController::emitPlain(const char* event, const std::optional<std::string>& jsonPayload) {
+  if (platform.workspace.isTerminating()) return;
+  if (const auto bridge = webBridge.lock()) bridge->emit(event, jsonPayload);
+}
+
+} // namespace velmor

@@ -1,0 +1,143 @@
+#include "analysis/AudioAnalysisService.h"
+#include "app/AppController.h"
+#include "model/CamelotKey.h"
+#include "model/ModelProvider.h"
+#include "model/Number.h"
+#include "model/Text.h"
+#include "model/VelmorError.h"
+#include "nowplaying/NowPlayingError.h"
+#include "nowplaying/ProcessUtils.h"
+#include "nowplaying/RekordboxDetector.h"
+#include "platform/Waiting.h"
+
+#include <array>
+#include <utility>
+
+namespace velmor {
+
+namespace {
+
+constexpr auto noActiveDeck = "rekordbox is running but no active deck was detected. Play a track "
+                              "in Performance mode, then try again.";
+
+/// How the result's label begins, by how the track was found.
+std::string labelPrefix(const std::string& detection) {
+  constexpr std::array<std::pair<std::string_view, std::string_view>, 7> prefixes{{
+      {"macOS media session", "macOS Media Control + "},
+      {"Serato performance history", "Serato Performance History + "},
+      {"Mixxx current-track metadata", "Mixxx Current Track + "},
+      {"rekordbox deck metadata", "rekordbox Deck Metadata + "},
+      {"VirtualDJ master-deck metadata", "VirtualDJ Master Deck + "},
+      {"VirtualDJ play history", "VirtualDJ Play History + "},
+      {"djay Pro play history", "djay Pro Play History + "},
+  }};
+  for (const auto& [known, prefix] : prefixes) {
+    if (detection == known) return std::string(prefix);
+  }
+  return "macOS Media Control + ";
+}
+
+std::string orDefault(const std::string& detection, const char* standard) {
+  return detection.empty() ? standard : detection;
+}
+
+/// What listening gave.
+struct Measurement {
+  bool extractorInstalled = false;
+  /// Nothing when the sample could not be captured or measured.
+  std::optional<AudioAnalysisService::Features> features;
+};
+
+Measurement measure(const Platform& platform) {
+  if (!AudioAnalysisService::extractorPath(platform)) return {};
+  try {
+    return {true, AudioAnalysisService::analyze(platform)};
+  } catch (const std::exception&) {
+    return {true, std::nullopt};
+  }
+}
+
+std::string noticeFor(const std::string& detection, const Measurement& measurement) {
+  const auto detected = "Detected through " + orDefault(detection, "macOS now-playing metadata");
+  if (!measurement.extractorInstalled) return detected + ".";
+  if (measurement.features) return detected + " and analyzed with Essentia.";
+  return detected + "; Essentia audio analysis was unavailable for this sample.";
+}
+
+void addMeasurement(TrackMetadata& track, const AudioAnalysisService::Features& features) {
+  track.bpm = features.bpm;
+  track.key = CamelotKey::toCamelot(text::trimmed(features.key + " " + features.scale));
+  track.other =
+      "Essentia audio analysis; average loudness " + number::formatFixed(features.loudness, 3);
+}
+
+} // namespace
+
+Task<VisionResult> AppController::suggestTracks() {
+  const auto model = configStore->current().aiModel;
+  if (configStore->apiKey(model).empty()) {
+    throw VelmorError(providerName(model) + " API key is required for recommendations");
+  }
+  const auto track = detectTrack();
+  try {
+    co_return co_await analyzeNowPlaying(track);
+  } catch (const std::exception& error) {
+    throw VelmorError(error.what());
+  }
+}
+
+NowPlayingTrack AppController::detectTrack() {
+  const auto detect = [this] { return nowPlaying.current(); };
+  try {
+    return whileOccupyingActor(platform.mainLoop, detect);
+  } catch (const NowPlayingError& error) {
+    const bool nothing = error.errorCase() == NowPlayingError::Case::noActiveSession;
+    throw VelmorError(nothing && isRekordboxRunning() ? noActiveDeck : error.errorDescription());
+  } catch (const std::exception& error) {
+    throw VelmorError(error.what());
+  }
+}
+
+Task<VisionResult> AppController::analyzeNowPlaying(NowPlayingTrack track) {
+  const auto config = configStore->current();
+  auto current = metadata(track);
+  const auto listen = [this] { return measure(platform); };
+  const auto measurement = whileOccupyingActor(platform.mainLoop, listen);
+  if (measurement.features) addMeasurement(current, *measurement.features);
+  // A request costs money: none is sent for a track that has gone meanwhile.
+  if (co_await isCancelled()) throw VelmorError("The suggestion was cancelled.");
+
+  AIClient::Request request{.apiKey = configStore->apiKey(config.aiModel),
+                            .model = config.aiModel,
+                            .current = current,
+                            .source = track.source,
+                            .bpmTolerance = config.bpmTolerance,
+                            .recommendationCount = config.recommendationCount};
+  Analysis analysis = co_await aiClient.recommend(std::move(request));
+  co_return VisionResult{.currentTrack = analysis.currentTrack,
+                         .recommendations = analysis.recommendations,
+                         .source = labelPrefix(track.detection) + providerName(config.aiModel),
+                         .notice = noticeFor(track.detection, measurement)};
+}
+
+TrackMetadata AppController::metadata(const NowPlayingTrack& track) {
+  return {.song = track.title,
+          .artist = track.artist,
+          .album = track.album,
+          .bpm = track.bpm,
+          .key = CamelotKey::toCamelot(track.key),
+          .genre = track.genre,
+          .energy = 0,
+          .other = "Verified by " + orDefault(track.detection, "macOS media session"),
+          .confidence = 100};
+}
+
+bool AppController::isRekordboxRunning() const {
+  const auto look = [this] {
+    return RekordboxDetector::rekordboxApplication(platform).has_value() ||
+           ProcessUtils::isRunning(platform, {"rekordbox"});
+  };
+  return whileOccupyingActor(platform.mainLoop, look);
+}
+
+} // namespace velmor

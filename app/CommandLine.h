@@ -1,0 +1,25 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace velmor {
+
+/// What the program was started for.
+struct CommandLine {
+  enum class Command { window, now, suggest, bridge, version, help };
+
+  Command command = Command::window;
+  /// Prints one compact JSON object instead of text to read.
+  bool json = false;
+
+  static constexpr auto usage = "usage: velmor [now [--json] | suggest [--json] | bridge | "
+                                "--version | --help]";
+  static const char* const help;
+
+  /// Nothing when an argument is unknown or out of place.
+  [[nodiscard]] static std::optional<CommandLine> parse(const std::vector<std::string>& arguments);
+};
+
+} // namespace velmor

@@ -1,0 +1,133 @@
+#include "app/Program.h"
+
+#include "app/StreamWebView.h"
+#include "app/TrackText.h"
+#include "model/JsonCoding.h"
+#include "platform/LineInput.h"
+#include "platform/Waiting.h"
+#include "platform/Workspace.h"
+#include "ui/WebBridge.h"
+
+namespace velmor {
+
+namespace {
+
+constexpr int failure = 1;
+constexpr int unusable = 2;
+/// The rekordbox reader tells a playing deck by its clock, which takes a second look.
+constexpr Seconds secondLook{1.5};
+
+std::shared_ptr<AppController> makeController(const Platform& platform) {
+  return std::make_shared<AppController>(platform, std::make_shared<ConfigStore>(platform));
+}
+
+} // namespace
+
+Program::Program(Host& theHost, std::ostream& output, std::ostream& errors)
+    : host(theHost), out(output), err(errors) {}
+
+int Program::run(const std::vector<std::string>& arguments) {
+  const auto line = CommandLine::parse(arguments);
+  if (!line) {
+    err << CommandLine::usage << '\n';
+    return unusable;
+  }
+  try {
+    switch (line->command) {
+    case CommandLine::Command::window:
+      return runWindow();
+    case CommandLine::Command::now:
+      return runCommand(&Program::now, line->json);
+    case CommandLine::Command::suggest:
+      return runCommand(&Program::suggest, line->json);
+    case CommandLine::Command::bridge:
+      return runBridge();
+    case CommandLine::Command::version: {
+      BuildInfo info(host.platform());
+      out << "Velmor " << info.version() << " (" << info.buildDate() << ")\n";
+      return 0;
+    }
+    case CommandLine::Command::help:
+      out << CommandLine::help;
+      return 0;
+    }
+  } catch (const std::exception& error) {
+    return fail(error.what());
+  }
+  return unusable;
+}
+
+int Program::runWindow() {
+  err << "velmor: the window needs a display; now, suggest and bridge work without one.\n";
+  return unusable;
+}
+
+int Program::runBridge() {
+  const auto& platform = host.platform();
+  const auto controller = makeController(platform);
+  const auto bridge = std::make_shared<WebBridge>(platform.mainLoop, controller);
+  const auto view = std::make_shared<StreamWebView>(out);
+  controller->setWebBridge(bridge);
+  bridge->setWebView(view);
+  view->addMessageHandler(WebBridge::handlerName, [&](const auto& name, const auto& body) {
+    bridge->didReceive(name, body);
+  });
+
+  const auto end = [&] { platform.workspace.terminate(); };
+  const auto endWhenIdle = [&] {
+    bridge->whenIdle(end);
+    if (bridge->isIdle()) end();
+  };
+  host.standardInput().read([&](const auto& line) { view->post(WebBridge::handlerName, line); },
+                            endWhenIdle);
+  host.onTerminationRequest(end);
+  host.run();
+  return 0;
+}
+
+int Program::runCommand(Command command, bool json) {
+  const auto controller = makeController(host.platform());
+  TaskGroup tasks(host.platform().mainLoop);
+  const auto end = [&] { host.platform().workspace.terminate(); };
+  tasks.whenEmpty(end);
+  tasks.start(reporting((this->*command)(*controller, json)));
+  host.onTerminationRequest([&] {
+    status = failure;
+    end();
+  });
+  host.run();
+  return status;
+}
+
+Task<void> Program::reporting(Task<void> command) {
+  try {
+    co_await command;
+  } catch (const std::exception& error) {
+    status = fail(error.what());
+  }
+}
+
+Task<void> Program::now(AppController& controller, bool json) {
+  if (controller.isRekordboxRunning()) {
+    try {
+      static_cast<void>(controller.detectTrack());
+    } catch (const std::exception&) {
+      // The first look only notes where the decks' clocks stand.
+    }
+    co_await Sleep(host.platform().mainLoop, secondLook);
+  }
+  const auto track = controller.detectTrack();
+  out << (json ? TrackText::json(track) : TrackText::readable(track)) << std::flush;
+}
+
+Task<void> Program::suggest(AppController& controller, bool json) {
+  const auto result = co_await controller.suggestTracks();
+  out << (json ? jsonEncoder().encode(result) + "\n" : TrackText::readable(result)) << std::flush;
+}
+
+int Program::fail(const std::string& message) {
+  err << message << '\n';
+  return failure;
+}
+
+} // namespace velmor

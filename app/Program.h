@@ -1,0 +1,40 @@
+#pragma once
+
+#include "app/AppController.h"
+#include "app/CommandLine.h"
+#include "platform/Host.h"
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace velmor {
+
+/// The program as it is started from a command line.
+class Program {
+public:
+  Program(Host& host, std::ostream& out, std::ostream& err);
+
+  /// Gives the exit status: 0 for success, 1 for a failure that a sentence on the error stream
+  /// tells, 2 for a command line that cannot be carried out.
+  [[nodiscard]] int run(const std::vector<std::string>& arguments);
+
+private:
+  using Command = Task<void> (Program::*)(AppController& controller, bool json);
+
+  [[nodiscard]] int runWindow();
+  [[nodiscard]] int runBridge();
+  /// Runs a command that prints something and ends.
+  [[nodiscard]] int runCommand(Command command, bool json);
+  [[nodiscard]] Task<void> reporting(Task<void> command);
+  [[nodiscard]] Task<void> now(AppController& controller, bool json);
+  [[nodiscard]] Task<void> suggest(AppController& controller, bool json);
+  [[nodiscard]] int fail(const std::string& message);
+
+  Host& host;
+  std::ostream& out;
+  std::ostream& err;
+  int status = 0;
+};
+
+} // namespace velmor

@@ -1,0 +1,79 @@
+#include "app/TrackText.h"
+
+#include "model/JsonCoding.h"
+#include "model/Number.h"
+#include "model/Text.h"
+
+#include <vector>
+
+namespace velmor {
+
+namespace {
+
+std::string printable(std::string_view given) {
+  auto result = text::withValidUtf8(given);
+  for (char& character : result) {
+    const auto code = static_cast<unsigned char>(character);
+    if (code < 0x20 || code == 0x7F) character = ' ';
+  }
+  // The second set of control characters, U+0080 to U+009F, takes two bytes.
+  for (std::size_t position = 0; position + 1 < result.size(); ++position) {
+    const auto next = static_cast<unsigned char>(result[position + 1]);
+    if (result[position] == '\xC2' && next < 0xA0) result.replace(position, 2, " ");
+  }
+  return result;
+}
+
+/// The parts that are there, between commas.
+std::string details(double bpm, const std::string& key, const std::string& genre) {
+  std::vector<std::string> parts;
+  if (bpm > 0) parts.push_back(number::formatFixed(bpm, 1) + " BPM");
+  if (!key.empty()) parts.push_back(printable(key));
+  if (!genre.empty()) parts.push_back(printable(genre));
+  return text::joined(parts, ", ");
+}
+
+std::string named(const std::string& artist, const std::string& title,
+                  const std::string& inBrackets) {
+  const auto name = printable(artist) + " – " + printable(title);
+  return inBrackets.empty() ? name : name + " (" + inBrackets + ")";
+}
+
+} // namespace
+
+std::string TrackText::readable(const NowPlayingTrack& track) {
+  const auto album = track.album.empty() ? "" : " from " + printable(track.album);
+  return named(track.artist, track.title, details(track.bpm, track.key, track.genre)) + album +
+         " [" + printable(track.source) + ": " + printable(track.detection) + "]\n";
+}
+
+std::string TrackText::json(const NowPlayingTrack& track) {
+  return jsonEncoder().encode(nlohmann::json{{"title", track.title},
+                                             {"artist", track.artist},
+                                             {"album", track.album},
+                                             {"genre", track.genre},
+                                             {"bpm", track.bpm},
+                                             {"key", track.key},
+                                             {"source", track.source},
+                                             {"detection", track.detection}}) +
+         "\n";
+}
+
+std::string TrackText::readable(const VisionResult& result) {
+  const auto& current = result.currentTrack;
+  std::string lines =
+      "Now playing: " +
+      named(current.artist, current.song, details(current.bpm, current.key, current.genre)) + "\n" +
+      printable(result.notice) + " " + printable(result.source) + "\n\n";
+  int rank = 0;
+  for (const auto& track : result.recommendations) {
+    lines += std::to_string(++rank) + ". " +
+             named(track.artist, track.song, details(track.bpm, track.key, track.genre)) + " " +
+             std::to_string(track.compatibilityScore) + "/100\n   " + printable(track.explanation) +
+             "\n";
+  }
+  if (result.recommendations.empty()) lines += "No recommendations.\n";
+  return lines;
+}
+
+} // namespace velmor
