@@ -2,6 +2,7 @@
 
 #include "platform/linux/AtspiApplicationElement.h"
 #include "platform/linux/AtspiBus.h"
+#include "platform/linux/SessionBusAddress.h"
 
 namespace velmor {
 
@@ -20,7 +21,8 @@ private:
 
 } // namespace
 
-AtspiAccessibility::AtspiAccessibility(std::stop_token stop) : stopToken(std::move(stop)) {}
+AtspiAccessibility::AtspiAccessibility(const Environment& theEnvironment, std::stop_token quitToken)
+    : environment(theEnvironment), quit(std::move(quitToken)) {}
 
 AtspiAccessibility::~AtspiAccessibility() = default;
 
@@ -40,7 +42,9 @@ AccessibilityElementPtr AtspiAccessibility::application(std::int32_t processIden
 
 std::shared_ptr<AtspiBus> AtspiAccessibility::openBus() {
   const std::lock_guard lock(mutex);
-  if (!bus || !bus->isOpen()) bus = AtspiBus::open(stopToken);
+  if (bus && bus->isOpen()) return bus;
+  const auto address = sessionBusAddress(environment);
+  bus = address ? AtspiBus::open(*address, quit) : nullptr;
   return bus;
 }
 

@@ -9,15 +9,16 @@
 namespace velmor {
 
 class AtspiBus;
+class Environment;
 
 /// Accessibility over D-Bus alone: the usual library ends the process where there is no
 /// accessibility bus, and waits long for hung programs.
 ///
 /// Without a bus, or where it is switched off, every read gives `apiDisabled`. Reads end at once
-/// when `stop` is requested.
+/// when `quitToken` asks for it.
 class AtspiAccessibility : public Accessibility {
 public:
-  explicit AtspiAccessibility(std::stop_token stop);
+  AtspiAccessibility(const Environment& theEnvironment, std::stop_token quitToken);
   ~AtspiAccessibility() override;
 
   AccessibilityElementPtr application(std::int32_t processIdentifier) override;
@@ -25,7 +26,8 @@ public:
 private:
   [[nodiscard]] std::shared_ptr<AtspiBus> openBus();
 
-  std::stop_token stopToken;
+  const Environment& environment;
+  std::stop_token quit;
   std::mutex mutex;
   /// Kept open: programs keep their caches only for as long.
   std::shared_ptr<AtspiBus> bus;

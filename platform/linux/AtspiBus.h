@@ -1,23 +1,24 @@
 #pragma once
 
-#include "platform/linux/DBusConnection.h"
+#include "platform/linux/BusExchange.h"
 
 #include <cstdint>
 #include <optional>
 
 namespace velmor {
 
-/// The accessibility bus: where programs offer what their windows show.
+/// The accessibility bus: where programs offer what their windows show. Any thread.
 class AtspiBus {
 public:
   /// How long a program may leave a call without an answer before it counts as hung.
-  static constexpr std::chrono::milliseconds callDeadline{2000};
+  static constexpr std::chrono::milliseconds patience{2000};
 
-  /// Null when this desktop has no accessibility bus.
-  [[nodiscard]] static std::shared_ptr<AtspiBus> open(const std::stop_token& stop);
+  /// Null when the session bus with this address knows of no accessibility bus.
+  [[nodiscard]] static std::shared_ptr<AtspiBus> open(const std::string& sessionAddress,
+                                                      const std::stop_token& quit);
 
-  AtspiBus(std::shared_ptr<DBusConnection> sessionBus,
-           std::shared_ptr<DBusConnection> accessibilityBus);
+  AtspiBus(BusConnectionPtr sessionBus, BusConnectionPtr accessibilityBus,
+           std::stop_token quitToken);
 
   [[nodiscard]] bool isOpen() const;
 
@@ -27,13 +28,16 @@ public:
   /// The bus name of the program that runs as this process; nothing when it offers nothing.
   [[nodiscard]] std::optional<std::string> nameOf(std::int32_t process) const;
 
-  [[nodiscard]] const DBusConnection& connection() const { return *accessibility; }
+  /// Makes all calls at once, and waits until `end` at the latest.
+  [[nodiscard]] BusExchange exchange(const std::vector<BusCall>& calls, BusWait::Moment end) const;
 
 private:
+  [[nodiscard]] std::vector<std::string> registeredNames() const;
   void askForCaches() const;
 
-  std::shared_ptr<DBusConnection> session;
-  std::shared_ptr<DBusConnection> accessibility;
+  BusConnectionPtr session;
+  BusConnectionPtr accessibility;
+  std::stop_token quit;
 };
 
 } // namespace velmor

@@ -1,7 +1,9 @@
 #include "platform/linux/AtspiCache.h"
 
 #include "platform/linux/AtspiCalls.h"
-#include "platform/linux/DBusValues.h"
+#include "platform/linux/Variants.h"
+
+#include <glib.h>
 
 #include <algorithm>
 #include <set>
@@ -21,11 +23,11 @@ enum Member : std::size_t {
   States = 9,
 };
 
-AtspiReference referenceOf(const DBusValue& pair) {
+AtspiReference referenceOf(const VariantPtr& pair) {
   return {textOf(memberOf(pair, 0)), textOf(memberOf(pair, 1))};
 }
 
-bool holdsText(const DBusValue& texts, std::string_view wanted) {
+bool holdsText(const VariantPtr& texts, std::string_view wanted) {
   for (std::size_t index = 0; index < sizeOf(texts); ++index) {
     if (textOf(memberOf(texts, index)) == wanted) return true;
   }
@@ -34,12 +36,12 @@ bool holdsText(const DBusValue& texts, std::string_view wanted) {
 
 } // namespace
 
-DBusCall AtspiCache::call(const std::string& programName) {
-  return {programName, "/org/a11y/atspi/cache", "org.a11y.atspi.Cache", "GetItems",
-          "(a((so)(so)(so)iiassusau))"};
+BusCall AtspiCache::call(const std::string& programName) {
+  return {programName, "/org/a11y/atspi/cache",     "org.a11y.atspi.Cache", "GetItems",
+          nullptr,     "(a((so)(so)(so)iiassusau))"};
 }
 
-AtspiCache::AtspiCache(const DBusValue& answer) {
+AtspiCache::AtspiCache(const VariantPtr& answer) {
   const auto array = answer ? memberOf(answer, 0) : nullptr;
   for (std::size_t position = 0; position < sizeOf(array); ++position) {
     const auto value = memberOf(array, position);
@@ -54,7 +56,7 @@ AtspiCache::AtspiCache(const DBusValue& answer) {
   }
 }
 
-AtspiCache::Item AtspiCache::readItem(const DBusValue& value) {
+AtspiCache::Item AtspiCache::readItem(const VariantPtr& value) {
   auto node = std::make_shared<AtspiNode>();
   node->reference = referenceOf(memberOf(value, Self));
   node->name = textOf(memberOf(value, Name));

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/linux/AtspiNode.h"
-#include "platform/linux/DBusConnection.h"
+#include "platform/linux/BusWait.h"
 
 #include <map>
 #include <optional>
@@ -12,10 +12,10 @@ namespace velmor {
 class AtspiCache {
 public:
   /// Asks the program of this name for its cache.
-  [[nodiscard]] static DBusCall call(const std::string& programName);
+  [[nodiscard]] static BusCall call(const std::string& programName);
 
   /// Takes the answer, which may be null.
-  explicit AtspiCache(const DBusValue& answer);
+  explicit AtspiCache(const VariantPtr& answer);
 
   /// Hangs what is below the node into it and gives all nodes below it, parents first; nothing,
   /// with the node as it was, when the cache does not know all of it.
@@ -30,7 +30,7 @@ private:
     std::int32_t childCount = -1;
   };
 
-  static Item readItem(const DBusValue& value);
+  static Item readItem(const VariantPtr& value);
   [[nodiscard]] bool knowsChildren(const AtspiReference& reference) const;
 
   std::map<AtspiReference, Item> items;

@@ -1,6 +1,6 @@
 #include "platform/linux/AtspiCalls.h"
 
-#include "platform/linux/DBusValues.h"
+#include "platform/linux/VariantPtrs.h"
 
 #include <charconv>
 #include <cmath>
@@ -16,14 +16,17 @@ constexpr unsigned activeState = 1;
 constexpr unsigned showingState = 25;
 constexpr std::uint32_t screenCoordinates = 0;
 
-DBusCall propertyCall(const AtspiReference& reference, const char* interface,
-                      const char* property) {
-  return {reference.name, reference.path, "org.freedesktop.DBus.Properties",
-          "Get",          "(v)",          adoptValue(g_variant_new("(ss)", interface, property))};
+BusCall propertyCall(const AtspiReference& reference, const char* interface, const char* property) {
+  return {reference.name,
+          reference.path,
+          "org.freedesktop.DBus.Properties",
+          "Get",
+          textTuple({interface, property}),
+          "(v)"};
 }
 
 /// The value inside the variant that a property comes in.
-DBusValue propertyOf(const DBusValue& answer) {
+VariantPtr propertyOf(const VariantPtr& answer) {
   return answer ? memberOf(memberOf(answer, 0), 0) : nullptr;
 }
 
@@ -36,11 +39,11 @@ std::string numberText(double number) {
 
 } // namespace
 
-DBusCall childrenCall(const AtspiReference& reference) {
-  return {reference.name, reference.path, accessibleInterface, "GetChildren", "(a(so))"};
+BusCall childrenCall(const AtspiReference& reference) {
+  return {reference.name, reference.path, accessibleInterface, "GetChildren", nullptr, "(a(so))"};
 }
 
-AtspiNodes children(const DBusValue& answer) {
+AtspiNodes children(const VariantPtr& answer) {
   AtspiNodes nodes;
   const auto references = answer ? memberOf(answer, 0) : nullptr;
   for (std::size_t index = 0; index < sizeOf(references); ++index) {
@@ -52,33 +55,37 @@ AtspiNodes children(const DBusValue& answer) {
   return nodes;
 }
 
-std::array<DBusCall, 3> detailCalls(const AtspiReference& reference) {
+std::array<BusCall, 3> detailCalls(const AtspiReference& reference) {
   return {propertyCall(reference, accessibleInterface, "Name"),
-          DBusCall{reference.name, reference.path, accessibleInterface, "GetState", "(au)"},
+          BusCall{reference.name, reference.path, accessibleInterface, "GetState", nullptr, "(au)"},
           frameCall(reference)};
 }
 
-void setName(AtspiNode& node, const DBusValue& answer) {
+void setName(AtspiNode& node, const VariantPtr& answer) {
   if (answer) node.name = textOf(propertyOf(answer));
 }
 
-void setState(AtspiNode& node, const DBusValue& answer) {
+void setState(AtspiNode& node, const VariantPtr& answer) {
   if (answer) setStateWords(node, memberOf(answer, 0));
 }
 
-void setStateWords(AtspiNode& node, const DBusValue& words) {
+void setStateWords(AtspiNode& node, const VariantPtr& words) {
   if (sizeOf(words) == 0) return;
   const auto word = g_variant_get_uint32(memberOf(words, 0).get());
   node.active = (word >> activeState & 1) != 0;
   node.showing = (word >> showingState & 1) != 0;
 }
 
-DBusCall frameCall(const AtspiReference& reference) {
-  return {reference.name, reference.path, "org.a11y.atspi.Component",
-          "GetExtents",   "((iiii))",     adoptValue(g_variant_new("(u)", screenCoordinates))};
+BusCall frameCall(const AtspiReference& reference) {
+  return {reference.name,
+          reference.path,
+          "org.a11y.atspi.Component",
+          "GetExtents",
+          takeVariant(g_variant_new("(u)", screenCoordinates)),
+          "((iiii))"};
 }
 
-void setFrame(AtspiNode& node, const DBusValue& answer) {
+void setFrame(AtspiNode& node, const VariantPtr& answer) {
   if (!answer || !node.showing) return;
   std::int32_t x = 0;
   std::int32_t y = 0;
@@ -90,14 +97,14 @@ void setFrame(AtspiNode& node, const DBusValue& answer) {
   node.size = {static_cast<double>(width), static_cast<double>(height)};
 }
 
-std::array<DBusCall, 2> valueCalls(const AtspiReference& reference) {
+std::array<BusCall, 2> valueCalls(const AtspiReference& reference) {
   constexpr std::int32_t toItsEnd = -1;
-  return {DBusCall{reference.name, reference.path, "org.a11y.atspi.Text", "GetText", "(s)",
-                   adoptValue(g_variant_new("(ii)", 0, toItsEnd))},
+  return {BusCall{reference.name, reference.path, "org.a11y.atspi.Text", "GetText",
+                  takeVariant(g_variant_new("(ii)", 0, toItsEnd)), "(s)"},
           propertyCall(reference, valueInterface, "CurrentValue")};
 }
 
-void setValue(AtspiNode& node, const DBusValue& textAnswer, const DBusValue& numberAnswer) {
+void setValue(AtspiNode& node, const VariantPtr& textAnswer, const VariantPtr& numberAnswer) {
   if (textAnswer) node.value = textOf(memberOf(textAnswer, 0));
   if (!node.value.empty()) return;
   const auto number = propertyOf(numberAnswer);

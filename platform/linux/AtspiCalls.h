@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/linux/AtspiNode.h"
-#include "platform/linux/DBusConnection.h"
+#include "platform/linux/BusWait.h"
 
 #include <array>
 
@@ -9,23 +9,23 @@
 /// answer may be null, and leaves the node as it is then.
 namespace velmor::atspi {
 
-[[nodiscard]] DBusCall childrenCall(const AtspiReference& reference);
-[[nodiscard]] AtspiNodes children(const DBusValue& answer);
+[[nodiscard]] BusCall childrenCall(const AtspiReference& reference);
+[[nodiscard]] AtspiNodes children(const VariantPtr& answer);
 
 /// Asks for the name, the state and the frame of an element.
-[[nodiscard]] std::array<DBusCall, 3> detailCalls(const AtspiReference& reference);
-void setName(AtspiNode& node, const DBusValue& answer);
-void setState(AtspiNode& node, const DBusValue& answer);
+[[nodiscard]] std::array<BusCall, 3> detailCalls(const AtspiReference& reference);
+void setName(AtspiNode& node, const VariantPtr& answer);
+void setState(AtspiNode& node, const VariantPtr& answer);
 
-[[nodiscard]] DBusCall frameCall(const AtspiReference& reference);
+[[nodiscard]] BusCall frameCall(const AtspiReference& reference);
 /// Call it after `setState`: what is not seen has no frame.
-void setFrame(AtspiNode& node, const DBusValue& answer);
+void setFrame(AtspiNode& node, const VariantPtr& answer);
 
 /// Asks for the text and the number that an element holds.
-[[nodiscard]] std::array<DBusCall, 2> valueCalls(const AtspiReference& reference);
-void setValue(AtspiNode& node, const DBusValue& textAnswer, const DBusValue& numberAnswer);
+[[nodiscard]] std::array<BusCall, 2> valueCalls(const AtspiReference& reference);
+void setValue(AtspiNode& node, const VariantPtr& textAnswer, const VariantPtr& numberAnswer);
 
 /// Reads the two words of a state set.
-void setStateWords(AtspiNode& node, const DBusValue& words);
+void setStateWords(AtspiNode& node, const VariantPtr& words);
 
 } // namespace velmor::atspi

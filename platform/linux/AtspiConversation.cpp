@@ -1,6 +1,7 @@
 #include "platform/linux/AtspiConversation.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace velmor {
 
@@ -21,20 +22,28 @@ bool AtspiConversation::isOver() const {
   return hung || std::chrono::steady_clock::now() >= end;
 }
 
-std::vector<DBusValue> AtspiConversation::exchange(const std::vector<DBusCall>& calls) {
-  std::vector<DBusValue> values;
-  values.reserve(calls.size());
-  while (values.size() < calls.size() && !isOver()) {
-    const auto first = calls.begin() + static_cast<std::ptrdiff_t>(values.size());
-    const auto count = std::min(callsAtOnce, calls.size() - values.size());
-    const std::vector<DBusCall> batch(first, first + static_cast<std::ptrdiff_t>(count));
-    for (auto& answer : bus->connection().exchange(batch, AtspiBus::callDeadline)) {
-      hung = hung || answer.timedOut;
-      values.push_back(std::move(answer.value));
-    }
+std::vector<VariantPtr> AtspiConversation::exchange(std::vector<BusCall> calls) {
+  std::vector<VariantPtr> replies;
+  replies.reserve(calls.size());
+  while (replies.size() < calls.size() && !isOver()) {
+    const auto first = calls.begin() + static_cast<std::ptrdiff_t>(replies.size());
+    const auto count = std::min(callsAtOnce, calls.size() - replies.size());
+    const std::vector<BusCall> batch(
+        std::make_move_iterator(first),
+        std::make_move_iterator(first + static_cast<std::ptrdiff_t>(count)));
+    const auto patienceEnds = std::chrono::steady_clock::now() + AtspiBus::patience;
+    auto result = bus->exchange(batch, std::min(end, patienceEnds));
+    hung = !result.isComplete;
+    std::ranges::move(result.replies, std::back_inserter(replies));
   }
-  values.resize(calls.size());
-  return values;
+  replies.resize(calls.size());
+  return replies;
+}
+
+VariantPtr AtspiConversation::ask(BusCall call) {
+  std::vector<BusCall> calls;
+  calls.push_back(std::move(call));
+  return std::move(exchange(std::move(calls)).front());
 }
 
 } // namespace velmor

@@ -2,8 +2,6 @@
 
 #include "platform/linux/AtspiBus.h"
 
-#include <chrono>
-
 namespace velmor {
 
 /// Calls to one program. Once the program has left a call unanswered nothing more is asked of it,
@@ -17,7 +15,10 @@ public:
 
   /// Makes all calls at once. The answers stand in the order of the calls; null for a call that
   /// failed.
-  [[nodiscard]] std::vector<DBusValue> exchange(const std::vector<DBusCall>& calls);
+  [[nodiscard]] std::vector<VariantPtr> exchange(std::vector<BusCall> calls);
+
+  /// Makes one call; null when it fails.
+  [[nodiscard]] VariantPtr ask(BusCall call);
 
   /// Whether the program has stopped answering.
   [[nodiscard]] bool isOver() const;
@@ -28,7 +29,7 @@ public:
 private:
   std::shared_ptr<AtspiBus> bus;
   std::string name;
-  std::chrono::steady_clock::time_point end;
+  BusWait::Moment end;
   bool hung = false;
 };
 

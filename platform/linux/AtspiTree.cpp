@@ -27,8 +27,7 @@ AtspiNodes unnamedAmong(const AtspiNodes& nodes) {
 AtspiTree::AtspiTree(AtspiConversation& programConversation) : conversation(programConversation) {}
 
 std::optional<AtspiNodes> AtspiTree::windows() {
-  const auto answer =
-      conversation.exchange({atspi::childrenCall({conversation.program(), rootPath})}).front();
+  const auto answer = conversation.ask(atspi::childrenCall({conversation.program(), rootPath}));
   if (!answer) return std::nullopt;
   auto nodes = atspi::children(answer);
   readDetails(nodes);
@@ -41,7 +40,7 @@ bool AtspiTree::readBelow(const AtspiNodePtr& node) {
 }
 
 bool AtspiTree::readFromCache(const AtspiNodePtr& node) {
-  const AtspiCache cache(conversation.exchange({AtspiCache::call(conversation.program())}).front());
+  const AtspiCache cache(conversation.ask(AtspiCache::call(conversation.program())));
   const auto below = cache.attachBelow(node);
   if (!below) return false;
   readFrames(*below);
@@ -65,10 +64,10 @@ void AtspiTree::readByWalking(const AtspiNodePtr& node) {
 
 /// Reads the children of all these nodes, with their details, in two round trips.
 AtspiNodes AtspiTree::readLevel(const AtspiNodes& parents, std::set<AtspiReference>& seen) {
-  std::vector<DBusCall> calls;
+  std::vector<BusCall> calls;
   for (const auto& parent : parents)
     calls.push_back(atspi::childrenCall(parent->reference));
-  const auto answers = conversation.exchange(calls);
+  const auto answers = conversation.exchange(std::move(calls));
   AtspiNodes level;
   for (std::size_t index = 0; index < parents.size(); ++index) {
     auto& parent = *parents[index];
@@ -83,12 +82,12 @@ AtspiNodes AtspiTree::readLevel(const AtspiNodes& parents, std::set<AtspiReferen
 }
 
 void AtspiTree::readDetails(const AtspiNodes& nodes) {
-  std::vector<DBusCall> calls;
+  std::vector<BusCall> calls;
   for (const auto& node : nodes) {
     for (auto& call : atspi::detailCalls(node->reference))
       calls.push_back(std::move(call));
   }
-  const auto answers = conversation.exchange(calls);
+  const auto answers = conversation.exchange(std::move(calls));
   auto answer = answers.begin();
   for (const auto& node : nodes) {
     atspi::setName(*node, *answer++);
@@ -99,25 +98,25 @@ void AtspiTree::readDetails(const AtspiNodes& nodes) {
 
 void AtspiTree::readFrames(const AtspiNodes& nodes) {
   AtspiNodes seen;
-  std::vector<DBusCall> calls;
+  std::vector<BusCall> calls;
   for (const auto& node : nodes) {
     if (!node->showing) continue;
     seen.push_back(node);
     calls.push_back(atspi::frameCall(node->reference));
   }
-  const auto answers = conversation.exchange(calls);
+  const auto answers = conversation.exchange(std::move(calls));
   for (std::size_t index = 0; index < seen.size(); ++index) {
     atspi::setFrame(*seen[index], answers[index]);
   }
 }
 
 void AtspiTree::readValues(const AtspiNodes& nodes) {
-  std::vector<DBusCall> calls;
+  std::vector<BusCall> calls;
   for (const auto& node : nodes) {
     for (auto& call : atspi::valueCalls(node->reference))
       calls.push_back(std::move(call));
   }
-  const auto answers = conversation.exchange(calls);
+  const auto answers = conversation.exchange(std::move(calls));
   for (std::size_t index = 0; index < nodes.size(); ++index) {
     atspi::setValue(*nodes[index], answers[2 * index], answers[2 * index + 1]);
     nodes[index]->valueKnown = true;

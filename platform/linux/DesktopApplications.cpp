@@ -59,8 +59,7 @@ std::optional<DesktopEntry> entryFor(const Evidence& evidence, const ProcessName
 }
 
 std::string firstGiven(std::initializer_list<std::string> texts) {
-  const auto given =
-      std::ranges::find_if(texts, [](const auto& text) { return !text.empty(); });
+  const auto given = std::ranges::find_if(texts, [](const auto& text) { return !text.empty(); });
   return given == texts.end() ? "" : *given;
 }
 
@@ -70,16 +69,15 @@ RunningApplication describe(const Evidence& evidence, const ProcessNames& names,
   const auto chosenName = names.areDifferent() ? names.shown : "";
   return {.bundleIdentifier =
               firstGiven({entry.identifier, lowercased(evidence.windowClass), names.program}),
-          .localizedName = firstGiven({entry.name, identity, chosenName, evidence.windowClass,
-                                       names.program, names.shown}),
+          .localizedName = firstGiven(
+              {entry.name, identity, chosenName, evidence.windowClass, names.program, names.shown}),
           .processIdentifier = evidence.process,
           .terminated = false};
 }
 
 } // namespace
 
-DesktopApplications::DesktopApplications(const Environment& environment,
-                                         MprisBusSource& mprisBuses)
+DesktopApplications::DesktopApplications(const Environment& environment, MprisBusSource& mprisBuses)
     : buses(mprisBuses), entries(environment) {}
 
 std::vector<RunningApplication> DesktopApplications::list() {

@@ -76,7 +76,8 @@ void DesktopEntries::refresh() {
   if (!folders.empty() && !foldersChanged()) return;
   folders.clear();
   entries.clear();
-  for (const auto& root : roots) readFolder(root, "");
+  for (const auto& root : roots)
+    readFolder(root, "");
 }
 
 bool DesktopEntries::foldersChanged() const {
@@ -112,8 +113,8 @@ std::optional<DesktopEntry> DesktopEntries::first(const Matches& matches) const 
 
 std::optional<DesktopEntry> DesktopEntries::forWindowClass(const std::string& windowClass) const {
   if (windowClass.empty()) return std::nullopt;
-  const auto stated = first(
-      [&](const auto& entry) { return equalInAnyCase(entry.windowClass, windowClass); });
+  const auto stated =
+      first([&](const auto& entry) { return equalInAnyCase(entry.windowClass, windowClass); });
   if (stated) return stated;
   // Most programs that do not state their class use their own name.
   return first([&](const auto& entry) {
