@@ -1,0 +1,88 @@
+// The track on air: its name, its figures, and what is known when there is none.
+(() => {
+  'use strict';
+
+  const { camelot, dom, text, suggest } = Velmor;
+  const { byId, setText, show } = dom;
+
+  const sources = 'Mixxx, rekordbox, djay Pro, VirtualDJ, Serato, Spotify, Music and the browser';
+
+  /** One of: missing, permission, playing, stopped, finding, listening, idle. */
+  function situation(state) {
+    if (state.bridge === 'missing') return 'missing';
+    if (state.playing === 'permission') return 'permission';
+    if (state.track) return state.playing === 'stopped' ? 'stopped' : 'playing';
+    if (state.run) return 'finding';
+    if (state.bridge === 'starting') return 'starting';
+    return state.settings?.autoSuggestTracks ? 'listening' : 'idle';
+  }
+
+  const labels = {
+    starting: 'Starting',
+    missing: 'Not connected',
+    permission: 'Permission needed',
+    playing: 'Now playing',
+    stopped: 'Stopped',
+    finding: 'Detecting',
+    listening: 'Detecting',
+    idle: 'Nothing playing yet',
+  };
+
+  const titles = {
+    starting: 'Velmor',
+    missing: 'Velmor is not answering',
+    finding: 'Looking for the track',
+    listening: 'Waiting for a track',
+    idle: 'Play something',
+  };
+
+  function words(state, now) {
+    if (now === 'missing') return Velmor.native.missing;
+    if (now === 'permission') return state.permission;
+    if (now === 'finding') return `${suggest.doing(state.run)}.`;
+    if (now === 'starting') return '';
+    const how = now === 'listening' ? 'Velmor listens to' : 'Then ask: Velmor looks at';
+    return `${how} ${sources}.`;
+  }
+
+  function renderTrack(state) {
+    const { track } = state;
+    setText(byId('now-title'), track.song || 'Untitled');
+    setText(byId('now-artist'), [track.artist, track.album].filter(Boolean).join(' · '));
+    setText(byId('now-bpm'), text.bpm(track.bpm));
+    byId('now-key').replaceChildren(dom.chip(track.key));
+    const shown = state.ranking;
+    const notice = shown?.track.id === track.id ? shown.notice : '';
+    const more = [track.genre, track.energy > 0 && `Energy ${track.energy}`, notice];
+    setText(byId('now-more'), more.filter(Boolean).join(' · '));
+    byId('now-title').title = track.song;
+    byId('now-artist').title = byId('now-artist').textContent;
+    byId('now-more').title = byId('now-more').textContent;
+  }
+
+  function renderWords(state, now) {
+    setText(byId('now-title'), titles[now] ?? labels[now]);
+    setText(byId('now-artist'), '');
+    setText(byId('now-more'), words(state, now));
+    for (const id of ['now-title', 'now-artist', 'now-more']) byId(id).title = '';
+  }
+
+  function render(state) {
+    const now = situation(state);
+    const hasTrack = now === 'playing' || now === 'stopped';
+    byId('now').dataset.state = now;
+    byId('lamp').dataset.state = now;
+    setText(byId('now-state'), labels[now]);
+    show(byId('now-figures'), hasTrack);
+    if (hasTrack) renderTrack(state);
+    else renderWords(state, now);
+    const place = hasTrack ? camelot.parse(state.track.key) : null;
+    dom.paint(byId('now'), place);
+    const source = state.ranking?.source || state.app?.provider || 'Velmor';
+    setText(byId('source-text'), source);
+    byId('source').title = source;
+  }
+
+  Velmor.view(['bridge', 'playing', 'permission', 'track', 'run', 'ranking', 'settings', 'app'], render);
+  Velmor.situation = situation;
+})();
