@@ -20,13 +20,8 @@
 
   const provider = () => (/^gpt-/i.test((state.settings?.aiModel ?? '').trim()) ? 'OpenAI' : 'Tinker');
 
-  /** "Listening and asking Tinker": what a run does, as far as the page can know. */
-  function doing(run) {
-    const first = run.kind === 'manual' ? 'Finding the track' : 'New track';
-    return state.app?.essentiaAvailable
-      ? `${first}, listening, asking ${provider()}`
-      : `${first}, asking ${provider()}`;
-  }
+  /** What a run does, as far as the page can know. */
+  const doing = () => `${state.app?.essentiaAvailable ? 'Listening and asking' : 'Asking'} ${provider()}`;
 
   async function ask() {
     if (state.run || state.bridge !== 'ready') return;

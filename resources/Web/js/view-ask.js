@@ -15,7 +15,7 @@
     button.classList.toggle('busy', Boolean(run));
     // Not the disabled attribute: the button keeps its focus and its words stay readable.
     button.setAttribute('aria-disabled', String(Boolean(run) || bridge !== 'ready'));
-    dom.setText(dom.byId('ask-words'), run ? suggest.doing(run) : 'Suggest next tracks');
+    dom.setText(dom.byId('ask-words'), run ? suggest.doing() : 'Suggest next tracks');
     clearInterval(ticking);
     if (run) ticking = setInterval(tick, 1000);
     else dom.setText(dom.byId('ask-side'), 'S');

@@ -5,7 +5,7 @@
 
   const { camelot, dom, native, text, update } = Velmor;
   const { make } = dom;
-  const square = dom.byId('compact');
+  const square = dom.byId('square');
 
   function label({ track, playing, run, fresh, waiting }) {
     const parts = [

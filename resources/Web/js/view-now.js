@@ -39,7 +39,7 @@
   function words(state, now) {
     if (now === 'missing') return Velmor.native.missing;
     if (now === 'permission') return state.permission;
-    if (now === 'finding') return `${suggest.doing(state.run)}.`;
+    if (now === 'finding') return `${suggest.doing()}.`;
     if (now === 'starting') return '';
     const how = now === 'listening' ? 'Velmor listens to' : 'Then ask: Velmor looks at';
     return `${how} ${sources}.`;
@@ -48,7 +48,11 @@
   function renderTrack(state) {
     const { track } = state;
     setText(byId('now-title'), track.song || 'Untitled');
-    setText(byId('now-artist'), [track.artist, track.album].filter(Boolean).join(' · '));
+    const album = track.album !== track.artist && track.album;
+    byId('now-artist').replaceChildren(
+      dom.make('bdi', {}, track.artist),
+      ...(album ? [dom.make('span', { class: 'album' }, ' · ', dom.make('bdi', {}, album))] : []),
+    );
     setText(byId('now-bpm'), text.bpm(track.bpm));
     byId('now-key').replaceChildren(dom.chip(track.key));
     const shown = state.ranking;

@@ -40,9 +40,9 @@
         y: height - Math.max(1, (song.energy / 100) * height), height: Math.max(1, (song.energy / 100) * height),
       }));
     const dots = timed.map((song) =>
-      make('circle', {
+      make('path', {
         class: song.rank ? 'strip-dot' : 'strip-dot now', 'data-rank': song.rank,
-        cx: song.x, cy: y(song.bpm), r: song.rank ? 2.5 : 4,
+        d: `M${song.x} ${y(song.bpm)}h0.01`,
       }));
     return make(
       'svg',
@@ -61,7 +61,7 @@
 
   function legend(songs, lit) {
     const song = songs.find((one) => lit > 0 && one.rank === lit);
-    const label = (kind, words) => make('span', { class: `strip-label ${kind}` }, words);
+    const label = (kind, words) => make('span', { class: `strip-label of-${kind}` }, words);
     return song
       ? [label('tempo', `${text.bpm(song.bpm)} BPM`), label('energy', `Energy ${song.energy || '–'}`)]
       : [label('tempo', 'Tempo'), label('energy', 'Energy')];
@@ -75,7 +75,6 @@
     if (drawn !== ranking) {
       drawn = ranking;
       strip.replaceChildren(make('div', { class: 'strip-legend' }), chart(songs));
-      strip.setAttribute('role', 'img');
       strip.setAttribute('aria-label', describe(songs));
     }
     strip.firstElementChild.replaceChildren(...legend(songs, lit));

@@ -8,7 +8,7 @@
 
   function note({ ranking, track, fresh, view }) {
     if (!ranking || view === 'history') return '';
-    if (rankings.stale(ranking, track)) return `For ${text.display(ranking.track)}`;
+    if (rankings.stale(ranking, track)) return `For earlier: ${text.display(ranking.track)}`;
     return `${fresh ? 'New' : 'From'} ${text.clock(ranking.at)}`;
   }
 

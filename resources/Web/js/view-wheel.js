@@ -39,14 +39,15 @@
     return group;
   }
 
-  /** Where the dots of one segment stand: in one row, or in two when there are more than two. */
+  /** Where the dots of one segment stand: side by side, or in two rows when they would touch. */
   function spots(place, count) {
-    const rows = count > 2 ? [Math.ceil(count / 2), Math.floor(count / 2)] : [count];
-    return rows.flatMap((size, row) => {
-      const radius = middle(place) + (rows.length > 1 ? [8, -8][row] : 0);
-      const step = size > 2 ? 20 / (size - 1) : 14.5;
+    const step = (radius) => (17 / radius) * (180 / Math.PI);
+    const single = count * step(middle(place)) < 30;
+    const rows = single ? [[count, 0]] : [[Math.ceil(count / 2), 8.5], [Math.floor(count / 2), -8.5]];
+    return rows.flatMap(([size, shift]) => {
+      const radius = middle(place) + shift;
       return Array.from({ length: size }, (_, i) =>
-        at(radius, place.n * 30 + (i - (size - 1) / 2) * step));
+        at(radius, place.n * 30 + (i - (size - 1) / 2) * step(radius)));
     });
   }
 
@@ -86,9 +87,7 @@
   }
 
   function dots(cards, current) {
-    const byKey = Map.groupBy
-      ? Map.groupBy(cards, (card) => card.key)
-      : new Map(cards.map((card) => [card.key, cards.filter((other) => other.key === card.key)]));
+    const byKey = Map.groupBy(cards, (card) => card.key);
     const home = camelot.parse(current);
     const from = home && at(middle(home), home.n * 30);
     return [...byKey].flatMap(([key, group]) => {
