@@ -126,7 +126,7 @@
       return;
     }
     dom.show(guard, true);
-    guard.querySelector('button').focus();
+    guard.querySelector('button:last-child').focus();
   }
 
   function keepEditing() {

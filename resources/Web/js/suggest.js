@@ -20,6 +20,8 @@
 
   const provider = () => (/^gpt-/i.test((state.settings?.aiModel ?? '').trim()) ? 'OpenAI' : 'Tinker');
 
+  const keyField = () => (provider() === 'OpenAI' ? 'openaiApiKey' : 'tinkerApiKey');
+
   /** What a run does, as far as the page can know. */
   const doing = () => `${state.app?.essentiaAvailable ? 'Listening and asking' : 'Asking'} ${provider()}`;
 
@@ -75,5 +77,5 @@
     });
   }
 
-  Velmor.suggest = { ask, doing, endAuto, listen, provider };
+  Velmor.suggest = { ask, doing, endAuto, keyField, listen, provider };
 })();

@@ -54,7 +54,9 @@
         {},
         make('summary', {}, `${count} suggestion${count === 1 ? '' : 's'}, ${how}`),
         make('p', { class: 'artist' }, `For ${text.display(ranking.track)}`),
-        make('ol', {}, ranking.cards.map((card) => make('li', {}, make('bdi', {}, line(card))))),
+        make('ol', {}, ranking.cards.map((card) =>
+          make('li', {}, make('span', { class: 'rank' }, card.rank), make('bdi', {}, text.display(card)),
+            make('span', { class: 'figures' }, figures(card))))),
       ),
     );
   }

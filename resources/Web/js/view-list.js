@@ -50,13 +50,14 @@
 
   function tools(card) {
     const service = settings.services[settings.service()].name;
-    const one = (name, icon, act) =>
-      make('button', { type: 'button', class: 'tool', 'aria-label': name, title: name, onclick: act }, dom.icon(icon));
+    const one = (name, icon, label, act) =>
+      make('button', { type: 'button', class: 'tool', 'aria-label': name, title: name, onclick: act },
+        dom.icon(icon), make('span', { class: 'tool-label', 'aria-hidden': 'true' }, label));
     return make(
       'div',
       { class: 'card-tools' },
-      one(`Copy ${text.display(card)}`, 'copy', () => actions.copySong(card)),
-      one(`Search ${service} for ${text.display(card)}`, 'search', () => actions.search(card)),
+      one(`Copy: ${text.display(card)}`, 'copy', 'Copy', () => actions.copySong(card)),
+      one(`${service}: ${text.display(card)}`, 'search', service, () => actions.search(card)),
     );
   }
 
@@ -84,7 +85,7 @@
       score(card),
     );
     main.title = text.display(card);
-    const item = make('li', { class: 'card', 'data-rank': rank }, main, tools(card), details(card));
+    const item = make('li', { class: 'card', 'data-rank': rank }, main, details(card), tools(card));
     for (const event of ['pointerenter', 'focusin']) {
       item.addEventListener(event, () => update({ lit: rank }));
     }
@@ -92,21 +93,11 @@
     return item;
   }
 
-  function empty({ bridge, app }) {
-    if (bridge !== 'ready') return '';
-    return app?.aiAvailable
-      ? 'Suggestions for the next track appear here, the best first.'
-      : 'With a key in place, suggestions appear here, the best first.';
-  }
-
   function build(current) {
     shown = current.ranking;
     const cards = shown?.cards ?? [];
-    panel.replaceChildren(
-      cards.length
-        ? make('ol', { class: 'cards' }, cards.map(cardElement))
-        : make('p', { class: 'empty' }, empty(current)),
-    );
+    const content = cards.length ? [make('ol', { class: 'cards' }, cards.map(cardElement))] : Velmor.start(current);
+    panel.replaceChildren(...content);
   }
 
   function render(current) {
@@ -129,7 +120,7 @@
   for (const event of ['pointerdown', 'focusin', 'pointermove']) {
     panel.addEventListener(event, rankings.seen);
   }
-  Velmor.view(['ranking', 'track', 'open', 'lit', 'app', 'bridge'], render);
+  Velmor.view(['ranking', 'track', 'playing', 'open', 'lit', 'app', 'settings', 'bridge'], render);
   Velmor.focusCard = focusCard;
   Velmor.redrawList = () => build(state);
 })();

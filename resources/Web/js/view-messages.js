@@ -1,5 +1,5 @@
 // What needs the DJ's eye between the button and the list: an error with one thing to do next to
-// it, a missing key, suggestions that wait.
+// it, and suggestions that wait.
 (() => {
   'use strict';
 
@@ -7,12 +7,10 @@
   const { make } = dom;
   const place = dom.byId('messages');
 
-  const keyField = () => (suggest.provider() === 'OpenAI' ? 'openaiApiKey' : 'tinkerApiKey');
-
   /** The one thing to do about an error. */
   function remedy(error) {
     if (/API key|HTTP 40[13]|unauthori[sz]ed/i.test(error)) {
-      return ['Open settings', () => Velmor.openSettings(keyField())];
+      return ['Open settings', () => Velmor.openSettings(suggest.keyField())];
     }
     if (/model/i.test(error) && /not found|does not exist|HTTP 404/i.test(error)) {
       return ['Open settings', () => Velmor.openSettings('aiModel')];
@@ -39,13 +37,9 @@
     return element;
   }
 
-  function render({ bridge, app, error, waiting }) {
+  function render({ error, waiting }) {
     const parts = [];
     if (error) parts.push(errorMessage(error));
-    if (bridge === 'ready' && app && !app.aiAvailable && !error) {
-      const words = `To suggest tracks Velmor needs a key for ${suggest.provider()}.`;
-      parts.push(message('plain', words, ['Enter the key', () => Velmor.openSettings(keyField())]));
-    }
     if (waiting) {
       const words = `New suggestions for ${text.display(waiting.track)}`;
       parts.push(message('good', words, ['Show (N)', rankings.showWaiting], 'status'));
@@ -53,5 +47,5 @@
     place.replaceChildren(...parts);
   }
 
-  Velmor.view(['bridge', 'app', 'error', 'waiting', 'settings'], render);
+  Velmor.view(['error', 'waiting'], render);
 })();

@@ -5,8 +5,6 @@
   const { camelot, dom, text, suggest } = Velmor;
   const { byId, setText, show } = dom;
 
-  const sources = 'Mixxx, rekordbox, djay Pro, VirtualDJ, Serato, Spotify, Music and the browser';
-
   /** One of: missing, permission, playing, stopped, finding, listening, idle. */
   function situation(state) {
     if (state.bridge === 'missing') return 'missing';
@@ -34,6 +32,7 @@
     finding: 'Looking for the track',
     listening: 'Waiting for a track',
     idle: 'Play something',
+    permission: 'Velmor needs your permission',
   };
 
   function words(state, now) {
@@ -41,8 +40,9 @@
     if (now === 'permission') return state.permission;
     if (now === 'finding') return `${suggest.doing()}.`;
     if (now === 'starting') return '';
-    const how = now === 'listening' ? 'Velmor listens to' : 'Then ask: Velmor looks at';
-    return `${how} ${sources}.`;
+    return now === 'listening'
+      ? 'The next track shows up here by itself.'
+      : 'Start a track, then ask for the next. With Auto on, Velmor asks by itself.';
   }
 
   function renderTrack(state) {

@@ -66,7 +66,7 @@
     return element;
   }
 
-  function dot(card, [x, y], from) {
+  function dot(card, [x, y]) {
     const press = (event) => {
       if (event.key !== 'Enter' && event.key !== ' ') return;
       event.preventDefault();
@@ -79,34 +79,44 @@
         class: 'dot', role: 'button', tabindex: 0, 'aria-label': label, 'data-rank': card.rank,
         onclick: () => openCard(card.rank), onkeydown: press,
       },
-      from && make('line', { x1: from[0], y1: from[1], x2: x, y2: y }),
       make('circle', { cx: x, cy: y, r: 8 }),
       make('text', { x, y, dy: '0.36em' }, card.rank),
     );
     return lights(group, card.rank);
   }
 
-  function dots(cards, current) {
+  /** The cards that have a place on the wheel, each with the spot where its dot stands. */
+  function placed(cards) {
     const byKey = Map.groupBy(cards, (card) => card.key);
-    const home = camelot.parse(current);
-    const from = home && at(middle(home), home.n * 30);
     return [...byKey].flatMap(([key, group]) => {
       const place = camelot.parse(key);
       if (!place) return [];
       const places = spots(place, group.length);
-      return group.map((card, i) => dot(card, places[i], from));
+      return group.map((card, i) => ({ card, spot: places[i] }));
     });
+  }
+
+  /** Lines from the current key to each dot; one shows while its card is lit. */
+  function ways(dots, current) {
+    const home = camelot.parse(current);
+    if (!home) return [];
+    const [x1, y1] = at(middle(home), home.n * 30);
+    return dots.map(({ card, spot: [x2, y2] }) =>
+      make('line', { class: 'way', 'data-rank': card.rank, x1, y1, x2, y2 }));
   }
 
   function wheel(current, cards) {
     const taken = new Set(cards.map((card) => card.key));
+    const dots = placed(cards);
     return make(
       'svg',
       { class: 'wheel', viewBox: '-100 -100 200 200', role: 'group', 'aria-label': 'Wheel of keys' },
       camelot.all.map((key) => segment(key, current, taken.has(key))),
+      ways(dots, current),
+      make('circle', { class: 'hub-ground', r: 29 }),
       make('text', { class: 'hub', dy: camelot.parse(current) ? '-0.02em' : '0.36em' }, current || '–'),
       make('text', { class: 'hub-name', dy: '1.3em' }, camelot.name(current)),
-      dots(cards, current),
+      dots.map(({ card, spot }) => dot(card, spot)),
     );
   }
 
