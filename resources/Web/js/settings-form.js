@@ -181,10 +181,14 @@
     dom.setText(status, '');
     dom.show(guard, false);
   });
-  sheet.addEventListener('cancel', (event) => {
+  // A dialog may close itself on the second Escape in a row, whatever its cancel event is told.
+  sheet.addEventListener('keydown', (event) => {
+    if (event.key !== 'Escape') return;
     event.preventDefault();
-    leave();
+    if (guard.hidden) leave();
+    else keepEditing();
   });
+  sheet.addEventListener('cancel', (event) => event.preventDefault());
 
   Velmor.openSettings = openSettings;
 })();

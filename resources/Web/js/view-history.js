@@ -61,8 +61,8 @@
     );
   }
 
-  function render({ history }) {
-    if (history === drawn) return;
+  function render({ history, view }) {
+    if (view !== 'history' || history === drawn) return;
     drawn = history;
     if (!history.length) {
       panel.replaceChildren(make('p', { class: 'empty' }, 'Tracks and suggestions of this session gather here.'));
@@ -76,5 +76,5 @@
     );
   }
 
-  Velmor.view(['history'], render);
+  Velmor.view(['history', 'view'], render);
 })();

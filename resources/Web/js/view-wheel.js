@@ -145,7 +145,8 @@
   }
 
   function render(state) {
-    const { ranking, track, lit } = state;
+    const { ranking, track, lit, view } = state;
+    if (view !== 'wheel') return;
     if (ranking !== drawn.ranking || track !== drawn.track) build(state);
     drawn = { ranking, track };
     panel.classList.toggle('stale', rankings.stale(ranking, track));
@@ -156,5 +157,5 @@
 
   panel.addEventListener('focusin', rankings.seen);
   panel.addEventListener('pointermove', rankings.seen);
-  Velmor.view(['ranking', 'track', 'lit'], render);
+  Velmor.view(['ranking', 'track', 'lit', 'view'], render);
 })();
