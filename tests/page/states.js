@@ -5,6 +5,9 @@ import { emit } from './harness.js';
 const auto = { autoSuggestTracks: true };
 const ranked = { SuggestTracks: demo.result() };
 
+/** Stops the page's clock at a time of the night. */
+export const at = (page, time) => page.clock.setFixedTime(new Date(`2026-11-22T${time}`));
+
 async function ask(page) {
   await page.click('#ask');
   await page.waitForSelector('.card');
@@ -30,8 +33,10 @@ export const states = {
   busy: {
     answers: { SuggestTracks: { wait: true } },
     run: async (page) => {
+      await at(page, '23:14:00');
       await emit(page, 'track-changed', demo.glue);
       await page.click('#ask');
+      await at(page, '23:14:12');
     },
   },
   list: { answers: ranked, run: ask },
@@ -70,7 +75,9 @@ export const states = {
   history: {
     settings: auto,
     run: async (page) => {
-      for (const track of [...demo.earlier, demo.glue]) {
+      const times = ['23:02:00', '23:08:00', '23:14:00'];
+      for (const [i, track] of [...demo.earlier, demo.glue].entries()) {
+        await at(page, times[i]);
         await emit(page, 'track-changed', track);
         await emit(page, 'suggestions-ready', demo.result(track));
       }

@@ -56,5 +56,13 @@
     if (place) element.style.setProperty('--n', place.n);
   }
 
+  /** Texts that were cut short show in whole while the pointer rests on them. */
+  document.addEventListener('pointerover', ({ target }) => {
+    const element = target.closest('.clip');
+    if (!element) return;
+    const cut = element.scrollWidth > element.clientWidth || element.scrollHeight > element.clientHeight + 2;
+    element.title = cut ? element.textContent : '';
+  });
+
   Velmor.dom = { make, byId, show, setText, icon, chip, paint };
 })();

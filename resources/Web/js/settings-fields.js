@@ -62,10 +62,13 @@
       hint(name, words), fault(name));
   }
 
-  /** One of several values, as buttons in a row. The values are [value, shown] pairs. */
+  /**
+   * One of several values, as buttons in a row. The values are [value, shown] pairs; swatches stand
+   * in the colours of the theme they name.
+   */
   function choice(name, label, values, look = 'segments') {
     const one = ([value, shown]) =>
-      make('label', { 'data-value': value },
+      make('label', { 'data-value': value, 'data-theme': look === 'swatches' && value },
         make('input', { type: 'radio', name, value }), make('span', {}, shown));
     return make('fieldset', { class: 'field' },
       make('legend', {}, label), make('div', { class: look }, values.map(one)), fault(name));

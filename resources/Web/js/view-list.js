@@ -84,7 +84,6 @@
       dom.chip(card.key, card.relation),
       score(card),
     );
-    main.title = text.display(card);
     const item = make('li', { class: 'card', 'data-rank': rank }, main, details(card), tools(card));
     for (const event of ['pointerenter', 'focusin']) {
       item.addEventListener(event, () => update({ lit: rank }));

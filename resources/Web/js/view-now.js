@@ -59,16 +59,12 @@
     const notice = shown?.track.id === track.id ? shown.notice : '';
     const more = [track.genre, track.energy > 0 && `Energy ${track.energy}`, notice];
     setText(byId('now-more'), more.filter(Boolean).join(' · '));
-    byId('now-title').title = track.song;
-    byId('now-artist').title = byId('now-artist').textContent;
-    byId('now-more').title = byId('now-more').textContent;
   }
 
   function renderWords(state, now) {
     setText(byId('now-title'), titles[now] ?? labels[now]);
     setText(byId('now-artist'), '');
     setText(byId('now-more'), words(state, now));
-    for (const id of ['now-title', 'now-artist', 'now-more']) byId(id).title = '';
   }
 
   function render(state) {
@@ -82,9 +78,7 @@
     else renderWords(state, now);
     const place = hasTrack ? camelot.parse(state.track.key) : null;
     dom.paint(byId('now'), place);
-    const source = state.ranking?.source || state.app?.provider || 'Velmor';
-    setText(byId('source-text'), source);
-    byId('source').title = source;
+    setText(byId('source-text'), state.ranking?.source || state.app?.provider || 'Velmor');
   }
 
   Velmor.view(['bridge', 'playing', 'permission', 'track', 'run', 'ranking', 'settings', 'app'], render);

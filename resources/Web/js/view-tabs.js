@@ -21,7 +21,6 @@
     }
     const line = dom.byId('views-note');
     dom.setText(line, note(current));
-    line.title = line.textContent;
     line.classList.toggle('fresh', current.fresh);
     line.classList.toggle('stale', rankings.stale(current.ranking, current.track));
   }
