@@ -100,6 +100,10 @@ std::string replacingAll(std::string_view text, std::string_view what, std::stri
   return result;
 }
 
+<<<<<<< HEAD
+std::vector<std::string_view> split(std::string_view text, char separator,
+                                    std::size_t mostSplits) {
+=======
 std::string joined(const std::vector<std::string>& pieces, std::string_view separator) {
   std::string result;
   for (const auto& piece : pieces) {
@@ -110,10 +114,12 @@ std::string joined(const std::vector<std::string>& pieces, std::string_view sepa
 }
 
 std::vector<std::string_view> split(std::string_view text, char separator) {
+>>>>>>> main
   std::vector<std::string_view> pieces;
   std::size_t start = 0;
   while (start <= text.size()) {
-    const auto end = std::min(text.find(separator, start), text.size());
+    const bool isRest = pieces.size() >= mostSplits;
+    const auto end = isRest ? text.size() : std::min(text.find(separator, start), text.size());
     if (end > start) pieces.push_back(text.substr(start, end - start));
     start = end + 1;
   }

@@ -30,7 +30,9 @@ namespace velmor::text {
 [[nodiscard]] std::string joined(const std::vector<std::string>& pieces,
                                  std::string_view separator);
 
-/// The pieces between separators, empty ones dropped.
-[[nodiscard]] std::vector<std::string_view> split(std::string_view text, char separator);
+/// The pieces between separators, empty ones dropped. After `mostSplits` pieces the rest, with the
+/// separators in it, is the last one.
+[[nodiscard]] std::vector<std::string_view>
+split(std::string_view text, char separator, std::size_t mostSplits = std::string_view::npos);
 
 } // namespace velmor::text

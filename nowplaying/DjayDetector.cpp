@@ -1,0 +1,85 @@
+#include "nowplaying/DjayDetector.h"
+
+#include "model/Number.h"
+#include "nowplaying/NowPlayingError.h"
+#include "nowplaying/ProcessUtils.h"
+#include "nowplaying/SQLiteReader.h"
+#include "nowplaying/TsafArchive.h"
+#include "platform/Clock.h"
+#include "platform/Environment.h"
+#include "platform/FileManager.h"
+
+#include <algorithm>
+
+namespace velmor {
+
+namespace {
+
+constexpr auto historyQuery = "SELECT hex(data) FROM database2 WHERE collection = "
+                              "'historySessionItems' ORDER BY rowid DESC LIMIT 1";
+
+std::string bpmQuery(const std::string& titleID) {
+  return "SELECT CAST(indexes.bpm AS TEXT)\n"
+         "FROM secondaryIndex_mediaItemAnalyzedDataIndex AS indexes\n"
+         "JOIN database2 AS items ON items.rowid = indexes.rowid\n"
+         "WHERE items.collection = 'mediaItemAnalyzedData' AND items.key = '" +
+         titleID + "' LIMIT 1";
+}
+
+bool isHexDigit(char character) {
+  constexpr std::string_view digits = "0123456789abcdefABCDEF";
+  return digits.find(character) != std::string_view::npos;
+}
+
+std::optional<HistoryItem> readNewestItem(const std::filesystem::path& path) {
+  const auto row = SQLiteReader::readTextRow(path, historyQuery, 1);
+  const auto blob = TsafArchive::bytes(row[0]);
+  return blob ? TsafArchive::parseHistoryItem(*blob) : std::nullopt;
+}
+
+} // namespace
+
+NowPlayingTrack DjayDetector::current(const Platform& platform) {
+  if (!djayApplication(platform) &&
+      !ProcessUtils::isRunning(platform, {"djay", "djay Pro", "djayapp"})) {
+    throw NowPlayingError::noActiveSession();
+  }
+  for (const auto& path : mediaLibraryPaths(platform)) {
+    if (!platform.files.exists(path)) continue;
+    const auto item = readNewestItem(path);
+    if (!item || !item->period.contains(platform.clock.now())) continue;
+    NowPlayingTrack track;
+    track.title = item->title;
+    track.artist = item->artist;
+    track.bpm = readBPM(path, item->titleID);
+    track.source = "djay Pro";
+    track.detection = "djay Pro play history";
+    return track;
+  }
+  throw NowPlayingError::noActiveSession();
+}
+
+std::optional<RunningApplication> DjayDetector::djayApplication(const Platform& platform) {
+  return ProcessUtils::application(platform, {.bundleIdentifier = "com.algoriddim.djay-iphone-free",
+                                              .identifierFragment = "algoriddim.djay",
+                                              .names = {"djay pro", "djay"}});
+}
+
+std::vector<std::filesystem::path> DjayDetector::mediaLibraryPaths(const Platform& platform) {
+  const auto folder = platform.environment.homeDirectory() / "Music/djay";
+  return {folder / "djay Media Library.djayMediaLibrary/MediaLibrary.db",
+          folder / "djay Media Library/MediaLibrary.db"};
+}
+
+double DjayDetector::readBPM(const std::filesystem::path& path, const std::string& titleID) {
+  constexpr std::size_t titleIDLength = 32;
+  if (titleID.size() != titleIDLength || !std::ranges::all_of(titleID, isHexDigit)) return 0;
+  try {
+    const auto row = SQLiteReader::readTextRow(path, bpmQuery(titleID), 1);
+    return number::parseDouble(row[0]).value_or(0);
+  } catch (const NowPlayingError&) {
+    return 0;
+  }
+}
+
+} // namespace velmor

@@ -1,0 +1,79 @@
+#include "nowplaying/SQLiteReader.h"
+
+#include "model/Text.h"
+#include "nowplaying/NowPlayingError.h"
+#include "nowplaying/PercentEncoding.h"
+
+#include <sqlite3.h>
+
+#include <array>
+#include <fstream>
+#include <memory>
+
+namespace velmor {
+
+namespace {
+
+using Connection = std::unique_ptr<sqlite3, decltype(&sqlite3_close)>;
+using Statement = std::unique_ptr<sqlite3_stmt, decltype(&sqlite3_finalize)>;
+
+constexpr int busyTimeoutMilliseconds = 150;
+
+/// True for a write-ahead-logging database without its log: nobody has it open. SQLite would
+/// create the log and its index beside it even for a reader, and leave them there.
+bool isLeftBehind(const std::filesystem::path& path) {
+  constexpr std::size_t writeVersion = 18;
+  constexpr std::size_t readVersion = 19;
+  constexpr char writeAheadLog = 2;
+  std::array<char, readVersion + 1> header{};
+  std::ifstream file(path, std::ios::binary);
+  if (!file.read(header.data(), header.size())) return false;
+  if (header[writeVersion] != writeAheadLog || header[readVersion] != writeAheadLog) return false;
+  auto log = path;
+  log += "-wal";
+  std::error_code ignored;
+  return !std::filesystem::exists(log, ignored);
+}
+
+Connection open(const std::filesystem::path& path) {
+  const bool immutable = isLeftBehind(path);
+  const auto name =
+      immutable ? "file:" + percentEncoded(path.string(), "/") + "?immutable=1" : path.string();
+  const int flags = SQLITE_OPEN_READONLY | (immutable ? SQLITE_OPEN_URI : 0);
+  sqlite3* handle = nullptr;
+  const int result = sqlite3_open_v2(name.c_str(), &handle, flags, nullptr);
+  Connection connection(handle, &sqlite3_close);
+  if (result != SQLITE_OK || !connection) throw NowPlayingError::noActiveSession();
+  sqlite3_busy_timeout(handle, busyTimeoutMilliseconds);
+  return connection;
+}
+
+Statement prepare(const Connection& connection, const std::string& query) {
+  sqlite3_stmt* handle = nullptr;
+  const int result = sqlite3_prepare_v2(connection.get(), query.c_str(), -1, &handle, nullptr);
+  Statement statement(handle, &sqlite3_finalize);
+  if (result != SQLITE_OK || !statement) throw NowPlayingError::noActiveSession();
+  return statement;
+}
+
+std::string columnText(const Statement& statement, int column) {
+  const auto* const bytes = sqlite3_column_text(statement.get(), column);
+  if (!bytes) return {};
+  const auto valid = text::withValidUtf8(reinterpret_cast<const char*>(bytes));
+  return std::string(text::trimmed(valid));
+}
+
+} // namespace
+
+std::vector<std::string> SQLiteReader::readTextRow(const std::filesystem::path& path,
+                                                   const std::string& query, int columns) {
+  const auto connection = open(path);
+  const auto statement = prepare(connection, query);
+  if (sqlite3_step(statement.get()) != SQLITE_ROW) throw NowPlayingError::noActiveSession();
+  std::vector<std::string> row;
+  for (int column = 0; column < columns; ++column)
+    row.push_back(columnText(statement, column));
+  return row;
+}
+
+} // namespace velmor

@@ -1,0 +1,48 @@
+#include "nowplaying/SeratoDetector.h"
+
+#include "model/Number.h"
+#include "nowplaying/NowPlayingError.h"
+#include "nowplaying/ProcessUtils.h"
+#include "nowplaying/SQLiteReader.h"
+#include "platform/Environment.h"
+
+namespace velmor {
+
+namespace {
+
+constexpr auto query =
+    "SELECT name, artist, album, genre, CAST(COALESCE(bpm, 0) AS TEXT), key, app_name\n"
+    "FROM history_entry\n"
+    "WHERE played = 1 AND end_time = -1 AND trim(name) <> '' AND trim(artist) <> ''\n"
+    "ORDER BY start_time DESC, id DESC LIMIT 1";
+
+} // namespace
+
+NowPlayingTrack SeratoDetector::current(const Platform& platform) {
+  if (!ProcessUtils::isRunning(platform, {"Serato DJ Pro", "Serato DJ Lite", "Serato DJ"})) {
+    throw NowPlayingError::noActiveSession();
+  }
+  const auto home = platform.environment.homeDirectory();
+  try {
+    return read(home / "Music/_Serato_/Library/master.sqlite");
+  } catch (const NowPlayingError&) {
+    return read(home / "Library/Application Support/Serato/Library/master.sqlite");
+  }
+}
+
+NowPlayingTrack SeratoDetector::read(const std::filesystem::path& path) {
+  const auto row = SQLiteReader::readTextRow(path, query, 7);
+  NowPlayingTrack track;
+  track.title = row[0];
+  track.artist = row[1];
+  if (track.title.empty() || track.artist.empty()) throw NowPlayingError::noActiveSession();
+  track.album = row[2];
+  track.genre = row[3];
+  track.bpm = number::parseDouble(row[4]).value_or(0);
+  track.key = row[5];
+  track.source = row[6];
+  track.detection = "Serato performance history";
+  return track;
+}
+
+} // namespace velmor

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "model/NowPlayingTrack.h"
+#include "platform/Platform.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace velmor {
+
+/// Asks a media player that answers scripts about its track. Stateless; any thread.
+class StreamingAppDetector {
+public:
+  /// The track that the player plays, under the given labels; nothing when none of its processes
+  /// runs or it does not play. Throws what `runAppleScript` throws.
+  [[nodiscard]] static std::optional<NowPlayingTrack>
+  current(const Platform& platform, const std::string& appName,
+          const std::vector<std::string>& processNames, const std::string& source,
+          const std::string& detection);
+
+  /// True when the player says that it is paused. Ask only a player that runs. Never throws.
+  [[nodiscard]] static bool isPaused(const Platform& platform, const std::string& appName);
+};
+
+} // namespace velmor
