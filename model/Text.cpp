@@ -100,10 +100,6 @@ std::string replacingAll(std::string_view text, std::string_view what, std::stri
   return result;
 }
 
-<<<<<<< HEAD
-std::vector<std::string_view> split(std::string_view text, char separator,
-                                    std::size_t mostSplits) {
-=======
 std::string joined(const std::vector<std::string>& pieces, std::string_view separator) {
   std::string result;
   for (const auto& piece : pieces) {
@@ -113,8 +109,8 @@ std::string joined(const std::vector<std::string>& pieces, std::string_view sepa
   return result;
 }
 
-std::vector<std::string_view> split(std::string_view text, char separator) {
->>>>>>> main
+std::vector<std::string_view> split(std::string_view text, char separator,
+                                    std::size_t mostSplits) {
   std::vector<std::string_view> pieces;
   std::size_t start = 0;
   while (start <= text.size()) {
