@@ -1,0 +1,120 @@
+#include "platform/linux/BusWait.h"
+
+#include <gio/gio.h>
+
+#include <algorithm>
+
+namespace velmor {
+
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+gboolean timeIsOver(gpointer over) {
+  *static_cast<bool*>(over) = true;
+  return G_SOURCE_CONTINUE;
+}
+
+/// Sets `over` from within the context at a moment.
+class Alarm {
+public:
+  Alarm(GMainContext* context, steady_clock::time_point moment, bool& over) {
+    const auto delay = std::chrono::ceil<milliseconds>(moment - steady_clock::now());
+    source = g_timeout_source_new(static_cast<guint>(std::max(delay, milliseconds{0}).count()));
+    g_source_set_callback(source, timeIsOver, &over, nullptr);
+    g_source_attach(source, context);
+  }
+  Alarm(const Alarm&) = delete;
+  Alarm& operator=(const Alarm&) = delete;
+  ~Alarm() {
+    g_source_destroy(source);
+    g_source_unref(source);
+  }
+
+private:
+  GSource* source;
+};
+
+BusConnectionPtr owned(GDBusConnection* connection) {
+  if (!connection) return nullptr;
+  return {connection, [](GDBusConnection* released) { g_object_unref(released); }};
+}
+
+} // namespace
+
+/// An answer that is still to come. It outlives the call and goes with the answer.
+struct BusWait::Pending {
+  BusWait& wait;
+  ReplyHandler onReply;
+  BusConnectionPtr* connection = nullptr;
+
+  static void connected(GObject*, GAsyncResult* result, gpointer data) {
+    const std::unique_ptr<Pending> pending(static_cast<Pending*>(data));
+    --pending->wait.outstanding;
+    auto made = owned(g_dbus_connection_new_for_address_finish(result, nullptr));
+    if (pending->wait.isServing) *pending->connection = std::move(made);
+  }
+
+  static void replied(GObject* source, GAsyncResult* result, gpointer data) {
+    const std::unique_ptr<Pending> pending(static_cast<Pending*>(data));
+    --pending->wait.outstanding;
+    VariantPtr reply(
+        g_dbus_connection_call_finish(reinterpret_cast<GDBusConnection*>(source), result, nullptr));
+    if (pending->wait.isServing) pending->onReply(std::move(reply));
+  }
+};
+
+BusWait::BusWait(Moment end, std::stop_token stopToken)
+    : lastMoment(end)
+    , stop(std::move(stopToken))
+    , context(g_main_context_new())
+    , cancellable(g_cancellable_new()) {
+  g_main_context_push_thread_default(context.get());
+}
+
+BusWait::~BusWait() {
+  isServing = false;
+  g_cancellable_cancel(cancellable.get());
+  while (outstanding > 0)
+    g_main_context_iteration(context.get(), TRUE);
+  g_main_context_pop_thread_default(context.get());
+}
+
+BusConnectionPtr BusWait::connect(const std::string& address) {
+  BusConnectionPtr connection;
+  const auto before = outstanding++;
+  const auto flags =
+      static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                                        G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
+  auto pending = std::make_unique<Pending>(Pending{*this, nullptr, &connection});
+  g_dbus_connection_new_for_address(address.c_str(), flags, nullptr, cancellable.get(),
+                                    Pending::connected, pending.release());
+  if (!wait([&] { return outstanding == before; })) {
+    // The place for the answer goes with this call.
+    isServing = false;
+  }
+  return connection;
+}
+
+void BusWait::call(const BusConnectionPtr& connection, const BusCall& call, ReplyHandler handler) {
+  ++outstanding;
+  auto pending = std::make_unique<Pending>(Pending{*this, std::move(handler)});
+  GVariant* arguments = call.argument ? g_variant_new("(s)", call.argument) : nullptr;
+  g_dbus_connection_call(connection.get(), call.destination, call.path, call.interface, call.method,
+                         arguments, G_VARIANT_TYPE(call.replyType), G_DBUS_CALL_FLAGS_NO_AUTO_START,
+                         G_MAXINT, cancellable.get(), Pending::replied, pending.release());
+}
+
+bool BusWait::waitUntil(Moment moment, const std::function<bool()>& isEnough) {
+  bool over = false;
+  const Alarm alarm(context.get(), std::min(moment, lastMoment), over);
+  const std::stop_callback wake(stop, [this] { g_main_context_wakeup(context.get()); });
+  while (!isEnough()) {
+    if (over || stop.stop_requested()) return false;
+    g_main_context_iteration(context.get(), TRUE);
+  }
+  return true;
+}
+
+} // namespace velmor

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "platform/linux/GlibHandles.h"
+
+#include <chrono>
+#include <functional>
+#include <stop_token>
+#include <string>
+
+namespace velmor {
+
+/// A call of a method on a bus, without starting a service that does not run.
+struct BusCall {
+  const char* destination;
+  const char* path;
+  const char* interface;
+  const char* method;
+  /// The one argument, a text; null for a method without arguments.
+  const char* argument;
+  /// The types of the wanted answer; any other answer is a failure.
+  const char* replyType;
+};
+
+/// Waits for any number of answers from a bus at once. It has a main context of its own, so it
+/// works on every thread, whatever that thread's loop is doing. What has not been answered when
+/// it is destroyed is given up. Use it on one thread.
+class BusWait {
+public:
+  using Moment = std::chrono::steady_clock::time_point;
+  /// Gets the answer, a tuple; null when the call failed.
+  using ReplyHandler = std::function<void(VariantPtr reply)>;
+
+  /// Nothing is waited for after `end`, or once stop is requested.
+  BusWait(Moment end, std::stop_token stopToken);
+  BusWait(const BusWait&) = delete;
+  BusWait& operator=(const BusWait&) = delete;
+  ~BusWait();
+
+  /// Connects to the bus with this address; null when that fails, and then nothing more can be
+  /// waited for.
+  [[nodiscard]] BusConnectionPtr connect(const std::string& address);
+
+  /// Sends a call; `handler` is called within `waitUntil`.
+  void call(const BusConnectionPtr& connection, const BusCall& call, ReplyHandler handler);
+
+  /// Serves answers until `isEnough` holds or it is this late. Gives whether it holds.
+  bool waitUntil(Moment moment, const std::function<bool()>& isEnough);
+
+  /// The same with no other limit than the end of all waiting.
+  bool wait(const std::function<bool()>& isEnough) { return waitUntil(lastMoment, isEnough); }
+
+private:
+  struct Pending;
+
+  Moment lastMoment;
+  std::stop_token stop;
+  MainContextPtr context;
+  CancellablePtr cancellable;
+  int outstanding = 0;
+  /// False once answers have nobody left to go to.
+  bool isServing = true;
+};
+
+} // namespace velmor

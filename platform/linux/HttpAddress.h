@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace velmor {
+
+/// An http or https address in its pieces.
+class HttpAddress {
+public:
+  /// Throws TransportError for anything else than a valid http or https address.
+  explicit HttpAddress(const std::string& address);
+
+  [[nodiscard]] const std::string& url() const { return text; }
+
+  /// True when scheme, host and port are the same.
+  [[nodiscard]] bool hasSameOrigin(const HttpAddress& other) const {
+    return origin == other.origin;
+  }
+
+  /// True when the host can only be this machine.
+  [[nodiscard]] bool isLoopback() const;
+
+private:
+  std::string text;
+  std::string host;
+  std::string origin;
+};
+
+} // namespace velmor

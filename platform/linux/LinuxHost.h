@@ -1,0 +1,61 @@
+#pragma once
+
+#include "platform/Host.h"
+#include "platform/linux/CurlHttpClient.h"
+#include "platform/linux/FolderBundle.h"
+#include "platform/linux/GioWorkspace.h"
+#include "platform/linux/GlibMainLoop.h"
+#include "platform/linux/MprisMediaRemote.h"
+#include "platform/linux/PosixEnvironment.h"
+#include "platform/linux/PosixFileManager.h"
+#include "platform/linux/PosixProcessLauncher.h"
+#include "platform/linux/ProcessSetup.h"
+#include "platform/linux/StandardInputLines.h"
+#include "platform/linux/Syslog.h"
+#include "platform/linux/SystemClock.h"
+#include "platform/linux/Unavailable.h"
+
+#include <array>
+
+namespace velmor {
+
+/// The Linux backend.
+class LinuxHost final : public Host {
+public:
+  LinuxHost();
+  LinuxHost(const LinuxHost&) = delete;
+  LinuxHost& operator=(const LinuxHost&) = delete;
+  ~LinuxHost() override;
+
+  [[nodiscard]] const Platform& platform() const override { return parts; }
+  [[nodiscard]] LineInput& standardInput() override { return input; }
+  void run() override;
+  void onTerminationRequest(MainLoop::Work work) override;
+
+private:
+  // First of all, since it takes secrets away before anything else looks at the environment.
+  PosixEnvironment environment;
+  ProcessSetup setup{environment};
+  std::stop_source quit;
+  SystemClock clock;
+  PosixFileManager files;
+  FolderBundle bundle;
+  Syslog log;
+  PosixProcessLauncher processes;
+  CurlHttpClient http;
+  unavailable::Applications applications;
+  MprisMediaRemote mediaRemote;
+  unavailable::AccessibleApplications accessibility;
+  unavailable::Windows windows;
+  unavailable::Scripts scripts;
+  PlatformRecord record;
+  // Behind what its worker threads may use: it waits for them when it is destroyed.
+  GlibMainLoop mainLoop;
+  GioWorkspace workspace;
+  StandardInputLines input;
+  MainLoop::Work terminationWork;
+  std::array<unsigned, 2> signalSources{};
+  Platform parts;
+};
+
+} // namespace velmor

@@ -1,0 +1,66 @@
+#include "platform/linux/MprisDescription.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace velmor {
+
+namespace {
+
+/// Programs that the rest of Velmor knows by another identifier than the desktop does.
+std::optional<std::string> wellKnownIdentifier(std::string name) {
+  constexpr std::array<std::string_view, 7> chromes = {
+      "chrome",        "chromium",          "chromium-browser",     "com.google.chrome",
+      "google-chrome", "chromium_chromium", "org.chromium.chromium"};
+  constexpr std::array<std::string_view, 3> spotifies = {"spotify", "com.spotify.client",
+                                                         "spotify_spotify"};
+  for (char& letter : name) {
+    if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
+  }
+  // Chrome's other release channels add their own names behind a dash.
+  const bool isChrome =
+      std::ranges::find(chromes, name) != chromes.end() || name.starts_with("google-chrome-");
+  if (isChrome) return "com.google.Chrome";
+  if (std::ranges::find(spotifies, name) != spotifies.end()) return "com.spotify.client";
+  return std::nullopt;
+}
+
+/// "vlc" of "org.mpris.MediaPlayer2.vlc.instance1234".
+std::string ownPart(const std::string& busName) {
+  auto own = std::string_view(busName);
+  own.remove_prefix(std::string_view(MprisPlayer::busNamePrefix).size());
+  const auto lastDot = own.rfind('.');
+  if (lastDot != std::string_view::npos && own.substr(lastDot).starts_with(".instance")) {
+    own = own.substr(0, lastDot);
+  }
+  return std::string(own);
+}
+
+} // namespace
+
+NowPlayingInfo nowPlayingInfo(const MprisPlayer& player) {
+  NowPlayingInfo info;
+  // Players keep the speed that they last had, so it counts only while one plays.
+  const bool plays = player.status == MprisPlayer::Status::Playing;
+  if (const auto rate = plays ? player.rate : 0.0) info.emplace(nowPlayingKey::playbackRate, *rate);
+  const auto add = [&](const char* key, const std::optional<std::string>& text) {
+    if (text) info.emplace(key, *text);
+  };
+  add(nowPlayingKey::title, player.title);
+  add(nowPlayingKey::artist, player.artist);
+  add(nowPlayingKey::albumArtist, player.albumArtist);
+  add(nowPlayingKey::album, player.album);
+  add(nowPlayingKey::bundleIdentifier, bundleIdentifier(player));
+  return info;
+}
+
+std::string bundleIdentifier(const MprisPlayer& player) {
+  const auto own = ownPart(player.busName);
+  if (const auto known = wellKnownIdentifier(player.desktopEntry.value_or(""))) return *known;
+  if (const auto known = wellKnownIdentifier(own)) return *known;
+  const bool hasEntry = player.desktopEntry && !player.desktopEntry->empty();
+  return hasEntry ? *player.desktopEntry : own;
+}
+
+} // namespace velmor

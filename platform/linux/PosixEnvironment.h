@@ -1,0 +1,26 @@
+#pragma once
+
+#include "platform/Environment.h"
+
+#include <map>
+#include <mutex>
+
+namespace velmor {
+
+/// The environment of this process. Making it takes the secrets out, so that no child can inherit
+/// them; they are answered from memory from then on. Make it before there is any other thread.
+class PosixEnvironment final : public Environment {
+public:
+  PosixEnvironment();
+
+  [[nodiscard]] std::optional<std::string> variable(std::string_view name) const override;
+  [[nodiscard]] std::filesystem::path homeDirectory() const override;
+  [[nodiscard]] std::filesystem::path applicationSupportDirectory() const override;
+  [[nodiscard]] std::filesystem::path temporaryDirectory() const override;
+
+private:
+  mutable std::mutex lock;
+  std::map<std::string, std::string, std::less<>> secrets;
+};
+
+} // namespace velmor

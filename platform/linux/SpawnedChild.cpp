@@ -1,0 +1,130 @@
+#include "platform/linux/SpawnedChild.h"
+
+#include "platform/linux/SystemMessage.h"
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/pidfd.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+
+namespace velmor {
+
+namespace {
+
+constexpr int highestStandardDescriptor = STDERR_FILENO;
+
+/// What posix_spawn wants to be told in its own two records.
+struct SpawnPlan {
+  SpawnPlan() {
+    sigset_t none;
+    sigset_t all;
+    ::sigemptyset(&none);
+    ::sigfillset(&all);
+    ::posix_spawnattr_init(&attributes);
+    ::posix_spawnattr_setsigmask(&attributes, &none);
+    ::posix_spawnattr_setsigdefault(&attributes, &all);
+    ::posix_spawnattr_setpgroup(&attributes, 0);
+    ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF |
+                                                POSIX_SPAWN_SETPGROUP);
+    ::posix_spawn_file_actions_init(&actions);
+  }
+  SpawnPlan(const SpawnPlan&) = delete;
+  SpawnPlan& operator=(const SpawnPlan&) = delete;
+  ~SpawnPlan() {
+    ::posix_spawn_file_actions_destroy(&actions);
+    ::posix_spawnattr_destroy(&attributes);
+  }
+
+  posix_spawnattr_t attributes{};
+  posix_spawn_file_actions_t actions{};
+};
+
+struct Pipe {
+  Pipe() {
+    std::array<int, 2> ends{};
+    if (::pipe2(ends.data(), O_CLOEXEC) != 0) throw LaunchError(systemMessage(errno));
+    readEnd = FileDescriptor(ends[0]);
+    writeEnd = FileDescriptor(ends[1]);
+  }
+  FileDescriptor readEnd;
+  FileDescriptor writeEnd;
+};
+
+/// Our end of a pipe, so that neither reading nor writing it ever blocks.
+FileDescriptor nonBlocking(FileDescriptor end) {
+  ::fcntl(end.get(), F_SETFL, O_NONBLOCK);
+  return end;
+}
+
+/// The arguments as the system takes them; they point into `child`.
+std::vector<char*> argumentList(const ChildProcess& child) {
+  std::vector<char*> list;
+  list.reserve(child.arguments.size() + 2);
+  list.push_back(const_cast<char*>(child.executable.c_str()));
+  for (const auto& argument : child.arguments)
+    list.push_back(const_cast<char*>(argument.c_str()));
+  list.push_back(nullptr);
+  return list;
+}
+
+} // namespace
+
+SpawnedChild::SpawnedChild(const ChildProcess& child) {
+  SpawnPlan plan;
+  std::optional<Pipe> inputPipe;
+  std::optional<Pipe> errorPipe;
+  Pipe outputPipe;
+  if (child.input) {
+    inputPipe.emplace();
+    ::posix_spawn_file_actions_adddup2(&plan.actions, inputPipe->readEnd.get(), STDIN_FILENO);
+  } else {
+    ::posix_spawn_file_actions_addopen(&plan.actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+  }
+  if (!child.mergeErrorOutput) errorPipe.emplace();
+  const auto& errorEnd = errorPipe ? errorPipe->writeEnd : outputPipe.writeEnd;
+  ::posix_spawn_file_actions_adddup2(&plan.actions, outputPipe.writeEnd.get(), STDOUT_FILENO);
+  ::posix_spawn_file_actions_adddup2(&plan.actions, errorEnd.get(), STDERR_FILENO);
+  ::posix_spawn_file_actions_addclosefrom_np(&plan.actions, highestStandardDescriptor + 1);
+
+  const int error = ::posix_spawn(&process, child.executable.c_str(), &plan.actions,
+                                  &plan.attributes, argumentList(child).data(), environ);
+  if (error != 0) throw LaunchError(systemMessage(error));
+  endEvent = FileDescriptor(::pidfd_open(process, 0));
+  if (!endEvent) {
+    const int reason = errno;
+    endNow();
+    throw LaunchError(systemMessage(reason));
+  }
+  output = nonBlocking(std::move(outputPipe.readEnd));
+  if (errorPipe) errorOutput = nonBlocking(std::move(errorPipe->readEnd));
+  if (inputPipe) input = nonBlocking(std::move(inputPipe->writeEnd));
+}
+
+SpawnedChild::~SpawnedChild() {
+  if (!status) endNow();
+}
+
+void SpawnedChild::endNow() {
+  signal(SIGKILL);
+  static_cast<void>(collect());
+}
+
+void SpawnedChild::signal(int number) const {
+  ::kill(-process, number);
+}
+
+int SpawnedChild::collect() {
+  int ending = 0;
+  while (::waitpid(process, &ending, 0) < 0 && errno == EINTR) {
+  }
+  constexpr int signalBase = 128;
+  status = WIFEXITED(ending) ? WEXITSTATUS(ending) : signalBase + WTERMSIG(ending);
+  return *status;
+}
+
+} // namespace velmor
