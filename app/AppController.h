@@ -4,6 +4,7 @@
 #include "app/BuildInfo.h"
 #include "model/ConfigStore.h"
 #include "nowplaying/NowPlayingDetector.h"
+#include "nowplaying/NowPlayingError.h"
 #include "platform/Desktop.h"
 #include "platform/TaskGroup.h"
 #include "ui/MainWindowOwner.h"

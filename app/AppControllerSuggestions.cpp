@@ -5,7 +5,6 @@
 #include "model/Number.h"
 #include "model/Text.h"
 #include "model/VelmorError.h"
-#include "nowplaying/NowPlayingError.h"
 #include "nowplaying/ProcessUtils.h"
 #include "nowplaying/RekordboxDetector.h"
 #include "platform/Waiting.h"

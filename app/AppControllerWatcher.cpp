@@ -2,7 +2,6 @@
 #include "model/JsonCoding.h"
 #include "model/ModelProvider.h"
 #include "model/Text.h"
-#include "nowplaying/NowPlayingError.h"
 #include "platform/Waiting.h"
 #include "platform/Workspace.h"
 

@@ -15,7 +15,7 @@ constexpr double smallestOverlap = 120;
 
 bool shows(const Screen& screen, const Rect& frame) {
   const auto overlap = screen.visibleFrame.intersection(frame);
-  return overlap.width >= smallestOverlap && overlap.height >= smallestOverlap;
+  return overlap.width() >= smallestOverlap && overlap.height() >= smallestOverlap;
 }
 
 } // namespace
@@ -42,9 +42,9 @@ void AppController::applySavedWindowFrame(const WindowSettings& saved, VelmorWin
     return;
   }
   const auto minimum = native.minimumSize();
-  native.setFrame({static_cast<double>(saved.x), static_cast<double>(saved.y),
-                   std::max(static_cast<double>(saved.width), std::trunc(minimum.width)),
-                   std::max(static_cast<double>(saved.height), std::trunc(minimum.height))});
+  native.setFrame({{static_cast<double>(saved.x), static_cast<double>(saved.y)},
+                   {std::max(static_cast<double>(saved.width), std::trunc(minimum.width)),
+                    std::max(static_cast<double>(saved.height), std::trunc(minimum.height))}});
 }
 
 void AppController::ensureWindowIsVisible(VelmorWindow& window) {

@@ -16,29 +16,29 @@ struct Size {
   bool operator==(const Size&) const = default;
 };
 
-/// A rectangle by its corner with the smallest coordinates. On screens that is the bottom left one:
-/// the origin is the bottom left of the main screen, in points.
+/// A rectangle by its corner with the smallest coordinates. Windows and screens have the origin at
+/// the bottom left of the main screen; other applications' accessible elements at its top left.
 struct Rect {
-  double x = 0;
-  double y = 0;
-  double width = 0;
-  double height = 0;
+  Point origin;
+  Size size;
 
-  [[nodiscard]] Point origin() const { return {x, y}; }
-  [[nodiscard]] Size size() const { return {width, height}; }
-  [[nodiscard]] double maxX() const { return x + width; }
-  [[nodiscard]] double maxY() const { return y + height; }
+  [[nodiscard]] double minX() const { return origin.x; }
+  [[nodiscard]] double minY() const { return origin.y; }
+  [[nodiscard]] double maxX() const { return origin.x + size.width; }
+  [[nodiscard]] double maxY() const { return origin.y + size.height; }
+  [[nodiscard]] double width() const { return size.width; }
+  [[nodiscard]] double height() const { return size.height; }
 
   [[nodiscard]] bool contains(Point point) const {
-    return point.x >= x && point.x < maxX() && point.y >= y && point.y < maxY();
+    return point.x >= minX() && point.x < maxX() && point.y >= minY() && point.y < maxY();
   }
 
-  /// What both cover; empty in a direction in which they do not meet.
+  /// What both cover; without extent in a direction in which they do not meet.
   [[nodiscard]] Rect intersection(const Rect& other) const {
-    const double left = std::max(x, other.x);
-    const double bottom = std::max(y, other.y);
-    return {left, bottom, std::max(0.0, std::min(maxX(), other.maxX()) - left),
-            std::max(0.0, std::min(maxY(), other.maxY()) - bottom)};
+    const Point corner{std::max(minX(), other.minX()), std::max(minY(), other.minY())};
+    return {corner,
+            {std::max(0.0, std::min(maxX(), other.maxX()) - corner.x),
+             std::max(0.0, std::min(maxY(), other.maxY()) - corner.y)}};
   }
 
   bool operator==(const Rect&) const = default;

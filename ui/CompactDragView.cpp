@@ -11,8 +11,7 @@ CompactDragView::CompactDragView(const WindowServer& windowServer,
 bool CompactDragView::hitTest(Point point) const {
   const auto inside = window.lock();
   if (!inside) return false;
-  const auto size = inside->native().frame().size();
-  return Rect{0, 0, size.width, size.height}.contains(point);
+  return Rect{{}, inside->native().frame().size}.contains(point);
 }
 
 void CompactDragView::mouseDown() {
@@ -20,8 +19,8 @@ void CompactDragView::mouseDown() {
   if (!pressed) return;
   didDrag = false;
   const auto mouse = server.mouseLocation();
-  const auto frame = pressed->native().frame();
-  dragOffset = {mouse.x - frame.x, mouse.y - frame.y};
+  const auto origin = pressed->native().frame().origin;
+  dragOffset = {mouse.x - origin.x, mouse.y - origin.y};
 }
 
 void CompactDragView::mouseDragged() {
@@ -30,8 +29,7 @@ void CompactDragView::mouseDragged() {
   didDrag = true;
   const auto mouse = server.mouseLocation();
   auto frame = dragged->native().frame();
-  frame.x = mouse.x - dragOffset.x;
-  frame.y = mouse.y - dragOffset.y;
+  frame.origin = {mouse.x - dragOffset.x, mouse.y - dragOffset.y};
   dragged->native().setFrame(frame);
 }
 
@@ -39,7 +37,7 @@ void CompactDragView::mouseUp() {
   const auto released = window.lock();
   if (!released) return;
   if (std::exchange(didDrag, false)) {
-    if (onDragEnded) onDragEnded(released->native().frame().origin());
+    if (onDragEnded) onDragEnded(released->native().frame().origin);
   } else if (onRestore) {
     onRestore();
   }

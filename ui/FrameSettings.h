@@ -7,10 +7,10 @@ namespace velmor {
 
 /// A frame as it is saved: each value truncated to a whole number.
 [[nodiscard]] inline WindowSettings frameSettings(const Rect& frame) {
-  return {.x = static_cast<std::int64_t>(frame.x),
-          .y = static_cast<std::int64_t>(frame.y),
-          .width = static_cast<std::int64_t>(frame.width),
-          .height = static_cast<std::int64_t>(frame.height)};
+  return {.x = static_cast<std::int64_t>(frame.minX()),
+          .y = static_cast<std::int64_t>(frame.minY()),
+          .width = static_cast<std::int64_t>(frame.width()),
+          .height = static_cast<std::int64_t>(frame.height())};
 }
 
 } // namespace velmor

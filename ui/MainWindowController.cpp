@@ -50,8 +50,8 @@ MainWindowController::MainWindowController(const Platform& thePlatform, const De
 void MainWindowController::makeWindow(const WindowSettings& saved) {
   const Size size{std::max(static_cast<double>(saved.width), minimumSize.width),
                   std::max(static_cast<double>(saved.height), minimumSize.height)};
-  mainWindow = std::make_shared<VelmorWindow>(desktop.windows, Rect{0, 0, size.width, size.height},
-                                              VelmorWindow::fullStyle);
+  mainWindow =
+      std::make_shared<VelmorWindow>(desktop.windows, Rect{{}, size}, VelmorWindow::fullStyle);
   Window& native = mainWindow->native();
   native.setTitle(VelmorWindow::title);
   native.setAppearance(VelmorWindow::fullAppearance);

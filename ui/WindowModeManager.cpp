@@ -19,7 +19,7 @@ constexpr WindowAppearance compactAppearance{
 };
 
 bool hasArea(const Rect& frame) {
-  return frame.width > 0 && frame.height > 0;
+  return frame.width() > 0 && frame.height() > 0;
 }
 
 } // namespace
@@ -65,7 +65,7 @@ void WindowModeManager::check() {
   const Window& native = watched->native();
   if (isCompact()) {
     const auto frame = native.frame();
-    if (frame.size() == Size{compactSide, compactSide}) rememberCompactOrigin(frame.origin());
+    if (frame.size == compactSize) rememberCompactOrigin(frame.origin);
     return;
   }
   if (native.isMiniaturized()) {
@@ -98,14 +98,15 @@ void WindowModeManager::reshape() {
   Point origin;
   {
     const std::lock_guard guard(lock);
-    origin = compactOrigin.value_or(Point{normalFrame.maxX() - compactSide, normalFrame.y});
+    origin =
+        compactOrigin.value_or(Point{normalFrame.maxX() - compactSize.width, normalFrame.minY()});
   }
   Window& native = shaped->native();
   native.deminiaturize();
   native.setStyleMask(styleMask::borderless);
   shaped->setAlwaysOnTop();
   native.setAppearance(compactAppearance);
-  native.setFrame({origin.x, origin.y, compactSide, compactSide});
+  native.setFrame({origin, compactSize});
   installDragOverlay(*shaped);
 }
 

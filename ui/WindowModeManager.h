@@ -16,7 +16,7 @@ namespace velmor {
 /// else happens in the display lane.
 class WindowModeManager : public std::enable_shared_from_this<WindowModeManager> {
 public:
-  static constexpr double compactSide = 82;
+  static constexpr Size compactSize{82, 82};
   /// Told true on entering compact mode and false on leaving it.
   using CompactHandler = std::function<void(bool)>;
 
@@ -51,7 +51,7 @@ private:
   const WindowServer& server;
   mutable std::mutex lock;
   // Guarded by the lock.
-  Rect normalFrame{0, 0, 461, 592};
+  Rect normalFrame{{0, 0}, {461, 592}};
   bool compact = false;
   /// Where the user left the square.
   std::optional<Point> compactOrigin;

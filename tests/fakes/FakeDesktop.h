@@ -33,7 +33,8 @@ public:
   }
 
   std::vector<std::shared_ptr<FakeWindow>> windows;
-  std::vector<Screen> attached{{{0, 0, 1440, 900}, {0, 0, 1440, 875}}};
+  std::vector<Screen> attached{
+      {.frame = {{0, 0}, {1440, 900}}, .visibleFrame = {{0, 0}, {1440, 875}}}};
   Point mouse;
   std::multimap<DesktopNotification, MainLoop::Work> observers;
 

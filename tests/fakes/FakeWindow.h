@@ -65,8 +65,7 @@ public:
     orders.emplace_back("frame");
   }
   void center() override {
-    place.x = (screen.width - place.width) / 2;
-    place.y = (screen.height - place.height) / 2;
+    place.origin = {(screen.width() - place.width()) / 2, (screen.height() - place.height()) / 2};
   }
   bool isVisible() const override { return visible; }
   bool isMiniaturized() const override { return miniaturized; }
@@ -104,7 +103,7 @@ public:
   Size minimum;
   Size maximum;
   Rect place;
-  Rect screen{0, 0, 1440, 900};
+  Rect screen{{0, 0}, {1440, 900}};
   bool visible = false;
   bool miniaturized = false;
   std::shared_ptr<FakePageView> page;

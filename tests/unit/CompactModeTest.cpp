@@ -10,7 +10,7 @@ using testing::ElementsAre;
 
 namespace {
 
-constexpr Rect normal{100, 100, 461, 592};
+constexpr Rect normal{{100, 100}, {461, 592}};
 
 class CompactMode : public testing::Test {
 protected:
@@ -34,10 +34,10 @@ protected:
     const auto view = native().overlay;
     ASSERT_TRUE(view);
     const auto frame = native().frame();
-    desktop.windows.mouse = {frame.x + 41, frame.y + 41};
+    desktop.windows.mouse = {frame.minX() + 41, frame.minY() + 41};
     view->mouseDown();
     if (x != 0 || y != 0) {
-      desktop.windows.mouse = {frame.x + 41 + x, frame.y + 41 + y};
+      desktop.windows.mouse = {frame.minX() + 41 + x, frame.minY() + 41 + y};
       view->mouseDragged();
     }
     view->mouseUp();
@@ -62,7 +62,7 @@ TEST_F(CompactMode, MinimisingMakesASquareAtTheCornerOfTheWindow) {
   EXPECT_THAT(modes, ElementsAre(true)) << "the page hears of it before the square is made";
   EXPECT_EQ(native().frame(), normal);
   loop.advance(Seconds{0.14});
-  EXPECT_EQ(native().frame(), (Rect{479, 100, 82, 82}));
+  EXPECT_EQ(native().frame(), (Rect{{479, 100}, {82, 82}}));
   EXPECT_FALSE(native().miniaturized);
   EXPECT_EQ(native().style, styleMask::borderless);
   EXPECT_EQ(native().level, 25);
@@ -77,14 +77,14 @@ TEST_F(CompactMode, MinimisingMakesASquareAtTheCornerOfTheWindow) {
 }
 
 TEST_F(CompactMode, AClickBringsBackExactlyTheLastNormalFrame) {
-  native().place = {-20.5, 33.25, 500, 600};
+  native().place = {{-20.5, 33.25}, {500, 600}};
   loop.advance(Seconds{0.1});
   minimise();
   EXPECT_EQ(manager->savedBoundsIfCompact(),
             (WindowSettings{.x = -20, .y = 33, .width = 500, .height = 600}));
   native().orders.clear();
   drag(0, 0);
-  EXPECT_EQ(native().frame(), (Rect{-20.5, 33.25, 500, 600}));
+  EXPECT_EQ(native().frame(), (Rect{{-20.5, 33.25}, {500, 600}}));
   EXPECT_THAT(modes, ElementsAre(true, false));
   EXPECT_THAT(native().orders, ElementsAre("no overlay", "style", "frame"));
   EXPECT_EQ(native().style, 0x8007U);
@@ -107,26 +107,26 @@ TEST_F(CompactMode, RestoringTwiceRestoresOnce) {
 TEST_F(CompactMode, TheSquareComesBackWhereItWasLeft) {
   minimise();
   drag(20 - 479, 30 - 100);
-  EXPECT_EQ(native().frame(), (Rect{20, 30, 82, 82}));
+  EXPECT_EQ(native().frame(), (Rect{{20, 30}, {82, 82}}));
   EXPECT_THAT(modes, ElementsAre(true)) << "a drag is not a click";
   drag(0, 0);
   minimise();
-  EXPECT_EQ(native().frame(), (Rect{20, 30, 82, 82}));
+  EXPECT_EQ(native().frame(), (Rect{{20, 30}, {82, 82}}));
 
   // Moved by other means it is followed as well, but only while it is the square.
-  native().place = {50, 60, 82, 82};
+  native().place = {{50, 60}, {82, 82}};
   loop.advance(Seconds{0.1});
-  native().place = {70, 80, 300, 82};
+  native().place = {{70, 80}, {300, 82}};
   loop.advance(Seconds{0.1});
   manager->restore();
   minimise();
-  EXPECT_EQ(native().frame(), (Rect{50, 60, 82, 82}));
+  EXPECT_EQ(native().frame(), (Rect{{50, 60}, {82, 82}}));
 }
 
 TEST_F(CompactMode, AHundredCyclesDoNotDrift) {
   for (int cycle = 0; cycle < 100; ++cycle) {
     minimise();
-    ASSERT_EQ(native().frame(), (Rect{479, 100, 82, 82}));
+    ASSERT_EQ(native().frame(), (Rect{{479, 100}, {82, 82}}));
     drag(0, 0);
     ASSERT_EQ(native().frame(), normal);
   }
@@ -149,9 +149,9 @@ TEST_F(CompactMode, StoppingLeavesTheWindowAndTheModeAsTheyAre) {
   manager->stop();
   loop.runPending();
   EXPECT_EQ(native().overlay, nullptr);
-  EXPECT_EQ(native().frame(), (Rect{479, 100, 82, 82}));
+  EXPECT_EQ(native().frame(), (Rect{{479, 100}, {82, 82}}));
   EXPECT_TRUE(manager->savedBoundsIfCompact());
-  native().place = {1, 2, 82, 82};
+  native().place = {{1, 2}, {82, 82}};
   loop.advance(Seconds{1});
   manager->restore();
   loop.runPending();

@@ -70,7 +70,7 @@ TEST_F(MainWindow, IsBuiltOnceAndFilledWithThePage) {
   EXPECT_EQ(native().behavior, 833U);
   EXPECT_EQ(native().minimum, (Size{376, 495}));
   EXPECT_EQ(native().maximum, (Size{507, 651}));
-  EXPECT_EQ(native().frame(), (Rect{466.5, 124.5, 507, 651}));
+  EXPECT_EQ(native().frame(), (Rect{{466.5, 124.5}, {507, 651}}));
   EXPECT_EQ(native().appearance, VelmorWindow::fullAppearance);
   EXPECT_THAT(native().shownButtons, ElementsAre(WindowButton::Close, WindowButton::Miniaturize));
   EXPECT_TRUE(native().visible);
@@ -90,15 +90,18 @@ TEST_F(MainWindow, ComesUpWhereItWasIfThatCanBeSeen) {
     Rect frame;
     bool written;
   };
-  const Rect centred{489.5, 154, 461, 592};
+  const Rect centred{{489.5, 154}, {461, 592}};
   const Case cases[] = {
-      {"a saved frame", {.x = 30, .y = 40, .width = 500, .height = 600}, {30, 40, 500, 600}, false},
+      {"a saved frame",
+       {.x = 30, .y = 40, .width = 500, .height = 600},
+       {{30, 40}, {500, 600}},
+       false},
       {"no place yet", {.x = -1, .y = -1}, centred, false},
       {"left of the main screen", {.x = -200, .y = 10}, centred, false},
       {"below the main screen", {.x = 10, .y = -1}, centred, false},
       {"on a screen that is gone", {.x = 3000, .y = 10}, centred, true},
       {"100 points still on the screen", {.x = 1340, .y = 10}, centred, true},
-      {"120 points still on the screen", {.x = 1320, .y = 10}, {1320, 10, 461, 592}, false},
+      {"120 points still on the screen", {.x = 1320, .y = 10}, {{1320, 10}, {461, 592}}, false},
       {"119 points high below the panel", {.x = 0, .y = 756}, centred, true},
   };
   for (const auto& [what, saved, frame, written] : cases) {
@@ -117,16 +120,17 @@ TEST_F(MainWindow, ComesUpWhereItWasIfThatCanBeSeen) {
 }
 
 TEST_F(MainWindow, ASecondScreenCountsAsWell) {
-  desktop.windows.attached.push_back({{1440, -100, 1920, 1080}, {1440, -60, 1920, 1040}});
+  desktop.windows.attached.push_back(
+      {.frame = {{1440, -100}, {1920, 1080}}, .visibleFrame = {{1440, -60}, {1920, 1040}}});
   saveWindow({.x = 2000, .y = 0});
   launch();
-  EXPECT_EQ(native().frame(), (Rect{2000, 0, 461, 592}));
+  EXPECT_EQ(native().frame(), (Rect{{2000, 0}, {461, 592}}));
 }
 
 TEST_F(MainWindow, SavesTheNormalFrameHoweverItCloses) {
   saveWindow({.x = 30, .y = 40});
   launch();
-  native().place = {50.9, 60.2, 461, 592};
+  native().place = {{50.9, 60.2}, {461, 592}};
   system.loop.advance(Seconds{0.1});
   delegate->applicationShouldClose();
   EXPECT_EQ(savedWindow(), (WindowSettings{.x = 50, .y = 60, .width = 461, .height = 592}));
@@ -135,7 +139,7 @@ TEST_F(MainWindow, SavesTheNormalFrameHoweverItCloses) {
   minimise();
   EXPECT_EQ(native().minimum, Size{}) << "the square may be smaller than the window";
   EXPECT_THAT(page().scripts, Contains(R"(window.__velmorEmit("velmor:compact-mode", true);)"));
-  native().place = {7, 7, 82, 82};
+  native().place = {{7, 7}, {82, 82}};
   native().close();
   EXPECT_EQ(savedWindow(), (WindowSettings{.x = 50, .y = 60, .width = 461, .height = 592}));
 }
@@ -151,10 +155,10 @@ TEST_F(MainWindow, CommandsMinimiseRestoreAndRaiseIt) {
   launch();
   command("WindowMinimise");
   system.loop.advance(Seconds{0.3});
-  EXPECT_EQ(native().frame().size(), (Size{82, 82}));
+  EXPECT_EQ(native().frame().size, (Size{82, 82}));
   const int activations = desktop.application.activations;
   command("RestoreWindow");
-  EXPECT_EQ(native().frame(), (Rect{466.5, 124.5, 507, 651}));
+  EXPECT_EQ(native().frame(), (Rect{{466.5, 124.5}, {507, 651}}));
   EXPECT_EQ(native().minimum, (Size{376, 495}));
   EXPECT_THAT(page().scripts, Contains(R"(window.__velmorEmit("velmor:compact-mode", false);)"));
   EXPECT_EQ(desktop.application.activations, activations + 1);
@@ -203,7 +207,7 @@ TEST_F(MainWindow, TellsThePageHowFarItsButtonsReach) {
   launch();
   const auto inset = [&](std::optional<double> rightEdge) {
     native().minimiseButton.reset();
-    if (rightEdge) native().minimiseButton = Rect{*rightEdge - 14, 4, 14, 14};
+    if (rightEdge) native().minimiseButton = Rect{{*rightEdge - 14, 4}, {14, 14}};
     native().delegate.lock()->windowDidResize();
     return page().scripts.back();
   };
