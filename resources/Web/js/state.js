@@ -1,0 +1,60 @@
+// One state, changed only through update(). Views name the fields they show; those whose fields
+// changed are drawn once, after the running task.
+(() => {
+  'use strict';
+
+  const state = {
+    bridge: 'starting', // 'starting', 'ready', 'missing'
+    settings: null, // the stored settings without the keys
+    hasKey: { tinker: false, openai: false },
+    app: null, // AppState
+    info: null, // AppInfo
+    track: null, // the song last seen, see text.song
+    playing: 'unknown', // 'unknown', 'playing', 'stopped', 'permission'
+    permission: '', // the sentence to show while permission is needed
+    run: null, // { kind: 'manual' | 'auto', startedAt }
+    ranking: null, // what the list shows, see rankings.js
+    fresh: false, // the ranking came by itself and was not touched yet
+    waiting: null, // a ranking that came while the list was being read
+    error: '',
+    view: 'list', // 'list', 'wheel', 'history'
+    open: 0, // rank of the opened card, 0 for none
+    lit: 0, // rank under the pointer or focus, 0 for none
+    history: [],
+    compact: false,
+  };
+
+  const views = [];
+  const changed = new Set();
+  let scheduled = false;
+
+  function draw() {
+    scheduled = false;
+    const fields = new Set(changed);
+    changed.clear();
+    for (const view of views) {
+      if (view.fields.some((field) => fields.has(field))) view.render(state);
+    }
+  }
+
+  function update(patch) {
+    for (const [field, value] of Object.entries(patch)) {
+      if (state[field] === value) continue;
+      state[field] = value;
+      changed.add(field);
+    }
+    if (scheduled || changed.size === 0) return;
+    scheduled = true;
+    queueMicrotask(draw);
+  }
+
+  /** Registers a view and draws it for the first time. */
+  function view(fields, render) {
+    views.push({ fields, render });
+    render(state);
+  }
+
+  Velmor.state = state;
+  Velmor.update = update;
+  Velmor.view = view;
+})();

@@ -1,0 +1,86 @@
+// The track on air: its name, its figures, and what is known when there is none.
+(() => {
+  'use strict';
+
+  const { camelot, dom, text, suggest } = Velmor;
+  const { byId, setText, show } = dom;
+
+  /** One of: missing, permission, playing, stopped, finding, listening, idle. */
+  function situation(state) {
+    if (state.bridge === 'missing') return 'missing';
+    if (state.playing === 'permission') return 'permission';
+    if (state.track) return state.playing === 'stopped' ? 'stopped' : 'playing';
+    if (state.run) return 'finding';
+    if (state.bridge === 'starting') return 'starting';
+    return state.settings?.autoSuggestTracks ? 'listening' : 'idle';
+  }
+
+  const labels = {
+    starting: 'Starting',
+    missing: 'Not connected',
+    permission: 'Permission needed',
+    playing: 'Now playing',
+    stopped: 'Stopped',
+    finding: 'Detecting',
+    listening: 'Detecting',
+    idle: 'Nothing playing yet',
+  };
+
+  const titles = {
+    starting: 'Velmor',
+    missing: 'Velmor is not answering',
+    finding: 'Looking for the track',
+    listening: 'Waiting for a track',
+    idle: 'Play something',
+    permission: 'Velmor needs your permission',
+  };
+
+  function words(state, now) {
+    if (now === 'missing') return Velmor.native.missing;
+    if (now === 'permission') return state.permission;
+    if (now === 'finding') return `${suggest.doing()}.`;
+    if (now === 'starting') return '';
+    return now === 'listening'
+      ? 'The next track shows up here by itself.'
+      : 'Start a track, then ask for the next. With Auto on, Velmor asks by itself.';
+  }
+
+  function renderTrack(state) {
+    const { track } = state;
+    setText(byId('now-title'), track.song || 'Untitled');
+    const album = track.album !== track.artist && track.album;
+    byId('now-artist').replaceChildren(
+      dom.make('bdi', {}, track.artist),
+      ...(album ? [dom.make('span', { class: 'album' }, ' · ', dom.make('bdi', {}, album))] : []),
+    );
+    setText(byId('now-bpm'), text.bpm(track.bpm));
+    byId('now-key').replaceChildren(dom.chip(track.key));
+    const shown = state.ranking;
+    const notice = shown?.track.id === track.id ? shown.notice : '';
+    const more = [track.genre, track.energy > 0 && `Energy ${track.energy}`, notice];
+    setText(byId('now-more'), more.filter(Boolean).join(' · '));
+  }
+
+  function renderWords(state, now) {
+    setText(byId('now-title'), titles[now] ?? labels[now]);
+    setText(byId('now-artist'), '');
+    setText(byId('now-more'), words(state, now));
+  }
+
+  function render(state) {
+    const now = situation(state);
+    const hasTrack = now === 'playing' || now === 'stopped';
+    byId('now').dataset.state = now;
+    byId('lamp').dataset.state = now;
+    setText(byId('now-state'), labels[now]);
+    show(byId('now-figures'), hasTrack);
+    if (hasTrack) renderTrack(state);
+    else renderWords(state, now);
+    const place = hasTrack ? camelot.parse(state.track.key) : null;
+    dom.paint(byId('now'), place);
+    setText(byId('source-text'), state.ranking?.source || state.app?.provider || 'Velmor');
+  }
+
+  Velmor.view(['bridge', 'playing', 'permission', 'track', 'run', 'ranking', 'settings', 'app'], render);
+  Velmor.situation = situation;
+})();

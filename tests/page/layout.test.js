@@ -1,0 +1,88 @@
+// Every state holds at the sizes the window can have, with texts of every script and at twice the
+// size of text: nothing runs out at the side, nothing that can be pressed is cut off or too small.
+import assert from 'node:assert/strict';
+import { readdirSync, statSync } from 'node:fs';
+import { join } from 'node:path';
+import { after, before, test } from 'node:test';
+import { launch, open, root } from './harness.js';
+import { states } from './states.js';
+
+let browser;
+before(async () => { browser = await launch(); });
+after(() => browser.close());
+
+// Runs in the page. Scrolls each control into view as a reader would and looks at where it stands.
+function faults() {
+  const found = [];
+  const scope = document.querySelector('dialog[open]') ?? document.body;
+  for (const box of [document.documentElement, ...scope.querySelectorAll('main, .panel, .sheet, footer, header')]) {
+    if (box.scrollWidth > box.clientWidth + 1) found.push(`${box.className || box.localName} is too wide`);
+  }
+  for (const control of scope.querySelectorAll('button, input, summary, [role=button]')) {
+    if (!control.checkVisibility({ opacityProperty: true, visibilityProperty: true })) continue;
+    const target = control.closest('label')?.querySelector('span') ?? control;
+    target.scrollIntoView({ block: 'nearest', inline: 'nearest', behavior: 'instant' });
+    const box = target.getBoundingClientRect();
+    const name = control.getAttribute('aria-label') ?? (control.textContent || control.name);
+    const inWindow = box.left >= -1 && box.right <= innerWidth + 1 && box.top >= -1 &&
+      (box.bottom <= innerHeight + 1 || box.height > innerHeight);
+    if (!inWindow) found.push(`${name} stands outside: ${JSON.stringify(box)}`);
+    const least = control.matches('summary, [role=button], [type=checkbox]') ? 16 : 27.5;
+    if (box.height < least || box.width < least) found.push(`${name} is ${box.width} by ${box.height}`);
+    const [x, y] = [box.left + box.width / 2, box.top + Math.min(box.height, innerHeight) / 2];
+    const hit = document.elementFromPoint(x, y);
+    if (inWindow && !(target.contains(hit) || hit?.contains(target))) {
+      found.push(`${name} lies under ${hit?.outerHTML.slice(0, 60)}`);
+    }
+  }
+  return found;
+}
+
+const cases = [
+  { size: [376, 495] }, { size: [461, 592] }, { size: [507, 651] },
+  { size: [376, 495], text: '175%' }, { size: [461, 592], text: '175%' },
+];
+
+for (const [name, state] of Object.entries(states)) {
+  if (name.startsWith('compact')) continue;
+  test(`${name} fits`, async () => {
+    const page = await open(browser.context, state);
+    await state.run?.(page);
+    for (const { size: [width, height], text = '' } of cases) {
+      await page.evaluate((value) => { document.documentElement.style.fontSize = value; }, text);
+      await page.setViewportSize({ width, height });
+      assert.deepEqual(await page.evaluate(faults), [], `${width} x ${height} ${text}`);
+    }
+    await page.close();
+  });
+}
+
+test('the square shows its figures whole and nothing of the large page', async () => {
+  const page = await open(browser.context, states.compact);
+  await states.compact.run(page);
+  const boxes = await page.evaluate(() => ['.compact-key', '.compact-bpm'].map((name) => {
+    const { left, right, top, bottom } = document.querySelector(name).getBoundingClientRect();
+    return left >= 0 && right <= 82 && top >= 0 && bottom <= 82;
+  }));
+  assert.deepEqual(boxes, [true, true]);
+  assert.equal(await page.locator('#app').isVisible(), false);
+  await page.close();
+});
+
+test('the controls of the bar stay clear of the window buttons', async () => {
+  const page = await open(browser.context);
+  for (const inset of ['72.0px', '120.0px', '']) {
+    await page.evaluate((value) =>
+      document.documentElement.style.setProperty('--macos-titlebar-inset', value), inset);
+    const left = await page.evaluate(() => document.querySelector('#lamp').getBoundingClientRect().left);
+    assert.ok(left >= (parseFloat(inset) || 72), `${inset}: ${left}`);
+  }
+  await page.close();
+});
+
+test('the page weighs less than 150 KB', () => {
+  const folder = join(root, 'resources', 'Web');
+  const files = readdirSync(folder, { recursive: true }).map((name) => statSync(join(folder, name)));
+  const bytes = files.filter((file) => file.isFile()).reduce((sum, file) => sum + file.size, 0);
+  assert.ok(bytes < 150_000, `${bytes} bytes`);
+});

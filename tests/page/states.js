@@ -1,0 +1,158 @@
+// Every state of the page by name: what the native side answers and what is done to get there.
+import * as demo from './demo.js';
+import { emit } from './harness.js';
+
+const auto = { autoSuggestTracks: true };
+const ranked = { SuggestTracks: demo.result() };
+
+/** Stops the page's clock at a time of the night. */
+export const at = (page, time) => page.clock.setFixedTime(new Date(`2026-11-22T${time}`));
+
+async function ask(page) {
+  await page.click('#ask');
+  await page.waitForSelector('.card');
+}
+
+async function check(page) {
+  await emit(page, 'show-about');
+  await page.click('#about .primary');
+  await page.waitForSelector('#about .primary:not([aria-disabled])');
+}
+
+const update = (more) => ({
+  CheckForUpdate: {
+    current: '1.4.0', latest: '', updateAvailable: false, downloadUrl: '', releaseNotesUrl: '', offline: false, ...more,
+  },
+});
+
+export const states = {
+  'first-run': { settings: { tinkerApiKey: '' } },
+  idle: {},
+  detecting: { settings: auto },
+  playing: { settings: { ...auto, tinkerApiKey: '' }, run: (page) => emit(page, 'track-changed', demo.glue) },
+  busy: {
+    answers: { SuggestTracks: { wait: true } },
+    run: async (page) => {
+      await at(page, '23:14:00');
+      await emit(page, 'track-changed', demo.glue);
+      await page.click('#ask');
+      await at(page, '23:14:12');
+    },
+  },
+  list: { answers: ranked, run: ask },
+  'card-open': {
+    answers: ranked,
+    run: async (page) => {
+      await ask(page);
+      await page.click('[data-rank="2"] .card-main');
+    },
+  },
+  contradiction: {
+    answers: { SuggestTracks: demo.result(demo.glue, [demo.picks[9], demo.picks[7], demo.picks[0], demo.picks[0], demo.glue]) },
+    run: async (page) => {
+      await ask(page);
+      await page.click('[data-rank="1"] .card-main');
+    },
+  },
+  wheel: {
+    answers: ranked,
+    run: async (page) => {
+      await ask(page);
+      await page.click('#tab-wheel');
+      await page.hover('.wheel-row[data-rank="8"]');
+    },
+  },
+  waiting: {
+    settings: auto,
+    run: async (page) => {
+      await emit(page, 'track-changed', demo.earlier[0]);
+      await emit(page, 'suggestions-ready', demo.result(demo.earlier[0], demo.picks.slice(2)));
+      await page.click('[data-rank="1"] .card-main');
+      await emit(page, 'track-changed', demo.glue);
+      await emit(page, 'suggestions-ready', demo.result());
+    },
+  },
+  history: {
+    settings: auto,
+    run: async (page) => {
+      const times = ['23:02:00', '23:08:00', '23:14:00'];
+      for (const [i, track] of [...demo.earlier, demo.glue].entries()) {
+        await at(page, times[i]);
+        await emit(page, 'track-changed', track);
+        await emit(page, 'suggestions-ready', demo.result(track));
+      }
+      await page.click('#tab-history');
+      await page.click('summary >> nth=0');
+    },
+  },
+  stopped: {
+    answers: ranked, settings: auto,
+    run: async (page) => {
+      await emit(page, 'track-changed', demo.glue);
+      await emit(page, 'suggestions-ready', demo.result());
+      await emit(page, 'track-stopped');
+    },
+  },
+  permission: { answers: { SuggestTracks: { reject: demo.permission } }, run: (page) => page.click('#ask') },
+  error: {
+    answers: { SuggestTracks: { reject: 'No active media session found. Start playback in a supported DJ app, then try again.' } },
+    run: (page) => page.click('#ask'),
+  },
+  'no-bridge': { bridge: false },
+  'long-texts': {
+    answers: { SuggestTracks: demo.result({ ...demo.longPicks[0], key: 'Unreadable ♯', other: '', confidence: 1 }, demo.longPicks) },
+    run: async (page) => {
+      await ask(page);
+      await page.click('[data-rank="1"] .card-main');
+    },
+  },
+  settings: { run: (page) => page.click('#open-settings') },
+  'settings-wrong': {
+    run: async (page) => {
+      await page.click('#open-settings');
+      await page.fill('#field-bpmTolerance', '80');
+      await page.fill('#field-openaiApiKey', 'sk with blanks');
+      await page.fill('#field-aiModel', '');
+    },
+  },
+  'settings-unsaved': {
+    run: async (page) => {
+      await page.click('#open-settings');
+      await page.click('#settings [data-value="3"]');
+      await page.keyboard.press('Escape');
+    },
+  },
+  help: { run: (page) => page.keyboard.press('?') },
+  about: { run: (page) => emit(page, 'show-about') },
+  'update-available': {
+    answers: update({ latest: '1.5.0', updateAvailable: true, downloadUrl: 'https://example.test/d', releaseNotesUrl: 'https://example.test/n' }),
+    run: check,
+  },
+  'update-none': { answers: update({ latest: '1.4.0' }), run: check },
+  'update-offline': { answers: update({ offline: true }), run: check },
+  compact: {
+    answers: ranked,
+    run: async (page) => {
+      await ask(page);
+      await page.setViewportSize({ width: 82, height: 82 });
+    },
+  },
+  'compact-busy': {
+    answers: { SuggestTracks: { wait: true } }, settings: { aiModel: 'gpt-4.1', openaiApiKey: 'k' },
+    run: async (page) => {
+      await emit(page, 'track-changed', demo.earlier[1]);
+      await page.click('#ask');
+      await page.setViewportSize({ width: 82, height: 82 });
+    },
+  },
+  'compact-new': {
+    settings: auto,
+    run: async (page) => {
+      await emit(page, 'compact-mode', true);
+      await page.setViewportSize({ width: 82, height: 82 });
+      await emit(page, 'track-changed', demo.earlier[0]);
+      await emit(page, 'suggestions-ready', demo.result(demo.earlier[0]));
+    },
+  },
+  'compact-idle': { run: (page) => page.setViewportSize({ width: 82, height: 82 }) },
+};
