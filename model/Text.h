@@ -32,7 +32,7 @@ namespace velmor::text {
 
 /// The pieces between separators, empty ones dropped. After `mostSplits` pieces the rest, with the
 /// separators in it, is the last one.
-[[nodiscard]] std::vector<std::string_view>
-split(std::string_view text, char separator, std::size_t mostSplits = std::string_view::npos);
+[[nodiscard]] std::vector<std::string_view> split(std::string_view text, char separator,
+                                                  std::size_t mostSplits = std::string_view::npos);
 
 } // namespace velmor::text

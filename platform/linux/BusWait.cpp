@@ -100,10 +100,11 @@ BusConnectionPtr BusWait::connect(const std::string& address) {
 void BusWait::call(const BusConnectionPtr& connection, const BusCall& call, ReplyHandler handler) {
   ++outstanding;
   auto pending = std::make_unique<Pending>(Pending{*this, std::move(handler)});
-  GVariant* arguments = call.argument ? g_variant_new("(s)", call.argument) : nullptr;
-  g_dbus_connection_call(connection.get(), call.destination, call.path, call.interface, call.method,
-                         arguments, G_VARIANT_TYPE(call.replyType), G_DBUS_CALL_FLAGS_NO_AUTO_START,
-                         G_MAXINT, cancellable.get(), Pending::replied, pending.release());
+  const auto flags = call.startsService ? G_DBUS_CALL_FLAGS_NONE : G_DBUS_CALL_FLAGS_NO_AUTO_START;
+  g_dbus_connection_call(connection.get(), call.destination.c_str(), call.path.c_str(),
+                         call.interface.c_str(), call.method.c_str(), call.arguments.get(),
+                         G_VARIANT_TYPE(call.replyType.c_str()), flags, G_MAXINT, cancellable.get(),
+                         Pending::replied, pending.release());
 }
 
 bool BusWait::waitUntil(Moment moment, const std::function<bool()>& isEnough) {

@@ -9,16 +9,18 @@
 
 namespace velmor {
 
-/// A call of a method on a bus, without starting a service that does not run.
+/// A call of a method on a bus.
 struct BusCall {
-  const char* destination;
-  const char* path;
-  const char* interface;
-  const char* method;
-  /// The one argument, a text; null for a method without arguments.
-  const char* argument;
+  std::string destination;
+  std::string path;
+  std::string interface;
+  std::string method;
+  /// A tuple; null for a method without arguments.
+  VariantPtr arguments;
   /// The types of the wanted answer; any other answer is a failure.
-  const char* replyType;
+  std::string replyType;
+  /// Whether the bus may start a service that does not run.
+  bool startsService = false;
 };
 
 /// Waits for any number of answers from a bus at once. It has a main context of its own, so it

@@ -1,11 +1,16 @@
 #pragma once
 
 #include "platform/Host.h"
+#include "platform/linux/AtspiAccessibility.h"
 #include "platform/linux/CurlHttpClient.h"
+#include "platform/linux/DesktopApplications.h"
+#include "platform/linux/EwmhWindowList.h"
 #include "platform/linux/FolderBundle.h"
 #include "platform/linux/GioWorkspace.h"
 #include "platform/linux/GlibMainLoop.h"
+#include "platform/linux/MprisBusSource.h"
 #include "platform/linux/MprisMediaRemote.h"
+#include "platform/linux/MprisScriptHost.h"
 #include "platform/linux/PosixEnvironment.h"
 #include "platform/linux/PosixFileManager.h"
 #include "platform/linux/PosixProcessLauncher.h"
@@ -13,7 +18,6 @@
 #include "platform/linux/StandardInputLines.h"
 #include "platform/linux/Syslog.h"
 #include "platform/linux/SystemClock.h"
-#include "platform/linux/Unavailable.h"
 
 #include <array>
 
@@ -43,11 +47,12 @@ private:
   Syslog log;
   PosixProcessLauncher processes;
   CurlHttpClient http;
-  unavailable::Applications applications;
-  MprisMediaRemote mediaRemote;
-  unavailable::AccessibleApplications accessibility;
-  unavailable::Windows windows;
-  unavailable::Scripts scripts;
+  MprisBusSource players{environment, quit.get_token()};
+  DesktopApplications applications{environment, players};
+  MprisMediaRemote mediaRemote{players};
+  AtspiAccessibility accessibility{environment, quit.get_token()};
+  EwmhWindowList windows;
+  MprisScriptHost scripts{players};
   PlatformRecord record;
   // Behind what its worker threads may use: it waits for them when it is destroyed.
   GlibMainLoop mainLoop;

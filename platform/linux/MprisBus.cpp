@@ -3,6 +3,7 @@
 #include "platform/linux/BusWait.h"
 #include "platform/linux/MprisProperties.h"
 #include "platform/linux/MprisSessionChoice.h"
+#include "platform/linux/Variants.h"
 
 #include <gio/gio.h>
 
@@ -66,15 +67,21 @@ struct MprisBus::Reading {
   bool hasHung = false;
   int outstanding = 0;
   std::string owner;
+  std::uint32_t process = 0;
   VariantPtr player;
   VariantPtr identity;
 
   void ask(BusWait& wait, const BusConnectionPtr& bus) {
-    request(wait, bus, {busService, busPath, busService, "GetNameOwner", busName.c_str(), "(s)"},
+    request(wait, bus,
+            {busService, busPath, busService, "GetNameOwner", textTuple({busName}), "(s)"},
             [this](VariantPtr reply) {
               const VariantPtr name(g_variant_get_child_value(reply.get(), 0));
               owner = g_variant_get_string(name.get(), nullptr);
             });
+    request(wait, bus,
+            {busService, busPath, busService, "GetConnectionUnixProcessID", textTuple({busName}),
+             "(u)"},
+            [this](VariantPtr reply) { g_variant_get(reply.get(), "(u)", &process); });
     requestProperties(wait, bus, playerInterface, player);
     requestProperties(wait, bus, "org.mpris.MediaPlayer2", identity);
   }
@@ -83,7 +90,7 @@ private:
   void requestProperties(BusWait& wait, const BusConnectionPtr& bus, const char* interface,
                          VariantPtr& properties) {
     request(wait, bus,
-            {busName.c_str(), playerPath, propertiesInterface, "GetAll", interface, "(a{sv})"},
+            {busName, playerPath, propertiesInterface, "GetAll", textTuple({interface}), "(a{sv})"},
             [&properties](VariantPtr reply) {
               properties.reset(g_variant_get_child_value(reply.get(), 0));
             });
@@ -144,9 +151,9 @@ void MprisBus::followPlayback(const BusConnectionPtr& made, BusWait& wait) {
                                std::make_unique<SharedHistory>(history).release(), releaseHistory);
   wait.call(made,
             {busService, busPath, busService, "AddMatch",
-             "type='signal',interface='org.freedesktop.DBus.Properties',"
-             "member='PropertiesChanged',path='/org/mpris/MediaPlayer2',"
-             "arg0='org.mpris.MediaPlayer2.Player'",
+             textTuple({"type='signal',interface='org.freedesktop.DBus.Properties',"
+                        "member='PropertiesChanged',path='/org/mpris/MediaPlayer2',"
+                        "arg0='org.mpris.MediaPlayer2.Player'"}),
              "()"},
             [](VariantPtr) {});
 }
@@ -176,6 +183,7 @@ std::vector<MprisPlayer> MprisBus::finish(const std::vector<Reading>& readings) 
     if (!reading.player) continue;
     players.push_back(
         playerFromProperties(reading.busName, *reading.player, reading.identity.get()));
+    players.back().process = static_cast<std::int32_t>(reading.process);
     players.back().beganPlaying = history->beganPlaying(reading.owner);
   }
   const std::lock_guard guard(lock);

@@ -8,6 +8,13 @@ namespace velmor {
 
 namespace {
 
+std::string lowercased(std::string text) {
+  for (char& letter : text) {
+    if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
+  }
+  return text;
+}
+
 /// Programs that the rest of Velmor knows by another identifier than the desktop does.
 std::optional<std::string> wellKnownIdentifier(std::string name) {
   constexpr std::array<std::string_view, 7> chromes = {
@@ -15,9 +22,7 @@ std::optional<std::string> wellKnownIdentifier(std::string name) {
       "google-chrome", "chromium_chromium", "org.chromium.chromium"};
   constexpr std::array<std::string_view, 3> spotifies = {"spotify", "com.spotify.client",
                                                          "spotify_spotify"};
-  for (char& letter : name) {
-    if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
-  }
+  name = lowercased(std::move(name));
   // Chrome's other release channels add their own names behind a dash.
   const bool isChrome =
       std::ranges::find(chromes, name) != chromes.end() || name.starts_with("google-chrome-");
@@ -61,6 +66,13 @@ std::string bundleIdentifier(const MprisPlayer& player) {
   if (const auto known = wellKnownIdentifier(own)) return *known;
   const bool hasEntry = player.desktopEntry && !player.desktopEntry->empty();
   return hasEntry ? *player.desktopEntry : own;
+}
+
+bool goesByName(const MprisPlayer& player, std::string_view name) {
+  const auto wanted = lowercased(std::string(name));
+  return lowercased(player.identity.value_or("")) == wanted ||
+         lowercased(player.desktopEntry.value_or("")) == wanted ||
+         lowercased(ownPart(player.busName)) == wanted;
 }
 
 } // namespace velmor

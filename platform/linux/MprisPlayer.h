@@ -13,6 +13,10 @@ struct MprisPlayer {
 
   /// With the prefix "org.mpris.MediaPlayer2.".
   std::string busName;
+  /// The process behind the name; 0 when the bus does not tell.
+  std::int32_t process = 0;
+  /// The name by which it goes for people.
+  std::optional<std::string> identity;
   std::optional<std::string> desktopEntry;
   Status status = Status::Stopped;
   std::optional<double> rate;

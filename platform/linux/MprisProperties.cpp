@@ -52,13 +52,16 @@ MprisPlayer::Status statusNamed(const std::string& name) {
 MprisPlayer playerFromProperties(const std::string& busName, GVariant& player, GVariant* identity) {
   const auto metadata = member(&player, "Metadata", G_VARIANT_TYPE_VARDICT);
   return {.busName = busName,
+          .process = 0,
+          .identity = text(identity, "Identity"),
           .desktopEntry = text(identity, "DesktopEntry"),
           .status = statusNamed(text(&player, "PlaybackStatus").value_or("")),
           .rate = number(&player, "Rate"),
           .title = text(metadata.get(), "xesam:title"),
           .artist = joinedTexts(metadata.get(), "xesam:artist"),
           .albumArtist = joinedTexts(metadata.get(), "xesam:albumArtist"),
-          .album = text(metadata.get(), "xesam:album")};
+          .album = text(metadata.get(), "xesam:album"),
+          .beganPlaying = 0};
 }
 
 std::optional<bool> isPlaying(GVariant& properties) {

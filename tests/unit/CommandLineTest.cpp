@@ -1,0 +1,41 @@
+#include "app/CommandLine.h"
+
+#include "app/TrackText.h"
+
+#include <gtest/gtest.h>
+
+using namespace velmor;
+
+TEST(CommandLine, AcceptsWhatItKnowsAndNothingElse) {
+  using Command = CommandLine::Command;
+  const auto parse = [](const std::vector<std::string>& arguments) {
+    return CommandLine::parse(arguments);
+  };
+  EXPECT_EQ(parse({})->command, Command::window);
+  EXPECT_EQ(parse({"bridge"})->command, Command::bridge);
+  EXPECT_FALSE(parse({"now"})->json);
+  EXPECT_TRUE(parse({"suggest", "--json"})->json);
+  for (const std::vector<std::string>& wrong : {{"--json"},
+                                                {"now", "--xml"},
+                                                {"now", "--json", "--json"},
+                                                {"bridge", "--json"},
+                                                {""},
+                                                {"--version", "x"},
+                                                std::vector<std::string>{"Now"}}) {
+    EXPECT_FALSE(parse(wrong)) << wrong.front();
+  }
+}
+
+TEST(TrackText, PrintsNoControlCharacters) {
+  const NowPlayingTrack track{.title = "T\x1B]0;x\x07\xFF\xC2\x9B"
+                                       "2J",
+                              .artist = "Ä\n",
+                              .bpm = 124.04,
+                              .source = "Mixxx",
+                              .detection = "d"};
+  EXPECT_EQ(TrackText::readable(track), "Ä  – T ]0;x \uFFFD 2J (124.0 BPM) [Mixxx: d]\n");
+  EXPECT_EQ(TrackText::json({.title = "\x1B"}),
+            R"({"album":"","artist":"","bpm":0.0,"detection":"","genre":"","key":"","source":"",)"
+            R"("title":"\u001b"})"
+            "\n");
+}

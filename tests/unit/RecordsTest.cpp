@@ -1,0 +1,104 @@
+#include "model/Analysis.h"
+#include "model/AppConfig.h"
+#include "model/JsonCoding.h"
+#include "model/UpdateInfo.h"
+#include "model/VisionResult.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+using namespace velmor;
+using Json = nlohmann::json;
+
+namespace {
+
+Json analysisJson() {
+  return Json::parse(R"({
+    "playbackDetected": true, "playbackEvidence": "yes",
+    "currentTrack": {"song": "One", "artist": "A", "album": "", "bpm": 128, "key": "8A",
+                     "genre": "House", "energy": 70, "other": "", "confidence": 100},
+    "recommendations": [{"song": "Two", "artist": "B", "album": "C", "bpm": 127.5, "key": "9A",
+                         "genre": "House", "energy": 75, "compatibilityScore": 92,
+                         "explanation": "close"}]})");
+}
+
+Analysis decode(const Json& json) {
+  return jsonDecoder().decode<Analysis>(json.dump());
+}
+
+} // namespace
+
+TEST(Records, RoundTrip) {
+  const auto analysis = decode(analysisJson());
+  EXPECT_EQ(analysis.currentTrack.bpm, 128.0);
+  EXPECT_EQ(analysis.recommendations.at(0).compatibilityScore, 92);
+  EXPECT_EQ(Json::parse(jsonEncoder().encode(analysis)), analysisJson());
+}
+
+TEST(Records, EveryKeyIsRequiredInItsOwnType) {
+  // Every member at every depth: missing, null, and of a type that no field has.
+  for (const auto& [path, value] : analysisJson().flatten().items()) {
+    const Json::json_pointer pointer(path);
+    auto without = analysisJson();
+    without[pointer.parent_pointer()].erase(pointer.back());
+    EXPECT_THROW(decode(without), DecodingError) << path;
+    for (const Json& wrong : {Json(nullptr), Json(Json::value_t::object), Json(Json::array({1}))}) {
+      auto mistyped = analysisJson();
+      mistyped[pointer] = wrong;
+      EXPECT_THROW(decode(mistyped), DecodingError) << path;
+    }
+  }
+  for (const auto* key : {"recommendations", "currentTrack"}) {
+    auto without = analysisJson();
+    without.erase(key);
+    without["playbackDetected"] = false;
+    EXPECT_THROW(decode(without), DecodingError) << key;
+  }
+}
+
+TEST(Records, IntegersTakeWholeNumbersOnly) {
+  const std::pair<const char*, bool> cases[] = {
+      {"85", true},    {"85.0", true},    {"8.5e1", true}, {"-3", true},
+      {"42.5", false}, {"\"85\"", false}, {"true", false}, {"9223372036854775808", false},
+      {"1e30", false}, {"9.3e18", false}};
+  for (const auto& [number, accepted] : cases) {
+    auto json = analysisJson();
+    json["currentTrack"]["energy"] = Json::parse(number);
+    if (accepted)
+      EXPECT_NO_THROW(decode(json)) << number;
+    else
+      EXPECT_THROW(decode(json), DecodingError) << number;
+  }
+}
+
+TEST(Records, UnknownKeysAreIgnored) {
+  auto json = analysisJson();
+  json["thoughts"] = "…";
+  json["currentTrack"]["year"] = 1999;
+  EXPECT_EQ(decode(json), decode(analysisJson()));
+}
+
+TEST(Records, WhatIsNotJsonFailsWithASentence) {
+  for (const auto* text : {"", "{", "[1]", "1e999", "{\"a\":\"\xFF\"}"}) {
+    try {
+      jsonDecoder().decode<Analysis>(text);
+      ADD_FAILURE() << text;
+    } catch (const DecodingError& error) {
+      EXPECT_TRUE(std::string(error.what()).starts_with("The data couldn't be read")) << text;
+    }
+  }
+}
+
+TEST(Records, EncodeWhatThePageNeeds) {
+  const auto empty = Json::parse(jsonEncoder().encode(VisionResult{}));
+  EXPECT_EQ(empty.at("recommendations"), Json::array());
+  const auto update = Json::parse(jsonEncoder().encode(UpdateInfo{.downloadUrl = "d"}));
+  EXPECT_EQ(update.at("downloadUrl"), "d");
+  EXPECT_TRUE(update.contains("releaseNotesUrl"));
+  EXPECT_EQ(jsonEncoder().encode(std::string("a\xFF\"\\\u2028</script>\x01")),
+            "\"a\uFFFD\\\"\\\\\u2028</script>\\u0001\"");
+  TrackMetadata track;
+  track.bpm = std::numeric_limits<double>::infinity();
+  EXPECT_THROW(static_cast<void>(jsonEncoder().encode(track)), EncodingError);
+}
