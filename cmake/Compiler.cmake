@@ -3,11 +3,15 @@ set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 
+set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG")
+
 add_compile_options(
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
   -Woverloaded-virtual -Werror
   # A designated initialiser leaves the other members at their defaults: that is its point.
-  -Wno-missing-field-initializers)
+  -Wno-missing-field-initializers
+  # GCC 12 sees overlaps in std::string's own code that are not there (GCC bug 105651).
+  -Wno-restrict)
 # Two builds of one commit in two folders give the same program.
 add_compile_options("-ffile-prefix-map=${CMAKE_SOURCE_DIR}=." "-ffile-prefix-map=${CMAKE_BINARY_DIR}=build")
 add_compile_options($<$<CONFIG:Release>:-fstack-protector-strong> $<$<CONFIG:Release>:-D_FORTIFY_SOURCE=2>)
@@ -15,6 +19,13 @@ add_compile_options($<$<CONFIG:Release>:-fstack-protector-strong> $<$<CONFIG:Rel
 if(VELMOR_SANITIZERS)
   add_compile_options(-fsanitize=${VELMOR_SANITIZERS} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${VELMOR_SANITIZERS})
+endif()
+
+if(VELMOR_FUZZERS)
+  if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    message(FATAL_ERROR "VELMOR_FUZZERS needs Clang: set CMAKE_CXX_COMPILER to clang++")
+  endif()
+  add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 
 find_program(CCACHE ccache)

@@ -109,8 +109,7 @@ std::string joined(const std::vector<std::string>& pieces, std::string_view sepa
   return result;
 }
 
-std::vector<std::string_view> split(std::string_view text, char separator,
-                                    std::size_t mostSplits) {
+std::vector<std::string_view> split(std::string_view text, char separator, std::size_t mostSplits) {
   std::vector<std::string_view> pieces;
   std::size_t start = 0;
   while (start <= text.size()) {

@@ -1,6 +1,8 @@
 #include "platform/linux/AtspiCalls.h"
 
-#include "platform/linux/VariantPtrs.h"
+#include "platform/linux/Variants.h"
+
+#include <glib.h>
 
 #include <charconv>
 #include <cmath>

@@ -51,7 +51,7 @@ AccessibilityResult AtspiElement::children() {
 }
 
 AccessibilityResult AtspiElement::value() {
-  if (!node->valueKnown) AtspiTree(*conversation).readValues({node});
+  if (!node->valueKnown && node->mayHoldValue) AtspiTree(*conversation).readValues({node});
   return textOrNone(node->value);
 }
 

@@ -19,12 +19,11 @@ struct AtspiReference {
 struct AtspiNode {
   AtspiReference reference;
   std::string name;
-  /// The text or number that it holds; read ahead for what is seen and has no name.
+  /// The text or number that it holds; read ahead for what has no name.
   std::string value;
   bool valueKnown = false;
-  /// False where asking for a text or a number is known to be in vain.
-  bool mayHoldText = true;
-  bool mayHoldNumber = true;
+  /// False where asking for a value is known to be in vain.
+  bool mayHoldValue = true;
   /// Seen on screen; what is not has no frame.
   bool showing = false;
   /// The window that has the keyboard.

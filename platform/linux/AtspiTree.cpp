@@ -12,12 +12,11 @@ constexpr std::size_t nodeLimit = 20'000;
 
 constexpr auto rootPath = "/org/a11y/atspi/accessible/root";
 
-/// What is seen and can only be called by the value it holds.
+/// What may be called by the value it holds, having no name.
 AtspiNodes unnamedAmong(const AtspiNodes& nodes) {
   AtspiNodes unnamed;
   for (const auto& node : nodes) {
-    const bool mayHoldValue = node->mayHoldText || node->mayHoldNumber;
-    if (node->showing && node->name.empty() && mayHoldValue) unnamed.push_back(node);
+    if (node->name.empty() && node->mayHoldValue) unnamed.push_back(node);
   }
   return unnamed;
 }

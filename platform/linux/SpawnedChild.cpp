@@ -4,7 +4,7 @@
 
 #include <fcntl.h>
 #include <spawn.h>
-#include <sys/pidfd.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -61,6 +61,12 @@ FileDescriptor nonBlocking(FileDescriptor end) {
   return end;
 }
 
+/// A descriptor that becomes readable when the process has ended, by the bare system call: the
+/// header of Debian 12's C library declares its function for C alone.
+int endDescriptorOf(pid_t process) {
+  return static_cast<int>(::syscall(SYS_pidfd_open, process, 0));
+}
+
 /// The arguments as the system takes them; they point into `child`.
 std::vector<char*> argumentList(const ChildProcess& child) {
   std::vector<char*> list;
@@ -94,7 +100,7 @@ SpawnedChild::SpawnedChild(const ChildProcess& child) {
   const int error = ::posix_spawn(&process, child.executable.c_str(), &plan.actions,
                                   &plan.attributes, argumentList(child).data(), environ);
   if (error != 0) throw LaunchError(systemMessage(error));
-  endEvent = FileDescriptor(::pidfd_open(process, 0));
+  endEvent = FileDescriptor(endDescriptorOf(process));
   if (!endEvent) {
     const int reason = errno;
     endNow();

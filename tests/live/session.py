@@ -110,8 +110,8 @@ class Session:
         with open(path, "ab") as output:
             process = subprocess.Popen(
                 arguments, env={**self.environment, **(environment or {})}, cwd=self.home,
-                stdin=subprocess.DEVNULL, stdout=output, stderr=output,
-                start_new_session=True, preexec_fn=_endWithParent, **options)
+                stdout=output, stderr=output, start_new_session=True,
+                preexec_fn=_endWithParent, **{"stdin": subprocess.DEVNULL, **options})
         self.processes.append(process)
         return process
 
@@ -126,10 +126,12 @@ class Session:
             process.wait()
 
     def run(self, arguments, environment=None, timeout=DEADLINE, **options):
-        """Runs a program to its end in this desktop; outputs are texts."""
+        """Runs a program to its end in this desktop; inputs and outputs are texts."""
+        if "input" not in options:
+            options["stdin"] = subprocess.DEVNULL
         return subprocess.run(
             arguments, env={**self.environment, **(environment or {})}, cwd=self.home,
-            capture_output=True, text=True, timeout=timeout, stdin=subprocess.DEVNULL, **options)
+            capture_output=True, text=True, timeout=timeout, **options)
 
     def velmor(self, *arguments, environment=None):
         """Runs the program under test, which the variable VELMOR names."""

@@ -1,0 +1,60 @@
+"""Real players for live tests, and the model provider that Velmor asks in them."""
+
+import json
+import os
+
+from session import waitUntil
+
+KEY = "local-demo-key"
+
+
+def tagged(desktop, name, seconds=60, **tags):
+    """A file of quiet sound with these tags."""
+    path = os.path.join(desktop.root, name)
+    options = [item for tag in tags.items() for item in ("-metadata", "%s=%s" % tag)]
+    made = desktop.run(["ffmpeg", "-loglevel", "error", "-f", "lavfi", "-i",
+                        f"sine=frequency=220:duration={seconds}", *options, path])
+    assert made.returncode == 0, made.stderr
+    return path
+
+
+def mpv(desktop, path, *options):
+    """Plays a file without an end and without a window."""
+    return desktop.start(
+        ["mpv", "--no-config", "--no-video", "--no-terminal", "--ao=null", "--loop-file=inf",
+         "--script=/etc/mpv/scripts/mpris.so", *options, path])
+
+
+class Provider:
+    """The local model provider; `record` gives the requests that it got."""
+
+    def __init__(self, desktop, *options):
+        self.path = os.path.join(desktop.root, "requests")
+        program = os.path.join(os.path.dirname(os.environ["VELMOR"]), "velmor-local-provider")
+        desktop.start([os.path.abspath(program), "--record", self.path, *options])
+        log = os.path.basename(program)
+        self.address = waitUntil(lambda: desktop.log(log).splitlines(), "the provider is ready")[0]
+        self.environment = {
+            "TINKER_API_KEY": KEY,
+            "OPENAI_API_KEY": KEY,
+            "VELMOR_TINKER_URL": self.address
+            + "/services/tinker-prod/anthropic/api/v1/messages",
+            "VELMOR_OPENAI_URL": self.address + "/v1/responses",
+            "VELMORDJ_VERSION_URL": self.address,
+        }
+
+    def requests(self):
+        with open(self.path, encoding="utf-8") as record:
+            return [json.loads(line) for line in record]
+
+
+def configure(desktop, **changes):
+    """Writes Velmor's settings."""
+    config = {"version": 8, "tinkerApiKey": "", "openaiApiKey": "", "aiModel": "m",
+              "recommendationCount": 3, "bpmTolerance": 10, "autoSuggestTracks": False,
+              "theme": "light", "window": {"x": -1, "y": -1, "width": 507, "height": 651}}
+    folder = os.path.join(desktop.home, ".config", "Velmor")
+    os.makedirs(folder, exist_ok=True)
+    with open(os.path.join(folder, "config.json"), "w", encoding="utf-8") as file:
+        json.dump({**config, **changes}, file)
+    return {**config, **changes}

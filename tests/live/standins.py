@@ -1,0 +1,36 @@
+"""Stand-ins for programs that do not run here: processes of their names, and what they publish."""
+
+import json
+import os
+
+PYTHON = "/usr/bin/python3"
+FOLDER = os.path.dirname(os.path.abspath(__file__))
+
+
+def startAs(desktop, name, program, *arguments, **options):
+    """Runs a program so that the process goes by this name, blanks and all."""
+    folder = os.path.join(desktop.root, "bin")
+    os.makedirs(folder, exist_ok=True)
+    path = os.path.join(folder, name)
+    if not os.path.lexists(path):
+        os.symlink(program, path)
+    return desktop.start([path, *arguments], **options)
+
+
+def runScriptAs(desktop, name, script, *arguments):
+    """Runs a script of this folder so that the process goes by this name."""
+    return startAs(desktop, name, PYTHON, os.path.join(FOLDER, script), *arguments)
+
+
+def idleAs(desktop, name):
+    """A process that does nothing but bear this name."""
+    return startAs(desktop, name, "/usr/bin/sleep", "3600")
+
+
+def writeState(desktop, name, state):
+    """Says what a stand-in shows; it reads the file at this path anew whenever it is asked."""
+    path = os.path.join(desktop.root, name + ".json")
+    with open(path + ".new", "w", encoding="utf-8") as file:
+        json.dump(state, file)
+    os.replace(path + ".new", path)
+    return path

@@ -1,0 +1,75 @@
+"""rekordbox's screen, read over the accessibility bus from a window of another process."""
+
+import os
+import signal
+import unittest
+
+from session import Session, waitUntil
+from standins import FOLDER, runScriptAs, writeState
+
+LAYOUT = os.path.join(FOLDER, "data", "rekordbox-layout.json")
+NO_DECK = ("rekordbox is running but no active deck was detected. Play a track in Performance "
+           "mode, then try again.\n")
+DENIED = ("Velmor needs Accessibility access for rekordbox. In System Settings → Privacy & "
+          "Security → Accessibility, remove and re-enable Velmor, then restart from "
+          "~/Applications/Velmor.app.\n")
+FIRST = {"title": "Für Elise (90's “Rave” Mix)", "artist": "Ludwig & Friends", "bpm": "128.00",
+         "key": "Am", "elapsed": 95, "length": 600, "plays": True}
+SECOND = {"title": "東京 | Nights", "artist": "DJ A - DJ B", "bpm": "174.5", "key": "7B",
+          "elapsed": 34, "length": 600, "plays": True}
+
+
+def showDecks(desktop, first, second):
+    state = {"1": {**FIRST, **first}, "2": {**SECOND, **second}}
+    return writeState(desktop, "decks", state)
+
+
+def showWindow(desktop, first, second):
+    """Brings the window up and waits until the window manager shows it."""
+    process = runScriptAs(desktop, "rekordbox", "rekordbox_window.py", LAYOUT,
+                          showDecks(desktop, first, second))
+    waitUntil(lambda: desktop.run(["xdotool", "search", "--onlyvisible", "--name",
+                                   "^rekordbox$"]).stdout, "the window is there")
+    return process
+
+
+class RekordboxTest(unittest.TestCase):
+    def testNamesTheDeckThatPlays(self):
+        paused = {"plays": False}
+        with Session(accessibility=True, alone=True) as desktop:
+            window = showWindow(desktop, {}, paused)
+            track = desktop.waitForTrack(title=FIRST["title"])
+            self.assertEqual(
+                (track["artist"], track["bpm"], track["key"], track["source"],
+                 track["detection"], track["album"], track["genre"]),
+                ("Ludwig & Friends", 128, "Am", "rekordbox", "rekordbox deck metadata", "", ""))
+
+            showDecks(desktop, paused, {})
+            track = desktop.waitForTrack(title=SECOND["title"])
+            self.assertEqual((track["artist"], track["bpm"], track["key"]),
+                             ("DJ A - DJ B", 174.5, "7B"))
+
+            # Of two that play it is the one that began last.
+            showDecks(desktop, {}, {})
+            desktop.waitForTrack(title=SECOND["title"])
+            showDecks(desktop, {"elapsed": 3}, {"elapsed": 300})
+            desktop.waitForTrack(title=FIRST["title"])
+
+            unplayed = {"plays": False, "elapsed": 0}
+            showDecks(desktop, unplayed, unplayed)
+            self.assertEqual(desktop.velmor("now").stderr, NO_DECK)
+
+            os.kill(window.pid, signal.SIGSTOP)
+            self.assertEqual(desktop.velmor("now").stderr, NO_DECK)
+            os.kill(window.pid, signal.SIGCONT)
+            showDecks(desktop, {}, unplayed)
+            desktop.waitForTrack(title=FIRST["title"])
+
+    def testAsksForAccessibilityWhereThereIsNone(self):
+        with Session(alone=True) as desktop:
+            showWindow(desktop, {}, {})
+            waitUntil(lambda: desktop.velmor("now").stderr == DENIED, "access is asked for")
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,200 @@
+#include "platform/linux/CurlHttpClient.h"
+#include "platform/linux/PosixProcessLauncher.h"
+#include "tests/platform/TemporaryFolder.h"
+#include "tests/platform/TestServer.h"
+
+#include <gmock/gmock.h>
+
+namespace velmor {
+
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+constexpr auto timedOut = "The request timed out.";
+
+class HttpTest : public testing::Test {
+protected:
+  HttpResponse send(const HttpRequest& request, const HttpSessionConfiguration& limits = {}) {
+    return client.makeSession(limits)->send(request);
+  }
+
+  /// The message of the request's failure.
+  std::string failure(const HttpRequest& request, const HttpSessionConfiguration& limits = {}) {
+    try {
+      return "answered " + std::to_string(send(request, limits).status);
+    } catch (const TransportError& error) {
+      return error.what();
+    }
+  }
+
+  std::string redirectTo(const std::string& url, int status) {
+    return first.url("/redirect?status=" + std::to_string(status) +
+                     "&to=" + httplib::detail::encode_query_param(url));
+  }
+
+  std::stop_source quit;
+  CurlHttpClient client{quit.get_token()};
+  TestServer first;
+  TestServer second;
+};
+
+TEST_F(HttpTest, SendsWhatItIsGivenAndNothingElse) {
+  // Requests to this machine do not go through proxies.
+  ::setenv("http_proxy", "http://127.0.0.1:1", 1);
+  const std::string body("{\"a\":\"\0b\"}", 10);
+  const auto answer = send({.method = "POST",
+                            .url = first.url("/echo"),
+                            .headers = {{"Content-Type", "application/json"}},
+                            .body = body});
+  ::unsetenv("http_proxy");
+  EXPECT_EQ(answer.status, 200);
+  EXPECT_THAT(answer.body, AllOf(StartsWith("POST /echo\n"), testing::EndsWith("\n\n" + body),
+                                 HasSubstr("content-type: application/json\n"),
+                                 HasSubstr("content-length: 10\n"), Not(HasSubstr("expect:")),
+                                 Not(HasSubstr("urlencoded"))));
+  EXPECT_EQ(send({.url = first.url("/none")}).status, 404);
+}
+
+TEST_F(HttpTest, FollowsRedirectsWithTheRightMethodAndHeaders) {
+  struct Case {
+    int status;
+    const char* method;
+    bool toOtherOrigin;
+    const char* expectedMethod;
+  };
+  constexpr std::array cases = {Case{301, "POST", false, "GET"},  Case{302, "POST", true, "GET"},
+                                Case{303, "PUT", false, "GET"},   Case{307, "POST", true, "POST"},
+                                Case{308, "POST", false, "POST"}, Case{302, "PUT", false, "PUT"},
+                                Case{307, "GET", true, "GET"}};
+  for (const auto& [status, method, toOther, expected] : cases) {
+    const auto target = (toOther ? second : first).url("/echo");
+    const auto answer = send({.method = method,
+                              .url = redirectTo(target, status),
+                              .headers = {{"authorization", "Bearer sk-secret"},
+                                          {"X-API-Key", "sk-secret"},
+                                          {"Content-Type", "application/json"},
+                                          {"X-Other", "kept"}},
+                              .body = method == std::string("GET") ? "" : "the body"});
+    const bool keepsBody = expected != std::string("GET");
+    EXPECT_THAT(answer.body, StartsWith(std::string(expected) + " /echo\n")) << status << method;
+    EXPECT_THAT(answer.body, HasSubstr("x-other: kept"));
+    EXPECT_EQ(answer.body.find("sk-secret") == std::string::npos, toOther) << status << method;
+    EXPECT_EQ(answer.body.ends_with("\n\nthe body"), keepsBody) << status << method;
+    EXPECT_TRUE(keepsBody || method == std::string("GET") ||
+                answer.body.find("content-type") == std::string::npos);
+  }
+}
+
+TEST_F(HttpTest, KeysDoNotComeBackAfterADetour) {
+  const auto back = second.url("/redirect?status=307&to=" + first.url("/echo"));
+  const auto answer =
+      send({.url = redirectTo(back, 307), .headers = {{"Authorization", "Bearer sk-secret"}}});
+  EXPECT_THAT(answer.body, AllOf(StartsWith("GET /echo"), Not(HasSubstr("sk-secret"))));
+}
+
+TEST_F(HttpTest, FailuresAreSentences) {
+  std::string closedPort;
+  {
+    const TestServer gone;
+    closedPort = gone.url("/");
+  }
+  struct Case {
+    std::string url;
+    const char* message;
+  };
+  const std::vector<Case> cases = {
+      {closedPort, "The server could not be reached."},
+      {"http://no-such-host.invalid/", "The server could not be found."},
+      {"ftp://127.0.0.1/", "The address does not begin with http:// or https://."},
+      {"/etc/passwd", "The address does not begin with http:// or https://."},
+      {"", "The address does not begin with http:// or https://."},
+      {"http://", "The address is not valid."},
+      {"http://127.0.0.1:99999/", "The address is not valid."},
+      {redirectTo("file:///etc/passwd", 302),
+       "The address does not begin with http:// or https://."},
+      {redirectTo("/redirect?status=302&to=", 302), "answered 302"},
+  };
+  for (const auto& [url, message] : cases)
+    EXPECT_EQ(failure({.url = url}), message) << url;
+  EXPECT_EQ(failure({.url = first.url("/echo"), .headers = {{"x-api-key", "key\r\nx-more: 1"}}}),
+            "A header of the request contains a line break.");
+}
+
+TEST_F(HttpTest, EndlessRedirectsFail) {
+  EXPECT_EQ(failure({.url = first.url("/loop")}), "There were too many redirects.");
+  EXPECT_EQ(first.loops(), 17);
+}
+
+TEST_F(HttpTest, BodiesEndAtTheLimit) {
+  const auto bytes = [&](std::size_t count) {
+    return HttpRequest{.url = first.url("/bytes?count=" + std::to_string(count))};
+  };
+  EXPECT_EQ(send(bytes(HttpSession::bodyLimit)).body.size(), HttpSession::bodyLimit);
+  EXPECT_THROW(static_cast<void>(send(bytes(HttpSession::bodyLimit + 1))), AnswerTooLarge);
+}
+
+TEST_F(HttpTest, IdleTimeAndTotalTimeAreTwoLimits) {
+  constexpr Seconds brief{0.3};
+  const HttpRequest silent{.url = first.url("/silent")};
+  EXPECT_EQ(failure(silent, {.requestTimeout = brief}), timedOut);
+  EXPECT_EQ(failure({.url = silent.url, .timeout = brief}), timedOut);
+  EXPECT_EQ(failure(silent, {.resourceTimeout = brief}), timedOut);
+  // The answer takes 1.5 seconds and more, but something moves all the time.
+  const HttpRequest steady{.url = first.url("/trickle?count=30")};
+  EXPECT_EQ(failure(steady, {.requestTimeout = Seconds{1}}), "answered 200");
+  EXPECT_EQ(failure(steady, {.requestTimeout = Seconds{1}, .resourceTimeout = Seconds{0.5}}),
+            timedOut);
+}
+
+TEST_F(HttpTest, QuittingStopsARequestThatNobodyAnswers) {
+  std::jthread quitter([&] {
+    first.waitForSilentRequest();
+    quit.request_stop();
+  });
+  EXPECT_EQ(failure({.url = first.url("/silent")}), "The request was stopped.");
+}
+
+TEST_F(HttpTest, OneSessionServesSeveralThreads) {
+  const auto session = client.makeSession({});
+  std::atomic<int> answered = 0;
+  {
+    std::vector<std::jthread> threads;
+    for (int number = 0; number < 6; ++number) {
+      threads.emplace_back([&, number] {
+        const auto body = std::to_string(number);
+        const auto answer =
+            session->send({.method = "POST", .url = first.url("/echo"), .body = body});
+        if (answer.body.ends_with("\n\n" + body)) ++answered;
+      });
+    }
+  }
+  EXPECT_EQ(answered, 6);
+}
+
+TEST_F(HttpTest, RefusesCertificatesThatNobodyVouchesFor) {
+  const TemporaryFolder folder;
+  const auto key = (folder.path / "key").string();
+  const auto certificate = (folder.path / "certificate").string();
+  PosixProcessLauncher launcher(quit.get_token());
+  const auto made = launcher.run({"/usr/bin/openssl",
+                                  {"req", "-x509", "-newkey", "rsa:2048", "-nodes", "-keyout", key,
+                                   "-out", certificate, "-subj", "/CN=localhost"}});
+  ASSERT_EQ(made.exitStatus, 0) << made.errorOutput;
+  httplib::SSLServer server(certificate.c_str(), key.c_str());
+  const int port = server.bind_to_any_port("127.0.0.1");
+  const std::jthread thread([&] { server.listen_after_bind(); });
+  waitUntilRunning(server);
+  EXPECT_EQ(failure({.url = "https://localhost:" + std::to_string(port) + "/"}),
+            "The server's certificate could not be verified.");
+  server.stop();
+  EXPECT_EQ(failure({.url = "https" + first.url("/echo").substr(4)}),
+            "A secure connection to the server could not be made.");
+}
+
+} // namespace
+
+} // namespace velmor

@@ -1,0 +1,202 @@
+#include "platform/linux/GlibMainLoop.h"
+#include "platform/linux/StandardInputLines.h"
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <unistd.h>
+
+#include <condition_variable>
+
+namespace velmor {
+
+namespace {
+
+using Lane = MainLoop::Lane;
+using Names = std::vector<std::string>;
+using testing::ElementsAre;
+
+constexpr Seconds soon{0.005};
+
+/// Lets blocking work wait for something that the main thread does.
+class Gate {
+public:
+  void open() {
+    const std::lock_guard guard(lock);
+    isOpen = true;
+    opened.notify_all();
+  }
+  void wait() {
+    std::unique_lock guard(lock);
+    opened.wait(guard, [this] { return isOpen; });
+  }
+
+private:
+  std::mutex lock;
+  std::condition_variable opened;
+  bool isOpen = false;
+};
+
+class MainLoopTest : public testing::Test {
+protected:
+  MainLoop::Work note(const std::string& name) {
+    return [this, name] { happened.push_back(name); };
+  }
+  void quitAfterActorWork() {
+    loop.post(Lane::Actor, [this] { loop.quit(); });
+  }
+
+  Names happened;
+  GlibMainLoop loop;
+};
+
+TEST_F(MainLoopTest, KeepsTheOrderOfALaneAcrossThreads) {
+  std::vector<int> order;
+  loop.startWorker(
+      [&] {
+        for (int number = 0; number < 500; ++number)
+          loop.post(Lane::Actor, [&order, number] { order.push_back(number); });
+      },
+      [this] { loop.quit(); });
+  loop.run();
+  ASSERT_EQ(order.size(), 500U);
+  EXPECT_TRUE(std::ranges::is_sorted(order));
+}
+
+TEST_F(MainLoopTest, TimersEndWhenTheyAreDestroyedEvenInsideTheirOwnCall) {
+  int calls = 0;
+  std::unique_ptr<Timer> repeating = loop.callEvery(Lane::Actor, soon, [&] {
+    if (++calls == 3) repeating.reset();
+  });
+  std::unique_ptr<Timer> once;
+  std::unique_ptr<Timer> next;
+  once = loop.callLater(Lane::Display, soon, [&] {
+    happened.push_back("once");
+    once.reset();
+    next = loop.callLater(Lane::Display, 10 * soon, [this] { loop.quit(); });
+  });
+  auto cancelled = loop.callLater(Lane::Actor, soon, note("cancelled"));
+  // Its call already waits in the lane when it is cancelled.
+  auto due = loop.callLater(Lane::Actor, Seconds{0}, note("due"));
+  loop.post(Lane::Actor, [&] { cancelled.reset(); });
+  loop.post(Lane::Display, [&] { due.reset(); });
+  loop.run();
+  EXPECT_EQ(calls, 3);
+  EXPECT_THAT(happened, ElementsAre("once"));
+}
+
+TEST_F(MainLoopTest, WithoutAWindowOccupyingIsAPlainCall) {
+  const auto caller = std::this_thread::get_id();
+  loop.post(Lane::Display, note("display"));
+  loop.occupyActor([&] {
+    EXPECT_EQ(std::this_thread::get_id(), caller);
+    note("work")();
+  });
+  quitAfterActorWork();
+  loop.run();
+  EXPECT_EQ(happened.front(), "work");
+}
+
+TEST_F(MainLoopTest, OccupiedActorLaneHoldsItsWorkBackWhileTheDisplayLaneGoesOn) {
+  loop.serveDisplayWhileOccupied(true);
+  Gate gate;
+  int frames = 0;
+  const auto due = loop.callLater(Lane::Actor, soon, note("actor timer"));
+  const auto repeated = loop.callEvery(Lane::Actor, soon, [this] {
+    if (happened.back() != "repeated") note("repeated")();
+  });
+  const auto frame = loop.callEvery(Lane::Display, 2 * soon, [&] {
+    if (++frames == 1) loop.post(Lane::Actor, note("from display"));
+    if (frames == 5) gate.open();
+  });
+  loop.post(Lane::Actor, [&] {
+    loop.occupyActor([&] {
+      loop.post(Lane::Actor, note("from work"));
+      loop.post(Lane::Display, note("display"));
+      gate.wait();
+    });
+    note("work done")();
+    EXPECT_GE(frames, 5);
+    EXPECT_THAT(happened, ElementsAre("display", "work done"));
+    quitAfterActorWork();
+  });
+  loop.run();
+  EXPECT_EQ(happened[2], "from work");
+  EXPECT_THAT(happened, testing::IsSupersetOf({"from display", "actor timer", "repeated"}));
+}
+
+TEST_F(MainLoopTest, WorkThatTheDisplayLaneStartsMeanwhileWaitsForItsTurn) {
+  loop.serveDisplayWhileOccupied(true);
+  Gate nested;
+  std::mutex lock;
+  const auto noteSafely = [&](const char* name) {
+    const std::lock_guard guard(lock);
+    happened.push_back(name);
+  };
+  loop.post(Lane::Actor, [&] {
+    loop.post(Lane::Display, [&] {
+      loop.post(Lane::Display, [&] { nested.open(); });
+      loop.occupyActor([&] { noteSafely("second"); });
+    });
+    loop.post(Lane::Actor, note("actor"));
+    loop.occupyActor([&] {
+      nested.wait();
+      noteSafely("first");
+    });
+    quitAfterActorWork();
+  });
+  loop.run();
+  EXPECT_THAT(happened, ElementsAre("first", "second", "actor"));
+}
+
+TEST_F(MainLoopTest, QuittingWhileOccupiedEndsTheLoopAfterTheWork) {
+  loop.serveDisplayWhileOccupied(true);
+  Gate stopped;
+  loop.post(Lane::Actor, [&] {
+    const auto request = loop.callLater(Lane::Display, soon, [&] {
+      loop.quit();
+      stopped.open();
+    });
+    loop.occupyActor([&] { stopped.wait(); });
+    note("work done")();
+  });
+  loop.post(Lane::Actor, note("never"));
+  loop.run();
+  EXPECT_THAT(happened, ElementsAre("work done"));
+}
+
+TEST_F(MainLoopTest, ReadsLinesOfEveryLengthToTheEnd) {
+  std::array<int, 2> ends{};
+  ASSERT_EQ(::pipe2(ends.data(), O_CLOEXEC), 0);
+  const std::string longLine(3'000'000, 'x');
+  loop.startWorker(
+      [&] {
+        const auto text = "first\n\n" + longLine + "\nlast without feed";
+        for (std::size_t done = 0; done < text.size();)
+          done += static_cast<std::size_t>(::write(ends[1], &text[done], text.size() - done));
+        ::close(ends[1]);
+      },
+      [] {});
+  StandardInputLines input(loop, ends[0]);
+  input.read([this](std::string line) { happened.push_back(std::move(line)); },
+             [this] { loop.quit(); });
+  loop.run();
+  ::close(ends[0]);
+  EXPECT_THAT(happened, ElementsAre("first", "", longLine, "last without feed"));
+}
+
+TEST_F(MainLoopTest, ReadsFilesAndNothing) {
+  for (const char* path : {"/dev/null", "/proc/self/cmdline"}) {
+    const int file = ::open(path, O_RDONLY | O_CLOEXEC);
+    GlibMainLoop own;
+    StandardInputLines input(own, file);
+    Names lines;
+    input.read([&](std::string line) { lines.push_back(std::move(line)); }, [&] { own.quit(); });
+    own.run();
+    ::close(file);
+    EXPECT_EQ(lines.size(), std::string_view(path) == "/dev/null" ? 0U : 1U) << path;
+  }
+}
+
+} // namespace
+
+} // namespace velmor

@@ -1,0 +1,185 @@
+#!/usr/bin/python3
+"""Runs the installed extractor on generated pieces and on files that hold no music."""
+
+import json
+import pathlib
+import re
+import shutil
+import struct
+import subprocess
+import sys
+import tempfile
+import unittest
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
+GENERATOR = ROOT / "tools/piece-generator/piece-generator"
+EXTRACTOR = shutil.which("essentia_streaming_extractor_music")
+sys.dont_write_bytecode = True
+sys.path.insert(0, str(GENERATOR.parent))
+import keys  # noqa: E402
+
+NO_MUSIC, INPUT, OUTPUT = 1, 2, 3
+RATE = 44100
+
+
+@unittest.skipUnless(EXTRACTOR, "the extractor is not installed: run scripts/install-essentia")
+class ExtractorTest(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.shared = tempfile.TemporaryDirectory()
+        cls.addClassCleanup(cls.shared.cleanup)
+        cls.piece = pathlib.Path(cls.shared.name) / "piece.wav"
+        cls.generate(cls.piece, "--bpm", "124", "--key", "8A", "--seconds", "15")
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+        self.sound = self.folder / "sound.wav"
+        self.report = self.folder / "report.json"
+
+    @staticmethod
+    def generate(path, *arguments):
+        subprocess.run([GENERATOR, path, *arguments], check=True)
+
+    def convert(self, *arguments, source=None):
+        subprocess.run(["ffmpeg", "-v", "error", "-y", "-i", source or self.piece, *arguments,
+                        self.sound], check=True, stdin=subprocess.DEVNULL)
+
+    def extract(self, sound=None, report=None):
+        return subprocess.run([EXTRACTOR, sound or self.sound, report or self.report],
+                              capture_output=True, text=True, timeout=300)
+
+    def measured(self, sound=None):
+        run = self.extract(sound)
+        self.assertEqual((run.returncode, run.stdout + run.stderr), (0, ""))
+        return json.loads(self.report.read_text())
+
+    def expect_music(self, bpm, key, sound=None, within=0.1):
+        found = self.measured(sound)
+        self.assertAlmostEqual(found["rhythm"]["bpm"], bpm, delta=within)
+        tonal = found["tonal"]["key_edma"]
+        self.assertEqual(keys.parse(f"{tonal['key']} {tonal['scale']}").camelot, key)
+        return found
+
+    def expect_failure(self, status, pattern, sound=None, report=None):
+        """One sentence, the status, and neither a report nor a piece of one."""
+        before = set(self.folder.iterdir())
+        run = self.extract(sound, report)
+        self.assertEqual(run.returncode, status, run.stderr)
+        self.assertRegex(run.stderr, f"\\A{pattern}\n\\Z")
+        self.assertEqual(run.stdout, "")
+        self.assertEqual(set(self.folder.iterdir()), before)
+
+    def test_measures_pieces(self):
+        # Tempo, key and seed of the piece; 174 may be heard in half time, the others may not.
+        for bpm, key, seed, heard in ((96.4, "3B", 2, 96.4), (128, "11A", 3, 128),
+                                      (145.3, "6B", 4, 145.3), (174, "5A", 5, 87)):
+            with self.subTest(bpm=bpm, key=key):
+                self.generate(self.sound, "--bpm", str(bpm), "--key", key, "--seed", str(seed),
+                              "--seconds", "15")
+                found = self.measured()["rhythm"]["bpm"]
+                self.expect_music(bpm if abs(found - bpm) < 1 else heard, key)
+
+    def test_report_says_where_it_comes_from(self):
+        found = self.measured(self.piece)
+        self.assertEqual(found["metadata"]["version"]["essentia_js"], "0.1.3")
+        self.assertIn("RhythmExtractor2013", found["metadata"]["algorithms"]["bpm"])
+        self.assertAlmostEqual(found["metadata"]["audio_properties"]["length"], 15, delta=0.01)
+
+    def test_loudness_tells_even_from_uneven(self):
+        even = self.measured(self.piece)["lowlevel"]["average_loudness"]
+        self.convert("-af", "volume='if(lt(t,11),0.05,1)':eval=frame", "-c:a", "pcm_s16le")
+        uneven = self.measured()["lowlevel"]["average_loudness"]
+        self.assertGreater(even, 0.9)
+        self.assertLess(uneven, 0.5)
+
+    def test_figures_move_with_the_sound(self):
+        semitone = 2 ** (1 / 12)
+        moves = (
+            ("atempo=1.05", 124 * 1.05, "8A"),
+            ("atempo=0.94", 124 * 0.94, "8A"),
+            # Played faster, a record rises: three semitones above A minor lies C minor.
+            (f"asetrate={RATE * semitone**3:.0f},aresample={RATE}", 124 * semitone**3, "5A"),
+            (f"asetrate={RATE * semitone**3:.0f},aresample={RATE},atempo={semitone**-3}", 124, "5A"),
+        )
+        for chain, bpm, key in moves:
+            with self.subTest(filters=chain):
+                self.convert("-af", chain, "-ar", str(RATE))
+                self.expect_music(bpm, key, within=0.3)
+
+    def test_reads_what_recorders_write(self):
+        plain = self.piece.read_bytes()
+        data = plain[plain.index(b"data") + 8:]
+        extensible = struct.pack("<HHIIHHHHIH", 0xFFFE, 2, RATE, RATE * 4, 4, 16, 22, 16, 3, 1)
+        extensible += bytes.fromhex("000000001000800000aa00389b71")
+        odd_note = b"LIST" + struct.pack("<I", 5) + b"INFOx\0"
+
+        def file(*chunks):
+            return b"RIFF\xff\xff\xff\xffWAVE" + b"".join(chunks)
+
+        def chunk(name, content, size=None):
+            return name + struct.pack("<I", len(content) if size is None else size) + content
+
+        header = chunk(b"fmt ", plain[20:36])
+        files = {
+            "extensible": file(chunk(b"fmt ", extensible), chunk(b"data", data)),
+            "a chunk of odd size": file(header, odd_note, chunk(b"data", data)),
+            "a size that was never filled in": file(header, chunk(b"data", data, 0xFFFFFFFF)),
+            "half a frame at the end": file(header, chunk(b"data", data[:-3], len(data))),
+        }
+        for name, content in files.items():
+            with self.subTest(name):
+                self.sound.write_bytes(content)
+                self.expect_music(124, "8A")
+        with self.subTest("mono with ffmpeg's own notes"):
+            self.convert("-ac", "1", "-metadata", "title=Odd")
+            self.expect_music(124, "8A")
+
+    def test_refuses_what_is_no_music(self):
+        for name, source in (("silence", "anullsrc"), ("an offset", "aevalsrc=0.3|0.3")):
+            with self.subTest(name):
+                subprocess.run(["ffmpeg", "-v", "error", "-y", "-f", "lavfi", "-i", source, "-t",
+                                "15", "-ar", str(RATE), self.sound], check=True)
+                self.expect_failure(NO_MUSIC, "no audible signal")
+        for name, chain in (("half a second", "atrim=end=0.5"), ("nothing", "atrim=end=0"),
+                            ("half a second, then silence", "volume=0:enable='gt(t,0.5)'")):
+            with self.subTest(name):
+                self.convert("-af", chain)
+                self.expect_failure(NO_MUSIC, "no audible signal")
+
+    def test_refuses_other_formats(self):
+        for name, arguments, reason in (
+                ("rate", ("-ar", "48000"), "sampled at 48000 Hz, not at 44100 Hz"),
+                ("width", ("-c:a", "pcm_s24le"), "not 16-bit PCM sound"),
+                ("float", ("-c:a", "pcm_f32le"), "not 16-bit PCM sound"),
+                ("channels", ("-ac", "4"), "of 4 channels, not mono or stereo"),
+                ("length", ("-af", "apad=whole_dur=61"), "longer than 60 seconds")):
+            with self.subTest(name):
+                self.convert(*arguments)
+                self.expect_failure(INPUT, f"cannot measure .*: {reason}")
+
+    def test_refuses_what_is_no_wav_file(self):
+        plain = self.piece.read_bytes()
+        for name, content in (("garbage", b"\x07" * 5000), ("empty", b""), ("cut", plain[:30]),
+                              ("no sound", plain[:36]), ("no format", plain[:12] + plain[36:])):
+            with self.subTest(name):
+                self.sound.write_bytes(content)
+                self.expect_failure(INPUT, "cannot measure .*: (not )?a WAV file.*")
+        missing = self.folder / "missing.wav"
+        self.expect_failure(INPUT, "cannot read .*: no such file or directory", sound=missing)
+
+    def test_leaves_nothing_where_it_cannot_write(self):
+        link = self.folder / "link.json"
+        link.symlink_to("/dev/null")
+        for report, reason in ((self.folder / "none" / "r.json", "no such file or directory"),
+                               (self.folder, "not a regular file"),
+                               (link, "not a regular file"),
+                               (pathlib.Path("/proc/r.json"), "no such file or directory")):
+            with self.subTest(report=report):
+                self.expect_failure(OUTPUT, f"cannot write {re.escape(str(report))}: {reason}",
+                                    sound=self.piece, report=report)
+
+
+if __name__ == "__main__":
+    unittest.main()
