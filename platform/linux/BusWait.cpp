@@ -36,9 +36,23 @@ private:
   GSource* source;
 };
 
-BusConnectionPtr owned(GDBusConnection* connection) {
+/// Lets what has become ready in a context run. Left waiting, it would keep its connection, which
+/// in turn keeps the context that it was made in.
+void drain(GMainContext* context) {
+  while (g_main_context_iteration(context, FALSE) != FALSE) {
+  }
+}
+
+/// The handle of a connection that was made in `context`.
+BusConnectionPtr owned(GDBusConnection* connection, GMainContext* context) {
   if (!connection) return nullptr;
-  return {connection, [](GDBusConnection* released) { g_object_unref(released); }};
+  const std::shared_ptr<GMainContext> home(g_main_context_ref(context), g_main_context_unref);
+  return {connection, [home](GDBusConnection* released) {
+            drain(home.get());
+            g_object_unref(released);
+            // What was registered with the connection is released from within the context too.
+            drain(home.get());
+          }};
 }
 
 } // namespace
@@ -52,7 +66,8 @@ struct BusWait::Pending {
   static void connected(GObject*, GAsyncResult* result, gpointer data) {
     const std::unique_ptr<Pending> pending(static_cast<Pending*>(data));
     --pending->wait.outstanding;
-    auto made = owned(g_dbus_connection_new_for_address_finish(result, nullptr));
+    auto made = owned(g_dbus_connection_new_for_address_finish(result, nullptr),
+                      pending->wait.context.get());
     if (pending->wait.isServing) *pending->connection = std::move(made);
   }
 
@@ -78,6 +93,7 @@ BusWait::~BusWait() {
   g_cancellable_cancel(cancellable.get());
   while (outstanding > 0)
     g_main_context_iteration(context.get(), TRUE);
+  drain(context.get());
   g_main_context_pop_thread_default(context.get());
 }
 

@@ -1,4 +1,5 @@
 #include "platform/linux/FileDescriptor.h"
+#include "platform/linux/MprisBusSource.h"
 #include "platform/linux/MprisMediaRemote.h"
 #include "tests/fakes/FakeSystem.h"
 #include "tests/platform/FakePlayer.h"
@@ -46,7 +47,8 @@ protected:
   PrivateBus bus;
   FakeEnvironment environment;
   std::stop_source quit;
-  MprisMediaRemote remote{environment, quit.get_token()};
+  MprisBusSource buses{environment, quit.get_token()};
+  MprisMediaRemote remote{buses};
 };
 
 TEST_F(MprisBusTest, AnswersAllQueriesFromOneReading) {
