@@ -1,7 +1,7 @@
 #include "nowplaying/DjayDetector.h"
 
-#include "nowplaying/NowPlayingError.h"
 #include "tests/unit/DatabaseFile.h"
+#include "tests/unit/Outcome.h"
 #include "tests/unit/TsafBuilder.h"
 
 #include <gtest/gtest.h>
@@ -13,6 +13,7 @@ namespace {
 
 constexpr auto firstPath = "Music/djay/djay Media Library.djayMediaLibrary/MediaLibrary.db";
 constexpr auto secondPath = "Music/djay/djay Media Library/MediaLibrary.db";
+const std::string found = "Nightfall / A, B / ";
 const std::string identifier = "00112233445566778899aabbccddeeff";
 
 class DjayHome : public HomeWithDatabases {
@@ -33,13 +34,8 @@ public:
     addDatabase(path, statements);
   }
 
-  std::optional<NowPlayingTrack> current() {
-    try {
-      return DjayDetector::current(platform);
-    } catch (const NowPlayingError& error) {
-      EXPECT_EQ(error.errorCase(), NowPlayingError::Case::noActiveSession);
-      return std::nullopt;
-    }
+  std::string current() {
+    return outcome([&] { return DjayDetector::current(platform); });
   }
 
 private:
@@ -71,7 +67,7 @@ TEST(DjayDetector, ReportsTheNewestTrackWhileItCanPlay) {
   home.addLibrary(firstPath, 30);
   const NowPlayingTrack expected{"Nightfall", "A, B", "",         "",
                                  124.5,       "",     "djay Pro", "djay Pro play history"};
-  EXPECT_EQ(home.current(), expected);
+  EXPECT_EQ(DjayDetector::current(home.platform), expected);
 }
 
 TEST(DjayDetector, LooksAtBothLibraries) {
@@ -92,7 +88,7 @@ TEST(DjayDetector, LooksAtBothLibraries) {
     DjayHome home;
     if (row.first) home.addLibrary(firstPath, *row.first);
     if (row.second) home.addLibrary(secondPath, *row.second);
-    EXPECT_EQ(home.current().has_value(), row.isFound) << row.name;
+    EXPECT_EQ(home.current(), row.isFound ? found : noSession) << row.name;
   }
 }
 
@@ -105,11 +101,11 @@ TEST(DjayDetector, NeedsNeitherTempoNorAnApplicationInTheList) {
   EXPECT_EQ(DjayDetector::readBPM(path, "x' OR 1 = 1 OR items.key = 'xxxx"), 0);
   EXPECT_EQ(DjayDetector::readBPM(path, std::string(32, 'f')), 0);
   home.applications.running = {{"", "Djay.app", 3, true}};
-  EXPECT_TRUE(home.current()) << "terminated, but still listed";
+  EXPECT_EQ(home.current(), found) << "terminated, but still listed";
   home.applications.running.clear();
-  EXPECT_FALSE(home.current());
+  EXPECT_EQ(home.current(), noSession);
   home.processes.running = {"djayapp"};
-  EXPECT_TRUE(home.current());
+  EXPECT_EQ(home.current(), found);
 }
 
 } // namespace

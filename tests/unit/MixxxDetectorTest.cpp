@@ -1,8 +1,8 @@
 #include "nowplaying/MixxxDetector.h"
 
 #include "nowplaying/MixxxLibrary.h"
-#include "nowplaying/NowPlayingError.h"
 #include "tests/unit/DatabaseFile.h"
+#include "tests/unit/Outcome.h"
 
 #include <gtest/gtest.h>
 
@@ -14,6 +14,8 @@ namespace {
 constexpr auto sandboxed = "Library/Containers/org.mixxx.mixxx/Data/Library/Application Support/"
                            "Mixxx/mixxxdb.sqlite";
 constexpr auto plain = ".mixxx/mixxxdb.sqlite";
+/// Five minutes long.
+constexpr auto loggedTrack = "(1, 'A', 'Logged', 'Album', '', 120, 'Am', 300, 0)";
 
 /// A library of (id, artist, title, album, genre, bpm, key, duration, mixxx_deleted) and a set log
 /// of (track, time added, hidden), a second list of ordinary tracks beside it.
@@ -28,105 +30,6 @@ std::string library(const std::string& tracks, const std::string& log = "") {
       tracks + ";";
   if (!log.empty()) statements += "INSERT INTO PlaylistTracks VALUES" + log + ";";
   return statements;
-}
-
-class MixxxHome : public HomeWithDatabases {
-public:
-  MixxxHome() { applications.running = {{"", "Mixxx.app", 5}}; }
-
-  std::string current() {
-    try {
-      const auto track = MixxxDetector::current(platform);
-      EXPECT_EQ(track.source, "Mixxx");
-      EXPECT_EQ(track.detection, "Mixxx current-track metadata");
-      return track.artist + " / " + track.title + " / " + track.album;
-    } catch (const NowPlayingError& error) {
-      EXPECT_EQ(error.errorCase(), NowPlayingError::Case::noActiveSession);
-      return "";
-    }
-  }
-};
-
-TEST(MixxxDetector, ShowsWhatTheTitleSays) {
-  const struct {
-    const char* title;
-    const char* display;
-    const char* artist;
-    const char* song;
-  } rows[] = {
-      {"Guns N' Roses - Kick At 128 | Mixxx", "Guns N' Roses - Kick At 128", "Guns N' Roses",
-       "Kick At 128"},
-      {"Plain Artist - Part One - Part Two (Extended Mix) | Mixxx",
-       "Plain Artist - Part One - Part Two (Extended Mix)", "Plain Artist",
-       "Part One - Part Two (Extended Mix)"},
-      {"Sigur Rós - Svefn-g-englar – Ænima 東京 | Mixxx", "Sigur Rós - Svefn-g-englar – Ænima 東京",
-       "Sigur Rós", "Svefn-g-englar – Ænima 東京"},
-      {"DJ A - DJ B - Left | Right | Mixxx", "DJ A - DJ B - Left | Right", "DJ A",
-       "DJ B - Left | Right"},
-      {" \t A  -  B   | Mixxx\n", "A  -  B", "A", "B"},
-      {"Only A Title | Mixxx", "Only A Title", "", ""},
-      {"- B | Mixxx", "- B", "", ""},
-      {"Mixxx", "", "", ""},
-      {" | Mixxx", "", "", ""},
-      {"   | Mixxx", "", "", ""},
-      {"A - B | mixxx", "", "", ""},
-      {"Load track to Deck 2", "", "", ""},
-      {"", "", "", ""},
-  };
-  for (const auto& row : rows) {
-    const auto display = MixxxDetector::displayText(row.title);
-    EXPECT_EQ(display.value_or(""), row.display) << row.title;
-    const auto split = display ? MixxxLibrary::splitDisplay(*display) : std::nullopt;
-    EXPECT_EQ(split ? split->first : "", row.artist) << row.title;
-    EXPECT_EQ(split ? split->second : "", row.song) << row.title;
-  }
-}
-
-TEST(MixxxDetector, PrefersTheAccessibleTitle) {
-  MixxxHome home;
-  home.windows.windows = {
-      {4, "X - Other process | Mixxx"}, {5, "Mixxx"}, {5, "A - Listed | Mixxx"}};
-  EXPECT_EQ(home.current(), "A / Listed / ");
-  const auto dialog = std::make_shared<FakeAccessibility::Element>();
-  dialog->attributes = {{"AXTitle", "Confirm Exit"},
-                        {"AXTitleUIElement", AccessibilityElementPtr()}};
-  const auto window = std::make_shared<FakeAccessibility::Element>();
-  window->attributes = {{"AXTitle", ""}, {"AXTitleUIElement", "A - Accessible | Mixxx"}};
-  const auto app = std::make_shared<FakeAccessibility::Element>();
-  app->attributes["AXWindows"] = std::vector<AccessibilityElementPtr>{dialog, window};
-  home.accessibility.applications[5] = app;
-  EXPECT_EQ(home.current(), "A / Accessible / ");
-  window->attributes["AXTitle"] = "B - Title first | Mixxx";
-  EXPECT_EQ(home.current(), "B / Title first / ");
-  window->attributes = {{"AXTitle", " | Mixxx"}};
-  EXPECT_EQ(home.current(), "A / Listed / ");
-  home.applications.running.clear();
-  EXPECT_EQ(home.current(), "") << "not running";
-}
-
-TEST(MixxxDetector, CompletesTheTitleFromTheLibrary) {
-  MixxxHome home;
-  home.addDatabase(plain, library("(1, 'A', 'B', 'Plain', '', 0, '', 0, 0),"
-                                  "(2, 'Only', 'Here', 'Plain', '', 0, '', 0, 0)"));
-  home.addDatabase(sandboxed,
-                   library("(1, ' A ', 'B', 'First', NULL, NULL, NULL, 0, NULL),"
-                           "(2, 'A', 'B ', 'Newest', 'Techno', 93.3333333333333, 'F♯m', 0, 0),"
-                           "(3, 'A', 'B', 'Deleted', '', 0, '', 0, 1),"
-                           "(4, 'Guns N'' Roses', 'It''s', 'Quoted', '', 0, '', 0, 0),"
-                           "(5, '', 'Nameless - Song', 'No artist', '', 0, '', 0, 0)"));
-  const auto named = [&](const std::string& display) {
-    home.windows.windows = {{5, display + " | Mixxx"}};
-    return home.current();
-  };
-  EXPECT_EQ(named("A - B"), "A / B / Newest") << "the newest of the preferred library";
-  EXPECT_EQ(named("Only - Here"), "Only / Here / Plain") << "the next library";
-  EXPECT_EQ(named("a - B"), "a / B / ") << "matching is exact";
-  EXPECT_EQ(named("Guns N' Roses - It's"), "Guns N' Roses / It's / Quoted");
-  EXPECT_EQ(named("x' OR '1' = '1"), "") << "data, not a query";
-  EXPECT_EQ(named("Only A Title"), "") << "the set log is not asked";
-  const auto track = MixxxLibrary::track(home.platform, "A - B");
-  EXPECT_EQ(track.genre + track.key, "TechnoF♯m");
-  EXPECT_EQ(track.bpm, 93.3333333333333);
 }
 
 /// Sets the local time zone for as long as it lives.
@@ -151,6 +54,88 @@ private:
   }
   std::optional<std::string> previous = environmentValue();
 };
+
+class MixxxHome : public HomeWithDatabases {
+public:
+  MixxxHome() { applications.running = {{"", "Mixxx.app", 5}}; }
+
+  std::string current() {
+    return outcome([&] { return MixxxDetector::current(platform); });
+  }
+};
+
+TEST(MixxxDetector, ShowsWhatTheTitleSays) {
+  const std::pair<const char*, std::string> rows[] = {
+      {"Guns N' Roses - Kick At 128 | Mixxx", "Kick At 128 / Guns N' Roses / "},
+      {"Plain Artist - Part One - Part Two (Extended Mix) | Mixxx",
+       "Part One - Part Two (Extended Mix) / Plain Artist / "},
+      {"Sigur Rós - Svefn-g-englar – Ænima 東京 | Mixxx",
+       "Svefn-g-englar – Ænima 東京 / Sigur Rós / "},
+      {"DJ A - DJ B - Left | Right | Mixxx", "DJ B - Left | Right / DJ A / "},
+      {" \t A  -  B   | Mixxx\n", "B / A / "},
+      {"Only A Title | Mixxx", noSession},
+      {"- B | Mixxx", noSession},
+      {"A -  | Mixxx", noSession},
+      {"Mixxx", "Logged / A / Album"},
+      {"   | Mixxx", "Logged / A / Album"},
+      {"A - B | mixxx", "Logged / A / Album"},
+      {"Load track to Deck 2", "Logged / A / Album"},
+  };
+  const TimeZone zone("UTC");
+  MixxxHome home;
+  home.addDatabase(plain, library(loggedTrack, "(1, '2026-11-15 23:58:00', 1)"));
+  for (const auto& [title, track] : rows) {
+    home.windows.windows = {{5, title}};
+    EXPECT_EQ(home.current(), track) << title;
+  }
+}
+
+TEST(MixxxDetector, PrefersTheAccessibleTitle) {
+  MixxxHome home;
+  home.windows.windows = {
+      {4, "X - Other process | Mixxx"}, {5, "Mixxx"}, {5, "A - Listed | Mixxx"}};
+  EXPECT_EQ(home.current(), "Listed / A / ");
+  const auto dialog = std::make_shared<FakeAccessibility::Element>();
+  dialog->attributes = {{"AXTitle", "Confirm Exit"},
+                        {"AXTitleUIElement", AccessibilityElementPtr()}};
+  const auto window = std::make_shared<FakeAccessibility::Element>();
+  window->attributes = {{"AXTitle", ""}, {"AXTitleUIElement", "A - Accessible | Mixxx"}};
+  const auto app = std::make_shared<FakeAccessibility::Element>();
+  app->attributes["AXWindows"] = std::vector<AccessibilityElementPtr>{dialog, window};
+  home.accessibility.applications[5] = app;
+  EXPECT_EQ(home.current(), "Accessible / A / ");
+  window->attributes["AXTitle"] = "B - Title first | Mixxx";
+  EXPECT_EQ(home.current(), "Title first / B / ");
+  window->attributes = {{"AXTitle", " | Mixxx"}};
+  EXPECT_EQ(home.current(), "Listed / A / ");
+  home.applications.running.clear();
+  EXPECT_EQ(home.current(), noSession) << "not running";
+}
+
+TEST(MixxxDetector, CompletesTheTitleFromTheLibrary) {
+  MixxxHome home;
+  home.addDatabase(plain, library("(1, 'A', 'B', 'Plain', '', 0, '', 0, 0),"
+                                  "(2, 'Only', 'Here', 'Plain', '', 0, '', 0, 0)"));
+  home.addDatabase(sandboxed,
+                   library("(1, ' A ', 'B', 'First', NULL, NULL, NULL, 0, NULL),"
+                           "(2, 'A', 'B ', 'Newest', 'Techno', 93.3333333333333, 'F♯m', 0, 0),"
+                           "(3, 'A', 'B', 'Deleted', '', 0, '', 0, 1),"
+                           "(4, 'Guns N'' Roses', 'It''s', 'Quoted', '', 0, '', 0, 0),"
+                           "(5, '', 'Nameless - Song', 'No artist', '', 0, '', 0, 0)"));
+  const auto named = [&](const std::string& display) {
+    home.windows.windows = {{5, display + " | Mixxx"}};
+    return home.current();
+  };
+  EXPECT_EQ(named("A - B"), "B / A / Newest") << "the newest of the preferred library";
+  EXPECT_EQ(named("Only - Here"), "Here / Only / Plain") << "the next library";
+  EXPECT_EQ(named("a - B"), "B / a / ") << "matching is exact";
+  EXPECT_EQ(named("Guns N' Roses - It's"), "It's / Guns N' Roses / Quoted");
+  EXPECT_EQ(named("x' OR '1' = '1"), noSession) << "data, not a query";
+  EXPECT_EQ(named("Only A Title"), noSession) << "the set log is not asked";
+  const auto track = MixxxLibrary::track(home.platform, "A - B");
+  EXPECT_EQ(track.genre + track.key, "TechnoF♯m");
+  EXPECT_EQ(track.bpm, 93.3333333333333);
+}
 
 TEST(MixxxLibrary, ReadsTimesInTheLocalZone) {
   const TimeZone zone("CET-1CEST,M3.5.0,M10.5.0/3");
@@ -183,34 +168,28 @@ TEST(MixxxLibrary, ReadsTimesInTheLocalZone) {
 
 TEST(MixxxLibrary, TakesTheSetLogOnlyWhileTheTrackCanPlay) {
   const TimeZone zone("UTC");
-  // It is midnight of 2026-11-16. A track of five minutes:
-  const std::string track = "(1, 'A', 'Logged', 'Album', '', 120, 'Am', 300, 0)";
-  const struct {
-    std::string tracks;
-    std::string log;
-    bool isFound;
-  } rows[] = {
-      {track, "(1, '2026-11-15 23:58:00', 1)", true},
+  const auto track = loggedTrack;
+  const auto added = "(1, '2026-11-15 23:58:00', 1)"; // two minutes ago
+  const std::tuple<const char*, const char*, bool> rows[] = {
+      {track, added, true},
       {track, "(1, '2026-11-15T23:55:00.000Z', 1)", true},
       {track, "(1, '2026-11-15T23:54:59.999Z', 1)", false},
-      {track, "(1, '2026-11-15 23:50:00', 1)", false},
       {track, "(1, '2026-11-16 00:00:00', 1)", true},
       {track, "(1, '2026-11-16 00:00:01', 1)", false},
       {track, "(1, 'yesterday', 1)", false},
       {track, "(1, NULL, 1)", false},
       {track, "(1, '2026-11-15 23:58:00', 2)", false}, // an ordinary playlist
-      {"(1, 'A', 'L', '', '', 0, '', 0, 0)", "(1, '2026-11-15 23:58:00', 1)", false},
-      {"(1, 'A', 'L', '', '', 0, '', NULL, 0)", "(1, '2026-11-15 23:58:00', 1)", false},
-      {"(1, ' ', 'L', '', '', 0, '', 300, 0)", "(1, '2026-11-15 23:58:00', 1)", false},
-      {"(1, 'A', 'L', '', '', 0, '', 300, 1)", "(1, '2026-11-15 23:58:00', 1)", false},
+      {"(1, 'A', 'L', '', '', 0, '', 0, 0)", added, false},
+      {"(1, 'A', 'L', '', '', 0, '', NULL, 0)", added, false},
+      {"(1, ' ', 'L', '', '', 0, '', 300, 0)", added, false},
+      {"(1, 'A', 'L', '', '', 0, '', 300, 1)", added, false},
   };
-  for (const auto& row : rows) {
+  for (const auto& [tracks, log, isFound] : rows) {
     MixxxHome home;
     home.windows.windows = {{5, "Mixxx"}};
-    home.addDatabase(plain, library(row.tracks, row.log));
-    EXPECT_EQ(home.current(), row.isFound ? "A / Logged / Album" : "") << row.log;
+    home.addDatabase(plain, library(tracks, log));
     home.addDatabase(sandboxed, "CREATE TABLE broken(x)");
-    EXPECT_EQ(home.current(), row.isFound ? "A / Logged / Album" : "") << row.log;
+    EXPECT_EQ(home.current(), isFound ? "Logged / A / Album" : noSession) << tracks << log;
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include "nowplaying/NowPlayingError.h"
 #include "tests/fakes/FakePlatform.h"
+#include "tests/unit/Outcome.h"
 #include "tests/unit/RekordboxScreen.h"
 
 #include <gtest/gtest.h>
@@ -12,63 +13,50 @@ namespace {
 const RekordboxScreen::Deck leftDeck{"Strobe", "deadmau5", "1:47", "-2:13", "128.00", "F♯m"};
 const RekordboxScreen::Deck rightDeck{"Opus", "Eric Prydz", "12:75", "-6:01", "126.5", "8A"};
 
-TEST(RekordboxDetector, FindsBothDecksAmongDecoys) {
-  const auto decks = RekordboxDetector::parseDecks(RekordboxScreen::texts(leftDeck, rightDeck),
-                                                   RekordboxScreen::window);
-  ASSERT_EQ(decks.size(), 2U);
-  EXPECT_EQ(decks[0].title + "/" + decks[0].artist, "Strobe/deadmau5");
-  EXPECT_EQ(decks[0].bpm + "/" + decks[0].key, "128.00/F♯m");
-  EXPECT_EQ(decks[0].elapsed, 107);
-  EXPECT_EQ(decks[0].top, 90);
-  EXPECT_EQ(decks[1].title + "/" + decks[1].artist, "Opus/Eric Prydz");
-  EXPECT_EQ(decks[1].bpm + "/" + decks[1].key, "126.5/8A");
-  EXPECT_EQ(decks[1].elapsed, 0) << "75 seconds are no time";
+/// "Title, Artist, bpm, key, elapsed; " of every deck.
+std::string decksOf(const std::vector<UIAText>& texts, const Rect& root) {
+  std::string decks;
+  for (const auto& deck : RekordboxDetector::parseDecks(texts, root)) {
+    decks += deck.title + ", " + deck.artist + ", " + deck.bpm + ", " + deck.key + ", " +
+             std::to_string(deck.elapsed) + "; ";
+  }
+  return decks;
 }
 
-/// A title and its artist in a window of 1000 x 800 at the origin, and one more text.
-std::vector<RekordboxDeck> decksWith(const UIAText& text) {
-  return RekordboxDetector::parseDecks(
-      {{"Title", {{100, 100}, {300, 20}}}, {"Artist", {{100, 125}, {200, 14}}}, text},
-      {{0, 0}, {1000, 800}});
+TEST(RekordboxDetector, FindsBothDecksAmongDecoys) {
+  EXPECT_EQ(decksOf(RekordboxScreen::texts(leftDeck, rightDeck), RekordboxScreen::window),
+            "Strobe, deadmau5, 128.00, F♯m, 107; Opus, Eric Prydz, 126.5, 8A, 0; ");
 }
 
 TEST(RekordboxDetector, JudgesTextsByTheirPlaces) {
-  const struct {
-    UIAText text;
-    std::size_t decks;
-    std::string artist;
-    std::string bpm;
-    std::int64_t elapsed;
-  } rows[] = {
+  const std::pair<UIAText, const char*> rows[] = {
       // Titles at the edge of what counts; without an artist below they are no deck.
-      {{"Far title", {{600, 440}, {250, 15}}}, 1, "Artist", "", 0},
-      {{"Twin", {{132, 108}, {250, 15}}}, 2, "Twin", "", 0},
-      {{"Low", {{132, 108}, {250, 14}}}, 1, "Low", "", 0},
-      {{"Narrow", {{132, 108}, {249, 15}}}, 1, "Narrow", "", 0},
+      {{"Far", {{600, 440}, {250, 15}}}, "Title, Artist, , , 0; "},
+      {{"Twin", {{132, 108}, {250, 15}}}, "Title, Twin, , , 0; Twin, Artist, , , 0; "},
+      {{"Low", {{132, 108}, {250, 14}}}, "Title, Low, , , 0; "},
+      {{"Narrow", {{132, 108}, {249, 15}}}, "Title, Narrow, , , 0; "},
       // Artists: the uppermost below the title, and of equals the first.
-      {{"Later", {{100, 125}, {200, 14}}}, 1, "Artist", "", 0},
-      {{"Aside", {{133, 110}, {200, 14}}}, 1, "Artist", "", 0},
-      {{"Big", {{100, 110}, {200, 25}}}, 1, "Artist", "", 0},
+      {{"Later", {{100, 125}, {200, 14}}}, "Title, Artist, , , 0; "},
+      {{"Aside", {{133, 110}, {200, 14}}}, "Title, Artist, , , 0; "},
+      {{"Big", {{100, 110}, {200, 25}}}, "Title, Artist, , , 0; "},
       // Details: right of most of the artist, on its row, within the deck.
-      {{"128", {{231, 133}, {40, 14}}}, 1, "Artist", "128", 0},
-      {{"128", {{230, 125}, {40, 14}}}, 1, "Artist", "", 0},
-      {{"128", {{580, 117}, {40, 14}}}, 1, "Artist", "128", 0},
-      {{"128", {{581, 125}, {40, 14}}}, 1, "Artist", "", 0},
-      {{"128", {{300, 134}, {40, 14}}}, 1, "Artist", "", 0},
-      {{"25", {{300, 125}, {40, 14}}}, 1, "Artist", "", 0},
-      {{"310", {{300, 125}, {40, 14}}}, 1, "Artist", "", 0},
-      {{"125:00", {{300, 125}, {40, 14}}}, 1, "Artist", "", 7500},
-      {{"1:05:30", {{300, 125}, {40, 14}}}, 1, "Artist", "", 0},
-      {{"-1:05", {{300, 125}, {40, 14}}}, 1, "Artist", "", 0},
-      {{"1234:00", {{300, 125}, {40, 14}}}, 1, "Artist", "", 0},
+      {{"128", {{231, 133}, {40, 14}}}, "Title, Artist, 128, , 0; "},
+      {{"128", {{230, 125}, {40, 14}}}, "Title, Artist, , , 0; "},
+      {{"128", {{580, 117}, {40, 14}}}, "Title, Artist, 128, , 0; "},
+      {{"128", {{581, 125}, {40, 14}}}, "Title, Artist, , , 0; "},
+      {{"128", {{300, 134}, {40, 14}}}, "Title, Artist, , , 0; "},
+      {{"25", {{300, 125}, {40, 14}}}, "Title, Artist, , 25, 0; "},
+      {{"310", {{300, 125}, {40, 14}}}, "Title, Artist, , 310, 0; "},
+      {{"125:00", {{300, 125}, {40, 14}}}, "Title, Artist, , , 7500; "},
+      {{"1:05:30", {{300, 125}, {40, 14}}}, "Title, Artist, , 1:05:30, 0; "},
+      {{"-1:05", {{300, 125}, {40, 14}}}, "Title, Artist, , -1:05, 0; "},
   };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.text.name);
-    const auto decks = decksWith(row.text);
-    ASSERT_EQ(decks.size(), row.decks);
-    EXPECT_EQ(decks[0].artist, row.artist);
-    EXPECT_EQ(decks[0].bpm, row.bpm);
-    EXPECT_EQ(decks[0].elapsed, row.elapsed);
+  for (const auto& [text, decks] : rows) {
+    EXPECT_EQ(
+        decksOf({{"Title", {{100, 100}, {300, 20}}}, {"Artist", {{100, 125}, {200, 14}}}, text},
+                {{0, 0}, {1000, 800}}),
+        decks)
+        << text.name;
   }
 }
 
@@ -101,14 +89,13 @@ protected:
     system.accessibility.applications[2] = app;
   }
 
-  NowPlayingError::Case failure() {
+  std::string read() {
     try {
-      (void)RekordboxDetector::readDecksViaAccessibility(system.platform);
+      const auto decks = RekordboxDetector::readDecksViaAccessibility(system.platform);
+      return std::to_string(decks.size()) + " decks";
     } catch (const NowPlayingError& error) {
-      return error.errorCase();
+      return error.errorDescription();
     }
-    ADD_FAILURE() << "decks were found";
-    return {};
   }
 
   FakePlatform system;
@@ -117,22 +104,22 @@ protected:
 TEST_F(RekordboxWindow, IsReadOnceItShowsEverything) {
   const auto app = RekordboxScreen::application(RekordboxScreen::texts(leftDeck, rightDeck));
   show(app);
-  EXPECT_EQ(RekordboxDetector::readDecksViaAccessibility(system.platform).size(), 2U);
+  EXPECT_EQ(read(), "2 decks");
   EXPECT_EQ(app->written.at("AXEnhancedUserInterface"), AccessibilityValue(true));
 }
 
 TEST_F(RekordboxWindow, MustBeThereAndLargeEnough) {
   const auto texts = RekordboxScreen::texts(leftDeck, rightDeck);
   show(RekordboxScreen::application(texts, {{0, 0}, {320, 600}}));
-  EXPECT_EQ(failure(), NowPlayingError::Case::noActiveSession);
+  EXPECT_EQ(read(), noSession);
   show(RekordboxScreen::application(texts, {{0, 0}, {600, 240}}));
-  EXPECT_EQ(failure(), NowPlayingError::Case::noActiveSession);
+  EXPECT_EQ(read(), noSession);
   show(RekordboxScreen::application({}));
-  EXPECT_EQ(failure(), NowPlayingError::Case::noActiveSession);
+  EXPECT_EQ(read(), noSession);
   show(std::make_shared<FakeAccessibility::Element>());
-  EXPECT_EQ(failure(), NowPlayingError::Case::noActiveSession);
+  EXPECT_EQ(read(), noSession);
   system.accessibility.applications[2]->errorCode = accessibilityError::apiDisabled;
-  EXPECT_EQ(failure(), NowPlayingError::Case::accessibilityDenied);
+  EXPECT_EQ(read(), NowPlayingError::accessibilityDenied("rekordbox").errorDescription());
 }
 
 TEST_F(RekordboxWindow, IsTheFirstOfTheLargestWithoutAFocusedOne) {

@@ -1,6 +1,6 @@
 #include "nowplaying/NowPlayingDetector.h"
-#include "nowplaying/NowPlayingError.h"
 #include "tests/fakes/FakePlatform.h"
+#include "tests/unit/Outcome.h"
 #include "tests/unit/RekordboxScreen.h"
 
 #include <gtest/gtest.h>
@@ -75,15 +75,7 @@ protected:
   }
 
   std::string current() {
-    try {
-      const auto track = detector.current();
-      EXPECT_EQ(track.bpm, track.title == "Left" ? 128 : 0);
-      EXPECT_EQ(track.detection, "rekordbox deck metadata");
-      return track.title;
-    } catch (const NowPlayingError& error) {
-      EXPECT_EQ(error.errorCase(), NowPlayingError::Case::noActiveSession);
-      return "";
-    }
+    return outcome([&] { return detector.current(); });
   }
 
   FakePlatform system;
@@ -91,35 +83,44 @@ protected:
 };
 
 TEST_F(RekordboxSession, KeepsTheDeckForOnePollWithoutAMovingClock) {
-  EXPECT_EQ(poll("1:05", "3:40"), "Left");
-  EXPECT_EQ(poll("1:07", "3:40"), "Left");
-  EXPECT_EQ(poll("1:07", "3:42"), "Right");
-  EXPECT_EQ(poll("1:07", "3:42"), "Right") << "one look without movement may be chance";
-  EXPECT_EQ(poll("1:07", "3:42"), "");
-  EXPECT_EQ(poll("1:07", "3:42"), "");
-  EXPECT_EQ(poll("1:08", "3:42"), "Left");
-  EXPECT_EQ(poll("1:08", "3:42"), "Left");
+  EXPECT_EQ(poll("1:05", "3:40"), "Left / A / ");
+  EXPECT_EQ(poll("1:07", "3:40"), "Left / A / ");
+  EXPECT_EQ(poll("1:07", "3:42"), "Right / A / ");
+  EXPECT_EQ(poll("1:07", "3:42"), "Right / A / ") << "one look without movement may be chance";
+  EXPECT_EQ(poll("1:07", "3:42"), noSession);
+  EXPECT_EQ(poll("1:07", "3:42"), noSession);
+  EXPECT_EQ(poll("1:08", "3:42"), "Left / A / ");
+  EXPECT_EQ(poll("1:08", "3:42"), "Left / A / ");
+}
+
+TEST_F(RekordboxSession, ReportsTempoAndKeyAsShown) {
+  (void)poll("1:05", "0:00");
+  const NowPlayingTrack left{"Left", "A",  "",          "",
+                             128,    "8A", "rekordbox", "rekordbox deck metadata"};
+  EXPECT_EQ(detector.current(), left);
+  (void)poll("1:05", "0:02");
+  EXPECT_EQ(detector.current().bpm, 0) << "a tempo that is no number";
 }
 
 TEST_F(RekordboxSession, ForgetsADeckThatIsNoLongerShown) {
-  EXPECT_EQ(poll("0:00", "3:40"), "Right");
-  EXPECT_EQ(poll("0:00", "0:00", "Next"), "");
+  EXPECT_EQ(poll("0:00", "3:40"), "Right / A / ");
+  EXPECT_EQ(poll("0:00", "0:00", "Next"), noSession);
 }
 
 TEST_F(RekordboxSession, TakesTheSameTrackOnBothDecks) {
-  EXPECT_EQ(poll("0:10", "0:20", "LEFT"), "Left");
-  EXPECT_EQ(poll("0:12", "0:22", "LEFT"), "Left");
+  EXPECT_EQ(poll("0:10", "0:20", "LEFT"), "Left / A / ");
+  EXPECT_EQ(poll("0:12", "0:22", "LEFT"), "Left / A / ");
 }
 
 TEST_F(RekordboxSession, RemembersItsClocksOverAFailedRead) {
-  EXPECT_EQ(poll("1:05", "3:40"), "Left");
+  EXPECT_EQ(poll("1:05", "3:40"), "Left / A / ");
   system.accessibility.applications.clear();
-  EXPECT_EQ(current(), "");
-  EXPECT_EQ(poll("1:05", "3:42"), "Right");
+  EXPECT_EQ(current(), noSession);
+  EXPECT_EQ(poll("1:05", "3:42"), "Right / A / ");
 }
 
 TEST_F(RekordboxSession, StartsAfreshWhenRekordboxHasQuit) {
-  EXPECT_EQ(poll("1:05", "3:40"), "Left");
+  EXPECT_EQ(poll("1:05", "3:40"), "Left / A / ");
   // It is there at the first look and gone at the second.
   const auto application = system.applications.running;
   system.applications.running.clear();
@@ -128,10 +129,10 @@ TEST_F(RekordboxSession, StartsAfreshWhenRekordboxHasQuit) {
         child.arguments.back() == "rekordbox" && system.processes.asked("rekordbox") == 1 ? 0 : 1,
         "", ""};
   };
-  EXPECT_EQ(current(), "");
+  EXPECT_EQ(current(), noSession);
   EXPECT_EQ(system.processes.asked("rekordbox"), 2);
   system.applications.running = application;
-  EXPECT_EQ(poll("1:05", "3:40"), "Left") << "a first poll again";
+  EXPECT_EQ(poll("1:05", "3:40"), "Left / A / ") << "a first poll again";
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 #include "nowplaying/SeratoDetector.h"
 
-#include "nowplaying/NowPlayingError.h"
 #include "tests/unit/DatabaseFile.h"
+#include "tests/unit/Outcome.h"
 
 #include <gtest/gtest.h>
 
@@ -21,32 +21,28 @@ std::string history(const std::string& entries) {
          entries;
 }
 
-std::string currentTitle(const Platform& platform) {
-  try {
-    return SeratoDetector::current(platform).title;
-  } catch (const NowPlayingError&) {
-    return "";
-  }
+std::string current(const Platform& platform) {
+  return outcome([&] { return SeratoDetector::current(platform); });
 }
 
 TEST(SeratoDetector, ReportsTheNewestOpenEntry) {
-  const struct {
-    const char* entries;
-    const char* title;
-  } rows[] = {
-      {"(1,'A','Early','','',0,'',100,-1,1,''), (2,'A','Late','','',0,'',200,-1,1,'')", "Late"},
-      {"(1,'A','First','','',0,'',100,-1,1,''), (2,'A','Second','','',0,'',100,-1,1,'')", "Second"},
-      {"(1,'A','Open','','',0,'',100,-1,1,''), (2,'A','Ended','','',0,'',200,260,1,'')", "Open"},
-      {"(1,'A','Loaded','','',0,'',100,-1,0,'')", ""},
-      {"(1,'  ','Blank','','',0,'',100,-1,1,''), (2,'A',' ','','',0,'',100,-1,1,'')", ""},
-      {"(1,'A',char(9)||'Tab'||char(0)||char(0),'','',0,'',100,-1,1,'')", "Tab"},
-      {"(1,'A',char(10),'','',0,'',100,-1,1,'')", ""},
+  const std::pair<const char*, std::string> rows[] = {
+      {"(1,'A','Early','','',0,'',100,-1,1,''), (2,'A','Late','','',0,'',200,-1,1,'')",
+       "Late / A / "},
+      {"(1,'A','First','','',0,'',100,-1,1,''), (2,'A','Second','','',0,'',100,-1,1,'')",
+       "Second / A / "},
+      {"(1,'A','Open','','',0,'',100,-1,1,''), (2,'A','Ended','','',0,'',200,260,1,'')",
+       "Open / A / "},
+      {"(1,'A','Loaded','','',0,'',100,-1,0,'')", noSession},
+      {"(1,'  ','Blank','','',0,'',100,-1,1,''), (2,'A',' ','','',0,'',100,-1,1,'')", noSession},
+      {"(1,'A',char(9)||'Tab'||char(0)||char(0),'','',0,'',100,-1,1,'')", "Tab / A / "},
+      {"(1,'A',char(10),'','',0,'',100,-1,1,'')", noSession},
   };
-  for (const auto& row : rows) {
+  for (const auto& [entries, track] : rows) {
     HomeWithDatabases home;
     home.processes.running = {"serato dj"};
-    home.addDatabase(firstPath, history(row.entries));
-    EXPECT_EQ(currentTitle(home.platform), row.title) << row.entries;
+    home.addDatabase(firstPath, history(entries));
+    EXPECT_EQ(current(home.platform), track) << entries;
   }
 }
 
@@ -62,7 +58,7 @@ TEST(SeratoDetector, TakesTheRowAsItIs) {
   const NowPlayingTrack sparse{"T", "A", "", "", 0, "", "", "Serato performance history"};
   EXPECT_EQ(SeratoDetector::current(home.platform), sparse);
   home.processes.running.clear();
-  EXPECT_EQ(currentTitle(home.platform), "");
+  EXPECT_EQ(current(home.platform), noSession);
 }
 
 } // namespace

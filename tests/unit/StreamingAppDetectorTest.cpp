@@ -1,9 +1,10 @@
 #include "nowplaying/StreamingAppDetector.h"
 
-#include "nowplaying/AppleScript.h"
+#include "model/Text.h"
 #include "nowplaying/NowPlayingError.h"
 #include "platform/OsascriptHost.h"
 #include "tests/fakes/FakePlatform.h"
+#include "tests/unit/Outcome.h"
 
 #include <gtest/gtest.h>
 
@@ -24,114 +25,67 @@ constexpr auto pausedScript = R"(tell application "Music"
 end tell
 return "no")";
 
-std::optional<NowPlayingTrack> current(FakePlatform& system) {
-  return StreamingAppDetector::current(system.platform, "Spotify", {"Spotify"}, "a source",
-                                       "a detection");
+std::string current(FakePlatform& system) {
+  return outcome([&] {
+    return StreamingAppDetector::current(system.platform, "Spotify", {"Spotify"}, "the source",
+                                         "the detection");
+  });
 }
 
 TEST(StreamingAppDetector, AsksOnlyAPlayerThatRuns) {
   FakePlatform system;
-  EXPECT_FALSE(current(system));
+  EXPECT_EQ(current(system), "none");
   EXPECT_TRUE(system.scripts.scripts.empty());
   system.processes.running = {"spotify"};
-  EXPECT_FALSE(current(system));
+  EXPECT_EQ(current(system), "none");
   (void)StreamingAppDetector::isPaused(system.platform, "Music");
   EXPECT_EQ(system.scripts.scripts, (std::vector<std::string>{trackScript, pausedScript}));
   EXPECT_EQ(system.scripts.labels, std::vector<std::string>(2, "the media player"));
 }
 
 TEST(StreamingAppDetector, ReadsAnswers) {
+  const std::string refused = NowPlayingError::automationDenied("the media player").what();
   const struct {
-    std::string answer;
-    /// "title / artist / album", or "" for no track.
-    std::string track;
+    int status;
+    /// With a bar for the separator of the script's answers.
+    std::string output;
+    std::string error;
+    std::string outcome;
+    std::string log;
   } rows[] = {
-      {" Title \x1E Artist\x1E"
-       "Album \n",
-       "Title / Artist / Album"},
-      {"T\x1E"
-       "A\x1E"
-       "B\x1E"
-       "C",
-       "T / A / B\x1E"
-       "C"},
-      {"T\x1E"
-       "A\x1E",
-       ""},
-      {"T\x1E\x1E"
-       "B",
-       ""},
-      {"T\x1E \x1E"
-       "B",
-       ""},
-      {"STATE:paused\n", ""},
-      {"", ""},
-      {"T\x1E\xFF\x1E"
-       "B",
-       ""},
+      {0, " Title | Artist|Album \n", "ignored", "Title / Artist / Album", ""},
+      {0, "T|A|B|C", "", "T / A / B\x1E\x43", ""},
+      {0, "T|A|", "", "none", ""},
+      {0, "T||B", "", "none", ""},
+      {0, "T| |B", "", "none", ""},
+      {0, "T|\xFF|B", "", "none", ""},
+      {0, "STATE:paused\n", "", "none", ""},
+      {1, "T|A|B", "28:40: Not authorized to send Apple events.", refused, ""},
+      {1, "", "execution error: An error occurred. (-1743)\n", refused, ""},
+      {1, "", " Not running.\n", "none", "Velmor AppleScript error: Not running."},
+      {1, "T|A|B", " \n", "none", ""},
   };
   for (const auto& row : rows) {
     FakePlatform system;
     system.processes.running = {"spotify"};
-    system.scripts.handler = [&](const auto&) { return ChildResult{0, row.answer, "ignored"}; };
-    const auto track = current(system);
-    EXPECT_EQ(track ? track->title + " / " + track->artist + " / " + track->album : "", row.track);
-    EXPECT_EQ(track ? track->source + track->detection : "", track ? "a sourcea detection" : "");
-    EXPECT_TRUE(system.log.lines.empty());
-  }
-}
-
-TEST(StreamingAppDetector, TellsRefusalsFromOtherFailures) {
-  const struct {
-    std::string errorText;
-    bool isRefused;
-    std::vector<std::string> log;
-  } rows[] = {
-      {"28:40: execution error: Not authorized to send Apple events to Spotify.\n", true, {}},
-      {"execution error: An error occurred. (-1743)\n", true, {}},
-      {"execution error: Application isn't running. (-600)\n",
-       false,
-       {"Velmor AppleScript error: execution error: Application isn't running. (-600)"}},
-      {" \n", false, {}},
-  };
-  for (const auto& row : rows) {
-    FakePlatform system;
-    system.processes.running = {"spotify"};
-    system.scripts.handler = [&](const auto&) { return ChildResult{1, "yes", row.errorText}; };
-    EXPECT_FALSE(StreamingAppDetector::isPaused(system.platform, "Spotify"));
-    system.log.lines.clear();
-    try {
-      EXPECT_FALSE(current(system));
-      EXPECT_FALSE(row.isRefused);
-    } catch (const NowPlayingError& error) {
-      EXPECT_TRUE(row.isRefused);
-      EXPECT_EQ(error.errorDescription(),
-                NowPlayingError::automationDenied("the media player").errorDescription());
-    }
-    EXPECT_EQ(system.log.lines, row.log);
+    system.scripts.handler = [&](const auto&) {
+      return ChildResult{row.status, text::replacingAll(row.output, "|", "\x1E"), row.error};
+    };
+    EXPECT_EQ(current(system), row.outcome) << row.output;
+    EXPECT_EQ(text::joined(system.log.lines, "\n"), row.log);
   }
 }
 
 TEST(StreamingAppDetector, IsPausedOnlyWhenThePlayerSaysYes) {
-  for (const std::string answer : {"yes\n", "no", "", "yes please"}) {
+  const std::pair<ChildResult, bool> rows[] = {{{0, "yes\n", ""}, true},
+                                               {{0, "no", ""}, false},
+                                               {{0, "", ""}, false},
+                                               {{1, "yes", "(-1743)"}, false}};
+  for (const auto& [answer, isPaused] : rows) {
     FakePlatform system;
-    system.scripts.handler = [&](const auto&) { return ChildResult{0, answer, ""}; };
-    EXPECT_EQ(StreamingAppDetector::isPaused(system.platform, "Music"), answer == "yes\n");
+    system.scripts.handler = [answer = answer](const auto&) { return answer; };
+    EXPECT_EQ(StreamingAppDetector::isPaused(system.platform, "Music"), isPaused);
   }
-}
-
-TEST(AppleScript, NamesThePlayerOfItsLabelInARefusal) {
-  FakePlatform system;
-  system.scripts.handler = [](const auto&) { return ChildResult{1, "", "(-1743)"}; };
-  const auto refusal = [&](const std::optional<std::string>& label) {
-    try {
-      return runAppleScript(system.platform, "", label);
-    } catch (const NowPlayingError& error) {
-      return error.errorDescription();
-    }
-  };
-  EXPECT_EQ(refusal("Pandora"), NowPlayingError::automationDenied("Pandora").errorDescription());
-  EXPECT_EQ(refusal({}), NowPlayingError::automationDenied("the media player").errorDescription());
 }
 
 TEST(OsascriptHost, HandsTheScriptOverOnStandardInput) {

@@ -1,8 +1,8 @@
 #include "nowplaying/VirtualDJHistory.h"
 
-#include "nowplaying/NowPlayingError.h"
 #include "nowplaying/VirtualDJDetector.h"
 #include "tests/fakes/FakePlatform.h"
+#include "tests/unit/Outcome.h"
 
 #include <gtest/gtest.h>
 
@@ -27,15 +27,7 @@ protected:
   }
 
   std::string current() {
-    try {
-      const auto track = VirtualDJDetector::current(system.platform);
-      EXPECT_EQ(track.source, "VirtualDJ");
-      EXPECT_EQ(track.detection, "VirtualDJ play history");
-      return track.artist + " / " + track.title;
-    } catch (const NowPlayingError& error) {
-      EXPECT_EQ(error.errorCase(), NowPlayingError::Case::noActiveSession);
-      return "";
-    }
+    return outcome([&] { return VirtualDJDetector::current(system.platform); });
   }
 
   FakePlatform system;
@@ -51,38 +43,35 @@ TEST_F(VirtualDJSession, IsReadFromTheLastEntryOfTheList) {
   const auto entry = [](const std::string& tags) {
     return "#EXTVDJ:" + tags + "\n/Users/dj/Artist - Title.mp3\n";
   };
-  const struct {
-    std::string list;
-    std::string track;
-  } rows[] = {
-      {old + entryLine + "\n/Users/dj/Artist - Title.mp3\n", "Artist / Title"},
+  const std::pair<std::string, std::string> rows[] = {
+      {old + entryLine + "\n/Users/dj/Artist - Title.mp3\n", "Title / Artist / "},
       {byteOrderMark + entryLine + "\r\nF:\\Music\\Nick Cave & The Bad Seeds - T.mp3\r\n\r\n",
-       "Nick Cave & The Bad Seeds / T"},
+       "T / Nick Cave & The Bad Seeds / "},
       {entryLine + "\n  /Users/dj/Sigur Ro\u0301s - A - B.flac  \n# a comment\n\n",
-       "Sigur Ro\u0301s / A - B"},
-      {entryLine + "\nnetsearch://dz715352532\n", ""},
-      {old + "/Users/dj/Artist - Title.mp3\n", ""},
+       "A - B / Sigur Ro\u0301s / "},
+      {entryLine + "\nnetsearch://dz715352532\n", noSession},
+      {old + "/Users/dj/Artist - Title.mp3\n", noSession},
       {entry("<lastplaytime>1782707891</lastplaytime><songlength>100</songlength>"),
-       "Artist / Title"},
-      {entry("<lastplaytime>1782707891</lastplaytime><songlength>60</songlength>"), ""},
-      {entry("<lastplaytime>1782707891</lastplaytime>"), ""},
-      {entry("<lastplaytime>1782707999</lastplaytime><songlength>240</songlength>"), ""},
-      {entry("<lastplaytime>1e300</lastplaytime><songlength>1e300</songlength>"), ""},
-      {entry("<songlength>1e12</songlength>"), ""},
-      {entry("<lastplaytime>soon</lastplaytime><songlength>240</songlength>"), ""},
-      {"/Users/dj/Artist - Title.mp3", ""},
-      {entryLine + "\n", ""},
-      {entryLine + "\n/Users/dj/\xFF - Title.mp3\n", ""},
-      {"", ""},
+       "Title / Artist / "},
+      {entry("<lastplaytime>1782707891</lastplaytime><songlength>60</songlength>"), noSession},
+      {entry("<lastplaytime>1782707891</lastplaytime>"), noSession},
+      {entry("<lastplaytime>1782707999</lastplaytime><songlength>240</songlength>"), noSession},
+      {entry("<lastplaytime>1e300</lastplaytime><songlength>1e300</songlength>"), noSession},
+      {entry("<songlength>1e12</songlength>"), noSession},
+      {entry("<lastplaytime>soon</lastplaytime><songlength>240</songlength>"), noSession},
+      {"/Users/dj/Artist - Title.mp3", noSession},
+      {entryLine + "\n", noSession},
+      {entryLine + "\n/Users/dj/\xFF - Title.mp3\n", noSession},
+      {"", noSession},
   };
-  for (const auto& row : rows) {
-    addList(home / "History/2026-06-29.m3u", row.list);
-    EXPECT_EQ(current(), row.track) << row.list;
+  for (const auto& [list, track] : rows) {
+    addList(home / "History/2026-06-29.m3u", list);
+    EXPECT_EQ(current(), track) << list;
   }
 }
 
 TEST_F(VirtualDJSession, IsTheNewestListOfTheFirstHomeThatExists) {
-  EXPECT_EQ(current(), "");
+  EXPECT_EQ(current(), noSession);
   addList(home / "History/old.m3u", "", 200);
   addList(home / "History/new.M3U", entryLine + "\n/x/Documents - List.mp3", 1);
   addList(home / "History/newer.txt", "", 0);
@@ -91,13 +80,13 @@ TEST_F(VirtualDJSession, IsTheNewestListOfTheFirstHomeThatExists) {
                                                           "12:30 : Other - Track\r\n"
                                                           "12:36 : Wrong - Day\r\n"
                                                           " 12:36 : Named - In the list\r\n");
-  EXPECT_EQ(current(), "Named / In the list");
+  EXPECT_EQ(current(), "In the list / Named / ");
   system.files.files[home / "History/tracklist.txt"].bytes = "\xFF";
-  EXPECT_EQ(current(), "Documents / List");
+  EXPECT_EQ(current(), "List / Documents / ");
   system.files.folders[libraryHome] = 0700;
-  EXPECT_EQ(current(), "");
+  EXPECT_EQ(current(), noSession);
   addList(libraryHome / "History/a.m3u", entryLine + "\n/x/Library - List.mp3", 300);
-  EXPECT_EQ(current(), "Library / List");
+  EXPECT_EQ(current(), "List / Library / ");
 }
 
 TEST(VirtualDJHistory, NamesTracksByListOrFile) {
