@@ -18,15 +18,21 @@ std::string endpoint(const Platform& platform, const char* variable, const char*
 
 } // namespace
 
-AppController::AppController(const Platform& thePlatform, std::shared_ptr<ConfigStore> store)
+AppController::AppController(const Platform& thePlatform, std::shared_ptr<ConfigStore> store,
+                             std::optional<Desktop> theDesktop)
     : platform(thePlatform)
+    , desktop(theDesktop)
     , configStore(std::move(store))
     , buildInfo(platform)
     , updateService(std::make_shared<UpdateService>(platform, "macos", buildInfo.version()))
     , aiClient(platform, endpoint(platform, "VELMOR_TINKER_URL", AIClient::defaultTinkerEndpoint),
                endpoint(platform, "VELMOR_OPENAI_URL", AIClient::defaultOpenAIEndpoint))
     , nowPlaying(platform)
-    , tasks(platform.mainLoop) {}
+    , tasks(platform.mainLoop) {
+  if (desktop) {
+    windowMode = std::make_shared<WindowModeManager>(platform.mainLoop, desktop->windows);
+  }
+}
 
 AppState AppController::getState() {
   const auto model = configStore->current().aiModel;
@@ -47,6 +53,10 @@ AppInfo AppController::appInfo() {
 Task<UpdateInfo> AppController::checkForUpdate() {
   const auto check = [service = updateService] { return service->check(); };
   co_return co_await onWorker(platform.mainLoop, check);
+}
+
+void AppController::showAbout() {
+  emitPlain(event::showAbout, std::nullopt);
 }
 
 void AppController::openURL(const std::string& url) {

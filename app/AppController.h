@@ -5,9 +5,10 @@
 #include "model/ConfigStore.h"
 #include "nowplaying/NowPlayingDetector.h"
 #include "nowplaying/NowPlayingError.h"
+#include "platform/Desktop.h"
 #include "platform/TaskGroup.h"
-#include "ui/AppCommands.h"
-#include "ui/EventSink.h"
+#include "ui/MainWindowOwner.h"
+#include "ui/WindowModeManager.h"
 #include "update/UpdateService.h"
 
 #include <memory>
@@ -23,12 +24,13 @@ namespace velmor {
 /// Main thread only, except where a lock is named. `stateLock` guards `lastTrack`,
 /// `lastAccessibilityNotice` and the cancelling and clearing of `analysisTask`; it is never held
 /// across a call into a service, a wait or an event.
-class AppController : public AppCommands {
+class AppController : public MainWindowOwner {
 public:
-  AppController(const Platform& platform, std::shared_ptr<ConfigStore> configStore);
+  /// Without a desktop there is no window: what concerns it does nothing.
+  AppController(const Platform& platform, std::shared_ptr<ConfigStore> configStore,
+                std::optional<Desktop> desktop = std::nullopt);
 
-  /// Where events go from now on.
-  void setWebBridge(std::weak_ptr<EventSink> bridge) { webBridge = std::move(bridge); }
+  void setWebBridge(std::weak_ptr<EventSink> bridge) override { webBridge = std::move(bridge); }
 
   // Suggestions
 
@@ -63,14 +65,27 @@ public:
   /// letter case, blanks around it or the way accents are stored.
   [[nodiscard]] static std::string trackFingerprint(const NowPlayingTrack& track);
 
+  // The window
+
+  void setMainWindow(std::weak_ptr<VelmorWindow> window) override {
+    mainWindow = std::move(window);
+  }
+  void configureWindow(VelmorWindow& window) override;
+  void shutdown(VelmorWindow& window) override;
+  /// Back to the saved place; to the middle of the screen when none has been saved.
+  static void applySavedWindowFrame(const WindowSettings& saved, VelmorWindow& window);
+  /// Centres the window, and saves that, when hardly anything of it is on a screen.
+  void ensureWindowIsVisible(VelmorWindow& window);
+  void restoreWindow() override;
+  void bringToFront() override;
+  void minimize() override;
+
   // The rest of the commands
 
   [[nodiscard]] AppConfig settings() const override { return configStore->current(); }
   [[nodiscard]] AppInfo appInfo() override;
   [[nodiscard]] Task<UpdateInfo> checkForUpdate() override;
-  void restoreWindow() override;
-  void bringToFront() override;
-  void minimize() override;
+  void showAbout();
   void openURL(const std::string& url) override;
   void quit() override;
 
@@ -90,14 +105,22 @@ private:
   [[nodiscard]] Task<void> tellStopped();
   [[nodiscard]] bool isCurrent(const std::string& fingerprint);
 
+  void compactModeChanged(bool compact);
+  /// Failures are ignored.
+  void saveWindow(const WindowSettings& window);
+
   Platform platform;
+  const std::optional<Desktop> desktop;
   std::weak_ptr<EventSink> webBridge;
+  std::weak_ptr<VelmorWindow> mainWindow;
   const std::shared_ptr<ConfigStore> configStore;
   BuildInfo buildInfo;
   /// Shared with a check under way, which may end after the controller.
   const std::shared_ptr<const UpdateService> updateService;
   AIClient aiClient;
   NowPlayingDetector nowPlaying;
+  /// Null without a desktop.
+  std::shared_ptr<WindowModeManager> windowMode;
   std::optional<TaskHandle> watchTask;
   std::optional<TaskHandle> analysisTask;
   std::string lastTrack;

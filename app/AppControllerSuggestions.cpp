@@ -104,7 +104,8 @@ Task<VisionResult> AppController::analyzeNowPlaying(NowPlayingTrack track) {
   const auto measurement = whileOccupyingActor(platform.mainLoop, listen);
   if (measurement.features) addMeasurement(current, *measurement.features);
   // A request costs money: none is sent for a track that has gone meanwhile.
-  if (co_await isCancelled()) throw VelmorError("The suggestion was cancelled.");
+  const bool cancelled = co_await isCancelled();
+  if (cancelled) throw VelmorError("The suggestion was cancelled.");
 
   AIClient::Request request{.apiKey = configStore->apiKey(config.aiModel),
                             .model = config.aiModel,

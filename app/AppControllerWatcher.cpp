@@ -54,7 +54,9 @@ void AppController::stopNowPlayingWatcher() {
 
 Task<void> AppController::watch() {
   int misses = 0;
-  while (!co_await isCancelled()) {
+  for (;;) {
+    const bool cancelled = co_await isCancelled();
+    if (cancelled) co_return;
     co_await poll(misses);
     co_await Sleep(platform.mainLoop, pollInterval);
   }
@@ -72,7 +74,8 @@ Task<void> AppController::poll(int& misses) {
     // Whatever else went wrong, there is no track: it counts as a miss like any other.
   }
   // The window may have been closed while the poll ran.
-  if (co_await isCancelled()) co_return;
+  const bool cancelled = co_await isCancelled();
+  if (cancelled) co_return;
   if (denied) reportDeniedAccess(*denied);
   if (track) {
     handleTrackChange(*track);
@@ -116,7 +119,8 @@ Task<void> AppController::suggestFor(NowPlayingTrack track, std::string fingerpr
   } catch (const std::exception& error) {
     failure = error.what();
   }
-  if (co_await isCancelled() || !isCurrent(fingerprint)) co_return;
+  const bool cancelled = co_await isCancelled();
+  if (cancelled || !isCurrent(fingerprint)) co_return;
   if (result)
     emit(event::suggestionsReady, *result);
   else

@@ -1,8 +1,10 @@
 #include "app/Program.h"
 
+#include "app/AppDelegate.h"
 #include "app/StreamWebView.h"
 #include "app/TrackText.h"
 #include "model/JsonCoding.h"
+#include "platform/Application.h"
 #include "platform/LineInput.h"
 #include "platform/Waiting.h"
 #include "platform/Workspace.h"
@@ -58,8 +60,19 @@ int Program::run(const std::vector<std::string>& arguments) {
 }
 
 int Program::runWindow() {
-  err << "velmor: the window needs a display; now, suggest and bridge work without one.\n";
-  return unusable;
+  const auto desktop = host.openDesktop();
+  if (!desktop) {
+    err << "velmor: the window needs an X11 display (see DISPLAY); the commands now, suggest and "
+           "bridge and the demo work without one.\n";
+    return unusable;
+  }
+  if (desktop->application.handOverToRunningInstance()) return 0;
+  const auto delegate = std::make_shared<AppDelegate>(host.platform(), *desktop);
+  desktop->application.setDelegate(delegate);
+  host.onTerminationRequest([&] { delegate->applicationShouldClose(); });
+  const bool launched = delegate->applicationDidFinishLaunching();
+  host.run();
+  return launched ? 0 : failure;
 }
 
 int Program::runBridge() {

@@ -21,6 +21,14 @@ if(VELMOR_SANITIZERS)
   add_link_options(-fsanitize=${VELMOR_SANITIZERS})
 endif()
 
+if(VELMOR_FUZZERS)
+  if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    message(FATAL_ERROR "VELMOR_FUZZERS needs Clang: set CMAKE_CXX_COMPILER to clang++")
+  endif()
+  # Checking the types of called functions stops Clang 14 from compiling coroutines.
+  add_compile_options(-fsanitize=fuzzer-no-link -fno-sanitize=function)
+endif()
+
 find_program(CCACHE ccache)
 if(CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE}")

@@ -8,8 +8,11 @@ namespace velmor {
 
 namespace {
 
-char asciiLowercased(char letter) {
-  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+bool isSameLetter(char one, char other) {
+  constexpr auto lowercased = [](char letter) {
+    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+  };
+  return lowercased(one) == lowercased(other);
 }
 
 /// The text's end cut off at its last line break; the last line is returned.
@@ -62,9 +65,10 @@ VirtualDJHistory::Entry VirtualDJHistory::lastEntry(std::string_view playlist) {
 
 std::optional<std::string> VirtualDJHistory::tagValue(std::string_view tag, std::string_view line) {
   const auto opening = "<" + std::string(tag) + ">";
-  const auto match = std::ranges::search(line, opening, {}, asciiLowercased, asciiLowercased);
-  if (match.empty()) return std::nullopt;
-  const auto start = static_cast<std::size_t>(match.end() - line.begin());
+  const auto* const match =
+      std::search(line.begin(), line.end(), opening.begin(), opening.end(), isSameLetter);
+  if (match == line.end()) return std::nullopt;
+  const auto start = static_cast<std::size_t>(match - line.begin()) + opening.size();
   const auto end = line.find("</", start);
   if (end == std::string_view::npos) return std::nullopt;
   return std::string(line.substr(start, end - start));

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Geometry.h"
+
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -7,18 +9,6 @@
 #include <vector>
 
 namespace velmor {
-
-struct Point {
-  double x = 0;
-  double y = 0;
-  bool operator==(const Point&) const = default;
-};
-
-struct Size {
-  double width = 0;
-  double height = 0;
-  bool operator==(const Size&) const = default;
-};
 
 class AccessibilityElement;
 using AccessibilityElementPtr = std::shared_ptr<AccessibilityElement>;

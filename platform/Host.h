@@ -1,9 +1,11 @@
 #pragma once
 
+#include "platform/Desktop.h"
 #include "platform/MainLoop.h"
 #include "platform/Platform.h"
 
 #include <memory>
+#include <optional>
 
 namespace velmor {
 
@@ -17,6 +19,10 @@ public:
   [[nodiscard]] virtual const Platform& platform() const = 0;
 
   [[nodiscard]] virtual LineInput& standardInput() = 0;
+
+  /// Connects to the user's display; nothing when there is none. From then on `occupyActor` keeps
+  /// the display lane going. What the record names lives as long as the host.
+  [[nodiscard]] virtual std::optional<Desktop> openDesktop() = 0;
 
   /// Runs the main loop until `Workspace::terminate` is called. Every blocking wait of the seam
   /// ends at that call.

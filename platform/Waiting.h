@@ -11,6 +11,9 @@
 namespace velmor {
 
 /// `co_await isCancelled()` tells whether the running task has been cancelled.
+///
+/// Put the answer into a variable first: GCC 12 lays out the coroutine's frame wrongly when a
+/// co_await stands in the condition of an if or a loop.
 class CancellationCheck {
 public:
   bool await_ready() const noexcept { return false; }

@@ -35,11 +35,11 @@ void GlibMainLoop::occupyActor(const Work& work) {
   std::atomic<bool> finished = false;
   actor.hold();
   {
-    const std::jthread worker([&]() noexcept {
-      {
-        const std::lock_guard guard(occupation);
-        work();
-      }
+    const std::jthread worker([&, mine = turnsGiven++]() noexcept {
+      for (auto now = turn.load(); now != mine; now = turn.load()) turn.wait(now);
+      work();
+      turn = mine + 1;
+      turn.notify_all();
       finished = true;
       g_main_context_wakeup(nullptr);
     });

@@ -33,8 +33,9 @@ private:
   LaneQueue actor{false};
   std::atomic<bool> quitting = false;
   bool servesDisplay = false;
-  /// Held while work occupies the actor lane: work that the display lane starts meanwhile waits.
-  std::mutex occupation;
+  /// Work that the display lane starts while other work occupies the actor lane waits for its turn.
+  unsigned turnsGiven = 0;
+  std::atomic<unsigned> turn = 0;
   /// The last member: threads that still run when the loop ends may post to the lanes.
   WorkerThreads workers;
 };

@@ -40,6 +40,13 @@ LinuxHost::~LinuxHost() {
   quit.request_stop();
 }
 
+std::optional<Desktop> LinuxHost::openDesktop() {
+  if (!desktop) desktop = GtkDesktop::open(parts);
+  if (!desktop) return std::nullopt;
+  mainLoop.serveDisplayWhileOccupied(true);
+  return Desktop{.windows = *desktop, .application = *desktop};
+}
+
 void LinuxHost::run() {
   mainLoop.run();
 }

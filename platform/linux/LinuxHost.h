@@ -8,6 +8,7 @@
 #include "platform/linux/FolderBundle.h"
 #include "platform/linux/GioWorkspace.h"
 #include "platform/linux/GlibMainLoop.h"
+#include "platform/linux/GtkDesktop.h"
 #include "platform/linux/MprisBusSource.h"
 #include "platform/linux/MprisMediaRemote.h"
 #include "platform/linux/MprisScriptHost.h"
@@ -33,6 +34,7 @@ public:
 
   [[nodiscard]] const Platform& platform() const override { return parts; }
   [[nodiscard]] LineInput& standardInput() override { return input; }
+  [[nodiscard]] std::optional<Desktop> openDesktop() override;
   void run() override;
   void onTerminationRequest(MainLoop::Work work) override;
 
@@ -61,6 +63,8 @@ private:
   MainLoop::Work terminationWork;
   std::array<unsigned, 2> signalSources{};
   Platform parts;
+  /// Null until it is opened.
+  std::unique_ptr<GtkDesktop> desktop;
 };
 
 } // namespace velmor

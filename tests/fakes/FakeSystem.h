@@ -22,11 +22,12 @@ public:
     const auto found = variables.find(name);
     return found == variables.end() ? std::nullopt : std::optional(found->second);
   }
-  std::filesystem::path homeDirectory() const override { return "/home/dj"; }
+  std::filesystem::path homeDirectory() const override { return home; }
   std::filesystem::path applicationSupportDirectory() const override { return "/home/dj/.config"; }
   std::filesystem::path temporaryDirectory() const override { return "/tmp"; }
 
   std::map<std::string, std::string, std::less<>> variables;
+  std::filesystem::path home = "/home/dj";
 };
 
 class FakeBundle : public Bundle {

@@ -48,7 +48,7 @@ class PlayersTest(unittest.TestCase):
         song = ("It's “Here” | Now", "Sigur Rós, Björk", "Ágætis byrjun", "macOS media")
         # A track without an album is none for the script; the media session still has it.
         rest = song[:2] + ("",)
-        for name, session in (("Spotify", "com.spotify.client"), ("Music", "music")):
+        for name, session in (("Spotify", "macOS media"), ("Music", "music")):
             player = self.start(name)
             for status, metadata, expected in (
                     ("Playing", SONG, song),

@@ -94,7 +94,7 @@ class SuggestionTest(unittest.TestCase):
             for url, expected in (
                     (provider.environment["VELMOR_TINKER_URL"],
                      "request failed with status 401\n"),
-                    ("http://127.0.0.1:1/", "Could not connect to the server.\n"),
+                    ("http://127.0.0.1:1/", "The server could not be reached.\n"),
                     ("ftp://127.0.0.1/x", None), ("127.0.0.1", None)):
                 ran = desktop.velmor("suggest", environment={
                     **provider.environment, "VELMOR_TINKER_URL": url})

@@ -15,7 +15,7 @@ function on(name, options, run) {
   test(name, async () => {
     const page = await open(browser.context, options);
     const says = (selector, words) => page.waitForFunction(
-      ([where, what]) => document.querySelector(where)?.textContent.includes(what), [selector, words], { timeout: 5000 });
+      ([where, what]) => document.querySelector(where)?.textContent.includes(what), [selector, words], { timeout: 30000 });
     await run(page, says);
     assert.deepEqual(page.problems, []);
     await page.close();
@@ -253,4 +253,56 @@ on('links of an update leave only as web addresses', {
   assert.equal(await page.locator('.about-outcome button').count(), 1);
   await page.click('text=Download');
   assert.equal(await sent(page, 'BrowserOpenURL'), 'https://example.test/d');
+});
+
+on('everything can be reached with Tab alone, and shows where the focus is', { answers: { SuggestTracks: demo.result() } }, async (page) => {
+  await page.click('#ask');
+  await page.waitForSelector('.card');
+  await page.evaluate(() => {
+    window.left = new Set([...document.querySelectorAll('#app button')].filter((one) => one.tabIndex === 0));
+  });
+  const count = await page.evaluate(() => window.left.size);
+  for (let i = 0; i <= count; i += 1) {
+    await page.keyboard.press('Tab');
+    await page.evaluate(() => {
+      const one = document.activeElement;
+      const faded = [one, one.parentElement].some((part) => getComputedStyle(part).opacity < 1);
+      if (getComputedStyle(one).outlineStyle === 'solid' && !faded) window.left.delete(one);
+    });
+  }
+  assert.deepEqual(await page.evaluate(() => [...window.left].map((one) => one.outerHTML)), []);
+});
+
+on('a first start leads to the missing key', { settings: { tinkerApiKey: '', aiModel: 'GPT-4.1' } }, async (page, says) => {
+  await says('.steps', 'OpenAI needs a key');
+  await page.click('text=Enter the key');
+  await page.waitForSelector('#settings[open]');
+  assert.equal(await page.evaluate(() => document.activeElement.id), 'field-openaiApiKey');
+  await page.keyboard.type('sk-new');
+  await page.keyboard.press('Enter');
+  await says('#toast', 'Settings saved');
+  assert.equal((await sent(page, 'SaveSettings')).openaiApiKey, 'sk-new');
+});
+
+on('nothing moves for a reader who wants no motion', { answers: waits }, async (page) => {
+  await page.emulateMedia({ reducedMotion: 'reduce' });
+  await page.click('#ask');
+  await page.waitForSelector('.busy .ask-run');
+  assert.deepEqual(await page.evaluate(() => document.getAnimations().map((one) => one.animationName)), []);
+  await page.emulateMedia({ reducedMotion: 'no-preference' });
+  assert.notDeepEqual(await page.evaluate(() => document.getAnimations().map((one) => one.animationName)), []);
+});
+
+on('the square tells what is new until the list is touched', { settings: auto }, async (page) => {
+  const words = () => page.getAttribute('#square', 'aria-label');
+  await emit(page, 'compact-mode', true);
+  await emit(page, 'track-changed', kiara);
+  await page.waitForSelector('#square.busy', { state: 'attached' });
+  await emit(page, 'suggestions-ready', demo.result(kiara));
+  await page.waitForSelector('#square:not(.busy) .compact-new', { state: 'attached' });
+  assert.equal(await words(), 'Key 8A, 128 BPM, new suggestions');
+  await emit(page, 'compact-mode', false);
+  await page.hover('.card');
+  await page.waitForSelector('#square:not(:has(.compact-new))', { state: 'attached' });
+  assert.equal(await words(), 'Key 8A, 128 BPM');
 });

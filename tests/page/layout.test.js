@@ -14,6 +14,8 @@ after(() => browser.close());
 // Runs in the page. Scrolls each control into view as a reader would and looks at where it stands.
 function faults() {
   const found = [];
+  const { scrollHeight, clientHeight } = document.documentElement;
+  if (scrollHeight > clientHeight) found.push('the document scrolls under its own views');
   const scope = document.querySelector('dialog[open]') ?? document.body;
   for (const box of [document.documentElement, ...scope.querySelectorAll('main, .panel, .sheet, footer, header')]) {
     if (box.scrollWidth > box.clientWidth + 1) found.push(`${box.className || box.localName} is too wide`);

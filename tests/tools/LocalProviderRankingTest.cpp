@@ -1,22 +1,15 @@
 #include "Catalogue.h"
-#include "CatalogueError.h"
-#include "Options.h"
-#include "Provider.h"
 #include "Ranking.h"
-#include "RefusalAnswer.h"
 #include "RequestRecord.h"
-#include "RightRequests.h"
 
 #include <gtest/gtest.h>
 
 #include <map>
 #include <set>
-#include <sstream>
 
 namespace velmor::tests {
 namespace {
 
-using nlohmann::json;
 using namespace velmor::tools;
 
 const std::vector<Song>& bundled() {
@@ -48,31 +41,6 @@ TEST(Catalogue, isLargeAndReachesEveryKeyAndTempo) {
   EXPECT_EQ(keys.size(), 24U);
   for (int region = 7; region < 18; ++region)
     EXPECT_GE(tempos[region], 4) << region * 10;
-}
-
-TEST(Catalogue, refusesWhatCannotBeRight) {
-  const json right = {{"song", "A"}, {"artist", "B"},    {"album", ""}, {"bpm", 120},
-                      {"key", "8A"}, {"genre", "House"}, {"energy", 50}};
-  const auto read = [](const json& songs) {
-    std::istringstream input(songs.dump());
-    return Catalogue::read(input).size();
-  };
-  EXPECT_EQ(read(json::array({right})), 1U);
-  EXPECT_THROW(read(json::array({right, right})), CatalogueError);
-  for (const auto& change : std::vector<json>{{{"song", " "}},
-                                              {{"artist", ""}},
-                                              {{"bpm", 12}},
-                                              {{"bpm", "120"}},
-                                              {{"key", "13A"}},
-                                              {{"key", "8a"}},
-                                              {{"genre", "Polka"}},
-                                              {{"genre", "house"}},
-                                              {{"energy", 101}},
-                                              {{"energy", nullptr}}}) {
-    auto wrong = right;
-    wrong.update(change);
-    EXPECT_THROW(read(json::array({wrong})), CatalogueError) << change;
-  }
 }
 
 TEST(Ranking, followsTempoKeyGenreAndEnergyOneByOne) {
@@ -149,74 +117,6 @@ TEST(Ranking, neverOffersTheCurrentSong) {
   }
 }
 
-TEST(Ranking, withNothingKnownStillGivesTheWantedNumber) {
-  const auto ranking = Ranking::of({"Night", "Nobody", "", 0, "", "", 0, "", "", 10, 7}, bundled());
-  ASSERT_EQ(ranking.size(), 7U);
-  EXPECT_EQ(ranking.front().score, 50);
-}
-
-Provider provider() {
-  return {{bundled(), RightRequests::key, "1.4.0"}, [] { return 1700000000; }};
-}
-
-json answered(Protocol protocol) {
-  const auto body = RightRequests::body(protocol, RightRequests::prompt()).dump();
-  const auto result = provider().answer(RightRequests::request(protocol, body));
-  return json::parse(std::get<Answer>(result).body);
-}
-
-TEST(Provider, answersInTheShapeOfEachProtocol) {
-  const auto response = answered(Protocol::responses);
-  EXPECT_EQ(response.at("object"), "response");
-  EXPECT_TRUE(response.at("error").is_null());
-  EXPECT_EQ(response.at("output").at(0).at("type"), "reasoning");
-  const auto call = response.at("output").at(1);
-  EXPECT_EQ(call.at("type"), "function_call");
-  EXPECT_EQ(call.at("name"), "submit_dj_analysis");
-
-  const auto message = answered(Protocol::messages);
-  EXPECT_EQ(message.at("stop_reason"), "tool_use");
-  EXPECT_EQ(message.at("content").at(0).at("type"), "text");
-  const auto use = message.at("content").at(1);
-  EXPECT_EQ(use.at("type"), "tool_use");
-
-  // The protocols carry one and the same analysis, as text and as an object.
-  const auto analysis = use.at("input");
-  EXPECT_EQ(json::parse(call.at("arguments").get<std::string>()), analysis);
-  EXPECT_EQ(analysis.at("playbackDetected"), true);
-  EXPECT_EQ(analysis.at("playbackEvidence"), "macOS system media session reports Playing");
-  EXPECT_EQ(analysis.at("currentTrack"),
-            json::parse(R"({"song":"Night \"Drive\"","artist":"Nobody & Co","album":"","bpm":128.0,
-                            "key":"8A","genre":"House","energy":70,
-                            "other":"Verified by a test","confidence":100})"));
-  EXPECT_EQ(analysis.at("recommendations").size(), 5U);
-  for (const auto& one : analysis.at("recommendations"))
-    EXPECT_EQ(one.size(), 9U);
-}
-
-TEST(Provider, namesTheRelease) {
-  const auto result = provider().answer(RightRequests::request(Protocol::release, ""));
-  const auto release = json::parse(std::get<Answer>(result).body);
-  EXPECT_EQ(release.at("ok"), true);
-  EXPECT_EQ(release.at("version"), "1.4.0");
-}
-
-TEST(RefusalAnswer, hasTheShapeOfItsProtocol) {
-  const Refusal refusal{401, {"/headers/x-api-key", "missing \xff"}};
-  struct Case {
-    std::optional<Protocol> protocol;
-    const char* path;
-  };
-  for (const auto& [protocol, path] :
-       {Case{Protocol::responses, "/error/message"}, Case{Protocol::messages, "/error/message"},
-        Case{Protocol::release, "/message"}, Case{std::nullopt, "/error/message"}}) {
-    const auto answer = RefusalAnswer::of(protocol, refusal);
-    EXPECT_EQ(answer.status, 401);
-    EXPECT_EQ(json::parse(answer.body).at(json::json_pointer(path)),
-              "/headers/x-api-key: missing \ufffd");
-  }
-}
-
 TEST(RequestRecord, keepsKeysToItself) {
   const ReceivedRequest request{"POST",
                                 "/v1/responses",
@@ -228,26 +128,6 @@ TEST(RequestRecord, keepsKeysToItself) {
   EXPECT_EQ(RequestRecord::line(request, "secret"),
             R"({"body":{"a":1},"headers":{"accept":"*/*","authorization":"expected key",)"
             R"("x-api-key":["other key","malformed"]},"path":"/v1/responses"})");
-}
-
-TEST(Options, readsTheCommandLine) {
-  const auto read = [](std::vector<const char*> arguments) { return Options::read(arguments); };
-  const auto result = read({"--port", "8080", "--delay", "0.25", "--key", "k", "--version", "x"});
-  const auto& options = std::get<Options>(result);
-  EXPECT_EQ(options.port, 8080);
-  EXPECT_EQ(options.delay.count(), 250);
-  EXPECT_EQ(options.key, "k");
-  EXPECT_EQ(options.version, "x");
-  for (const auto& wrong : std::vector<std::vector<const char*>>{{"--nonsense"},
-                                                                 {"word"},
-                                                                 {"--port"},
-                                                                 {"--port", "65536"},
-                                                                 {"--port", "8o"},
-                                                                 {"--delay", "-1"},
-                                                                 {"--delay", "nan"},
-                                                                 {"--key", ""},
-                                                                 {"--key", "a%41"}})
-    EXPECT_TRUE(std::holds_alternative<std::string>(read(wrong))) << wrong.front();
 }
 
 } // namespace

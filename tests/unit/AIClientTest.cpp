@@ -38,8 +38,8 @@ Json answerFor(std::int64_t count) {
 class AIClientTest : public testing::Test {
 protected:
   AIClientTest() {
-    system.http.handler = [this](const HttpRequest& request) -> HttpResponse {
-      const auto count = Json::parse(request.body).at("model") == "short" ? 1 : 3;
+    system.http.handler = [this](const HttpRequest& sent) -> HttpResponse {
+      const auto count = Json::parse(sent.body).at("model") == "short" ? 1 : 3;
       const Json openAI = {{"output",
                             {{{"type", "function_call"},
                               {"name", "submit_dj_analysis"},
@@ -47,24 +47,24 @@ protected:
       const Json tinker = {
           {"content",
            {{{"type", "tool_use"}, {"name", "submit_dj_analysis"}, {"input", answerFor(count)}}}}};
-      return {status, (request.url == "http://openai" ? openAI : tinker).dump()};
+      return {status, (sent.url == "http://openai" ? openAI : tinker).dump()};
     };
   }
 
   /// The answer's first recommendation's song and key, or the failure's text.
-  std::string run(const AIClient::Request& request) {
+  std::string run(const AIClient::Request& wanted) {
     std::string outcome = "unfinished";
-    const auto task = [](AIClientTest& test, AIClient::Request wanted,
+    const auto task = [](AIClientTest& test, AIClient::Request given,
                          std::string& text) -> Task<void> {
       try {
-        test.analysis = co_await test.client.recommend(wanted);
+        test.analysis = co_await test.client.recommend(given);
         text = "ok";
       } catch (const std::exception& error) {
         text = error.what();
       }
     };
     TaskGroup tasks(system.loop);
-    tasks.start(task(*this, request, outcome));
+    tasks.start(task(*this, wanted, outcome));
     system.loop.runPending();
     return outcome;
   }
@@ -118,8 +118,9 @@ TEST(AnalysisTool, ClosesEveryObjectOnceInStrictForm) {
 
   const auto strict = AnalysisTool::strictObjectSchema(schema);
   int closed = 0;
-  auto reopened = strict.flatten();
-  for (const auto& [path, value] : strict.flatten().items()) {
+  const auto members = strict.flatten();
+  auto reopened = members;
+  for (const auto& [path, value] : members.items()) {
     if (!path.ends_with("/additionalProperties")) continue;
     EXPECT_EQ(value, false);
     reopened.erase(path);

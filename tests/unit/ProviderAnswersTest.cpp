@@ -64,12 +64,12 @@ const auto undecodable = "decode recommendations";
 TEST(OpenAIAnswer, IsReadFromTheFirstUsableCall) {
   const auto good = Json(twoTracks()).dump();
   const auto fractional = with({{"currentTrack", {{"energy", 1.5}}}}).dump();
-  const auto output = [](const Json& items) { return Json{{"output", items}}.dump(); };
+  const auto output = [](const std::vector<Json>& items) { return Json{{"output", items}}.dump(); };
   const std::pair<std::string, std::string> cases[] = {
       {output({call(good)}), "ok 2"},
       {output({words("thinking"), call(fractional), call(good)}), "ok 2"},
       {output({call(good, "other"), call(twoTracks())}), unusable},
-      {output(Json::array()), unusable},
+      {output({}), unusable},
       {output({1, call(good)}), unusable},
       {"{}", unusable},
       {"[]", "invalid OpenAI response"},
@@ -86,7 +86,9 @@ TEST(OpenAIAnswer, IsReadFromTheFirstUsableCall) {
 
 TEST(TinkerAnswer, IsReadFromTheToolCallOrElseTheText) {
   const auto good = Json(twoTracks()).dump();
-  const auto content = [](const Json& blocks) { return Json{{"content", blocks}}.dump(); };
+  const auto content = [](const std::vector<Json>& blocks) {
+    return Json{{"content", blocks}}.dump();
+  };
   const auto nothing = Json(Analysis{}).dump();
   const std::pair<std::string, std::string> cases[] = {
       {content({words("ignored"), toolUse(twoTracks())}), "ok 2"},
@@ -98,9 +100,9 @@ TEST(TinkerAnswer, IsReadFromTheToolCallOrElseTheText) {
       {content({words(with({{"recommendations", Json::array()}}).dump())}), undecodable},
       {content({words("I would play…")}), undecodable},
       {content({words("")}), undecodable},
-      {content(Json::array()), undecodable},
+      {content({}), undecodable},
       {content({words(good), 5}), undecodable},
-      {content("text"), undecodable},
+      {R"({"content":"text"})", undecodable},
       {"{}", undecodable},
       {"7", "decode Tinker response"},
       {"", notJson},

@@ -38,7 +38,8 @@ TEST(Records, RoundTrip) {
 
 TEST(Records, EveryKeyIsRequiredInItsOwnType) {
   // Every member at every depth: missing, null, and of a type that no field has.
-  for (const auto& [path, value] : analysisJson().flatten().items()) {
+  const auto members = analysisJson().flatten();
+  for (const auto& [path, value] : members.items()) {
     const Json::json_pointer pointer(path);
     auto without = analysisJson();
     without[pointer.parent_pointer()].erase(pointer.back());

@@ -17,7 +17,9 @@ Task<int> workedOut(MainLoop& loop, int value) {
 }
 
 Task<void> countSleeps(MainLoop& loop, int& count) {
-  while (!co_await isCancelled()) {
+  for (;;) {
+    const bool cancelled = co_await isCancelled();
+    if (cancelled) co_return;
     ++count;
     co_await Sleep(loop, Seconds{1.5});
   }

@@ -90,43 +90,41 @@ TEST_F(WatcherTest, DropsLateAnswers) {
   // What happens while the provider thinks about A, and what is heard of it.
   struct Case {
     const char* name;
-    std::function<void(WatcherTest&)> meanwhile;
+    std::function<void()> meanwhile;
     Heard heard;
   };
   const Case cases[] = {
       {"another track",
-       [](WatcherTest& test) {
-         test.play("B");
-         test.system.loop.advance(poll);
+       [this] {
+         play("B");
+         system.loop.advance(poll);
        },
        {"track-changed B", "suggestions-ready B"}},
       {"A, B and A again",
-       [](WatcherTest& test) {
-         test.play("B");
-         test.system.loop.advance(poll);
-         test.play("A");
-         test.system.loop.advance(poll);
+       [this] {
+         play("B");
+         system.loop.advance(poll);
+         play("A");
+         system.loop.advance(poll);
        },
        {"track-changed B", "track-changed A", "suggestions-ready A"}},
       {"playback stopped",
-       [](WatcherTest& test) {
-         test.stop();
-         test.system.loop.advance(2 * poll);
+       [this] {
+         stop();
+         system.loop.advance(2 * poll);
        },
        {"track-stopped"}},
-      {"switched off",
-       [](WatcherTest& test) { test.save([](AppConfig& c) { c.autoSuggestTracks = false; }); },
-       {}},
+      {"switched off", [this] { save([](AppConfig& c) { c.autoSuggestTracks = false; }); }, {}},
       {"another tolerance",
-       [](WatcherTest& test) {
-         test.save([](AppConfig& c) { c.bpmTolerance = 5; });
-         test.system.loop.advance(poll);
+       [this] {
+         save([](AppConfig& c) { c.bpmTolerance = 5; });
+         system.loop.advance(poll);
        },
        {"track-changed A", "suggestions-ready A"}},
       {"another theme",
-       [](WatcherTest& test) { test.save([](AppConfig& c) { c.theme = "red"; }); },
+       [this] { save([](AppConfig& c) { c.theme = "red"; }); },
        {"suggestions-ready A"}},
-      {"the program ends", [](WatcherTest& test) { test.system.workspace.terminate(); }, {}},
+      {"the program ends", [this] { system.workspace.terminate(); }, {}},
   };
   for (const auto& [name, meanwhile, expected] : cases) {
     controller.stopNowPlayingWatcher();
@@ -141,7 +139,7 @@ TEST_F(WatcherTest, DropsLateAnswers) {
     play("A");
     system.loop.advance(poll);
     EXPECT_EQ(heard(), Heard{"track-changed A"}) << name;
-    meanwhile(*this);
+    meanwhile();
     system.loop.finishWorkers();
     EXPECT_EQ(heard(), expected) << name;
   }

@@ -134,15 +134,18 @@ TEST_F(WebBridgeTest, ChecksArguments) {
   incomplete.erase("theme");
   auto fractional = config;
   fractional["recommendationCount"] = 3.5;
-  for (const Json& args : {Json::array(), Json{"x"}, Json{Json::array()}, Json{nullptr},
-                           Json{incomplete}, Json{fractional}, Json("x"), Json(nullptr)}) {
+  for (const Json& args :
+       {Json::array(), Json::array({"x"}), Json::array({Json::array()}), Json::array({nullptr}),
+        Json::array({incomplete}), Json::array({fractional}), Json("x"), Json(nullptr)}) {
     EXPECT_EQ(call("SaveSettings", args), invalid) << args;
   }
-  for (const Json& args : {Json::array(), Json{42}, Json{nullptr}, Json("https://x")}) {
+  for (const Json& args :
+       {Json::array(), Json::array({42}), Json::array({nullptr}), Json("https://x")}) {
     EXPECT_EQ(call("BrowserOpenURL", args), invalid) << args;
   }
   commands->saveFailure = "The disk is full.";
-  EXPECT_EQ(call("SaveSettings", {config}), "window.__velmorReject(\"1\", \"The disk is full.\");");
+  EXPECT_EQ(call("SaveSettings", Json::array({config})),
+            "window.__velmorReject(\"1\", \"The disk is full.\");");
 }
 
 TEST_F(WebBridgeTest, RejectsUnknownMethodsByName) {

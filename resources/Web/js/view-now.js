@@ -48,17 +48,16 @@
   function renderTrack(state) {
     const { track } = state;
     setText(byId('now-title'), track.song || 'Untitled');
-    const album = track.album !== track.artist && track.album;
+    const facts = [track.album !== track.artist && track.album, track.genre].filter(Boolean);
     byId('now-artist').replaceChildren(
       dom.make('bdi', {}, track.artist),
-      ...(album ? [dom.make('span', { class: 'album' }, ' · ', dom.make('bdi', {}, album))] : []),
+      ...facts.map((fact) => dom.make('span', { class: 'fact' }, ' · ', dom.make('bdi', {}, fact))),
     );
     setText(byId('now-bpm'), text.bpm(track.bpm));
     byId('now-key').replaceChildren(dom.chip(track.key));
     const shown = state.ranking;
     const notice = shown?.track.id === track.id ? shown.notice : '';
-    const more = [track.genre, track.energy > 0 && `Energy ${track.energy}`, notice];
-    setText(byId('now-more'), more.filter(Boolean).join(' · '));
+    setText(byId('now-more'), notice);
   }
 
   function renderWords(state, now) {

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace velmor {
+
+/// An entry of a menu; one without a title is a separator.
+struct MenuItem {
+  std::string title;
+  /// The key that, with the system's command key, does the same; "" for none.
+  std::string keyEquivalent;
+  std::function<void()> action;
+};
+
+/// Hears what the desktop wants of the application, in the display lane.
+class ApplicationDelegate {
+public:
+  virtual ~ApplicationDelegate() = default;
+
+  [[nodiscard]] virtual bool applicationShouldTerminateAfterLastWindowClosed() = 0;
+  /// The user has started the application again.
+  virtual void applicationShouldHandleReopen() = 0;
+};
+
+/// This application in the user's session. Main thread only.
+class Application {
+public:
+  virtual ~Application() = default;
+
+  /// True when it runs in this session already: that instance has been told to handle the start,
+  /// and this one has nothing to do. Else this is the one instance from now on.
+  [[nodiscard]] virtual bool handOverToRunningInstance() = 0;
+
+  virtual void setDelegate(std::weak_ptr<ApplicationDelegate> delegate) = 0;
+  virtual void setMainMenu(std::vector<MenuItem> items) = 0;
+  /// Makes it the active application, whichever is active now.
+  virtual void activateIgnoringOtherApps() = 0;
+  /// Shows an alert and waits until the user has read it, or the application terminates.
+  virtual void runAlert(const std::string& message) = 0;
+};
+
+} // namespace velmor

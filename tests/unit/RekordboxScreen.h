@@ -1,0 +1,73 @@
+#pragma once
+
+#include "nowplaying/UIAText.h"
+#include "tests/fakes/FakeSystem.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace velmor {
+
+/// rekordbox's window as Accessibility shows it: two decks side by side and much else.
+class RekordboxScreen {
+public:
+  struct Deck {
+    std::string title;
+    std::string artist;
+    std::string elapsed;
+    std::string remaining;
+    std::string bpm;
+    std::string key;
+  };
+
+  static constexpr Rect window{{100, 40}, {1440, 900}};
+
+  static std::vector<UIAText> texts(const Deck& left, const Deck& right) {
+    std::vector<UIAText> texts{
+        {"PERFORMANCE", {{112, 44}, {380, 14}}},           // as wide as a title, but too low
+        {"1.1 Bars", {{420, 150}, {90, 16}}},              // as high as a title, but too narrow
+        {"All Tracks by Artist", {{130, 560}, {500, 18}}}, // large, but in the library
+        {"Some Other Song", {{130, 580}, {400, 14}}},
+        {"126.00", {{620, 580}, {40, 14}}},
+    };
+    addDeck(texts, left, 120);
+    addDeck(texts, right, 830);
+    return texts;
+  }
+
+  static std::shared_ptr<FakeAccessibility::Element> element(const UIAText& text) {
+    auto element = std::make_shared<FakeAccessibility::Element>();
+    element->attributes = {{"AXValue", " " + text.name + "\n"},
+                           {"AXPosition", text.rect.origin},
+                           {"AXSize", text.rect.size}};
+    return element;
+  }
+
+  /// An application with one focused window that holds the texts.
+  static std::shared_ptr<FakeAccessibility::Element> application(const std::vector<UIAText>& texts,
+                                                                 const Rect& frame = window) {
+    std::vector<AccessibilityElementPtr> children;
+    for (const auto& text : texts)
+      children.push_back(element(text));
+    auto shown = std::make_shared<FakeAccessibility::Element>();
+    shown->attributes = {
+        {"AXPosition", frame.origin}, {"AXSize", frame.size}, {"AXChildren", children}};
+    auto app = std::make_shared<FakeAccessibility::Element>();
+    app->attributes["AXFocusedWindow"] = AccessibilityElementPtr(shown);
+    return app;
+  }
+
+private:
+  static void addDeck(std::vector<UIAText>& texts, const Deck& deck, double x) {
+    texts.insert(texts.end(), {{deck.title, {{x, 90}, {400, 18}}},
+                               {deck.artist, {{x + 2, 114}, {300, 14}}},
+                               {deck.elapsed, {{x + 320, 115}, {40, 14}}},
+                               {deck.bpm, {{x + 420, 112}, {60, 20}}},
+                               {deck.key, {{x + 500, 116}, {30, 14}}},
+                               {deck.remaining, {{x + 370, 115}, {40, 14}}},
+                               {"9:59", {{x + 500, 180}, {40, 14}}}}); // on the waveform
+  }
+};
+
+} // namespace velmor
