@@ -1,29 +1,16 @@
 #pragma once
 
 #include "tests/fakes/FakePlatform.h"
+#include "tests/platform/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <string>
 
 namespace velmor {
-
-/// A folder of its own that is gone with everything in it at the end.
-struct TemporaryFolder {
-  TemporaryFolder() {
-    auto pattern = (std::filesystem::temp_directory_path() / "velmor-test-XXXXXX").string();
-    path = mkdtemp(pattern.data());
-  }
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-  ~TemporaryFolder() { std::filesystem::remove_all(path); }
-
-  std::filesystem::path path;
-};
 
 /// A DJ program's end of a database: open for writing until it is destroyed.
 class DatabaseFile {
