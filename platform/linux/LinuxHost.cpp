@@ -9,7 +9,7 @@ LinuxHost::LinuxHost()
     , log(environment)
     , processes(quit.get_token())
     , http(quit.get_token())
-    , record(linuxRecord())
+    , record(linuxRecord(processes))
     , workspace(mainLoop, quit, log)
     , input(mainLoop)
     , parts{.mainLoop = mainLoop,
