@@ -21,6 +21,7 @@ TEST(LinuxHostTest, EndsItsLoopAndAllWaitingOnRequest) {
   EXPECT_EQ(platform.environment.variable("TINKER_API_KEY"), "tk-secret");
   EXPECT_EQ(std::getenv("TINKER_API_KEY"), nullptr);
 
+  host->onTerminationRequest([&] { platform.workspace.terminate(); });
   int exitStatus = 0;
   platform.mainLoop.startWorker(
       [&] {
@@ -28,7 +29,6 @@ TEST(LinuxHostTest, EndsItsLoopAndAllWaitingOnRequest) {
         exitStatus = platform.processes.run(asking).exitStatus;
       },
       [] {});
-  host->onTerminationRequest([&] { platform.workspace.terminate(); });
   EXPECT_FALSE(platform.workspace.isTerminating());
   host->run();
   EXPECT_TRUE(platform.workspace.isTerminating());
