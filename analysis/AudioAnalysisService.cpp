@@ -18,8 +18,8 @@ namespace {
 constexpr std::array extractorNames{"essentia_streaming_extractor_music",
                                     "essentia_streaming_extractor_music.exe"};
 
-/// The user's own device first, then the loopback devices that this system may have.
-std::vector<std::string> captureDevices(const Platform& platform) {
+/// The user's own device first, then the loopback devices that systems like this one have.
+std::vector<std::string> usualDevices(const Platform& platform) {
   std::vector<std::string> devices;
   const auto add = [&](std::string_view device) {
     const auto name = text::trimmed(device);
@@ -62,6 +62,13 @@ bool record(const Platform& platform, const std::string& device,
   return platform.files.size(outputPath).value_or(0) > 0;
 }
 
+/// False when none of these devices gives a recording.
+bool recordFromFirst(const Platform& platform, const std::vector<std::string>& devices,
+                     const std::filesystem::path& outputPath) {
+  return std::ranges::any_of(
+      devices, [&](const auto& device) { return record(platform, device, outputPath); });
+}
+
 void runExtractor(const Platform& platform, const std::string& extractor,
                   const WorkingFolder& folder) {
   const auto result =
@@ -93,9 +100,8 @@ std::optional<std::string> AudioAnalysisService::extractorPath(const Platform& p
 
 void AudioAnalysisService::captureLoopback(const Platform& platform,
                                            const std::filesystem::path& outputPath) {
-  for (const auto& device : captureDevices(platform)) {
-    if (record(platform, device, outputPath)) return;
-  }
+  if (recordFromFirst(platform, usualDevices(platform), outputPath)) return;
+  if (recordFromFirst(platform, platform.record.existingCaptureDevices(), outputPath)) return;
   throw VelmorError("system audio capture requires ffmpeg and a loopback device such as BlackHole");
 }
 

@@ -28,7 +28,10 @@ public:
   /// ends at that call.
   virtual void run() = 0;
 
-  /// Calls `work` in the display lane when the system asks the program to end (TERM, INT).
+  /// Calls `work` in the display lane when the system asks the program to end (TERM, INT, or HUP
+  /// when the terminal closes). Without a desktop every blocking wait of the seam has ended by
+  /// then, also one on the main thread. Call it after `openDesktop`; a second call replaces the
+  /// first.
   virtual void onTerminationRequest(MainLoop::Work work) = 0;
 };
 

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
 namespace velmor {
 
-/// Where tools lie and which devices there are: what differs between systems by value alone.
+/// Where tools lie and which devices there are: what differs between systems in little more than
+/// its values.
 struct PlatformRecord {
   std::string lsof;
   std::string which;
@@ -16,6 +18,11 @@ struct PlatformRecord {
   std::vector<std::string> captureOptions;
   /// Loopback devices, tried in this order.
   std::vector<std::string> captureDevices;
+  /// Names the loopback devices that exist at the moment, to be tried when those fail; never a
+  /// microphone. May run a child; any thread.
+  std::function<std::vector<std::string>()> existingCaptureDevices = [] {
+    return std::vector<std::string>{};
+  };
 };
 
 } // namespace velmor

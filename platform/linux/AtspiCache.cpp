@@ -61,8 +61,8 @@ AtspiCache::Item AtspiCache::readItem(const VariantPtr& value) {
   node->reference = referenceOf(memberOf(value, Self));
   node->name = textOf(memberOf(value, Name));
   const auto interfaces = memberOf(value, Interfaces);
-  node->mayHoldValue = holdsText(interfaces, "org.a11y.atspi.Text") ||
-                       holdsText(interfaces, "org.a11y.atspi.Value");
+  node->mayHoldValue =
+      holdsText(interfaces, "org.a11y.atspi.Text") || holdsText(interfaces, "org.a11y.atspi.Value");
   atspi::setStateWords(*node, memberOf(value, States));
   return {std::move(node), g_variant_get_int32(memberOf(value, Index).get()),
           g_variant_get_int32(memberOf(value, ChildCount).get())};

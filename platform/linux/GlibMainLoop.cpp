@@ -36,7 +36,8 @@ void GlibMainLoop::occupyActor(const Work& work) {
   actor.hold();
   {
     const std::jthread worker([&, mine = turnsGiven++]() noexcept {
-      for (auto now = turn.load(); now != mine; now = turn.load()) turn.wait(now);
+      for (auto now = turn.load(); now != mine; now = turn.load())
+        turn.wait(now);
       work();
       turn = mine + 1;
       turn.notify_all();

@@ -2,10 +2,6 @@
 
 #include "platform/linux/LinuxRecord.h"
 
-#include <glib-unix.h>
-
-#include <csignal>
-
 namespace velmor {
 
 LinuxHost::LinuxHost()
@@ -13,7 +9,7 @@ LinuxHost::LinuxHost()
     , log(environment)
     , processes(quit.get_token())
     , http(quit.get_token())
-    , record(linuxRecord())
+    , record(linuxRecord(processes))
     , workspace(mainLoop, quit, log)
     , input(mainLoop)
     , parts{.mainLoop = mainLoop,
@@ -33,9 +29,6 @@ LinuxHost::LinuxHost()
             .record = record} {}
 
 LinuxHost::~LinuxHost() {
-  for (const auto source : signalSources) {
-    if (source != 0) g_source_remove(source);
-  }
   // Threads that still wait for something would keep the main loop from being destroyed.
   quit.request_stop();
 }
@@ -52,15 +45,13 @@ void LinuxHost::run() {
 }
 
 void LinuxHost::onTerminationRequest(MainLoop::Work work) {
-  terminationWork = std::move(work);
-  const auto requested = [](gpointer data) -> gboolean {
-    auto& host = *static_cast<LinuxHost*>(data);
-    host.mainLoop.post(MainLoop::Lane::Display, host.terminationWork);
-    return G_SOURCE_CONTINUE;
-  };
-  if (signalSources.front() != 0) return;
-  signalSources = {g_unix_signal_add(SIGTERM, requested, this),
-                   g_unix_signal_add(SIGINT, requested, this)};
+  // Without a window the main thread itself waits for children and answers: nothing that is posted
+  // to it ends that. With one it is free, and the window closes before the waiting ends.
+  const bool endWaiting = !desktop;
+  termination.emplace([this, endWaiting, posted = std::move(work)] {
+    if (endWaiting) quit.request_stop();
+    mainLoop.post(MainLoop::Lane::Display, posted);
+  });
 }
 
 std::unique_ptr<Host> makeHost() {

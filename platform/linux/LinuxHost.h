@@ -19,8 +19,7 @@
 #include "platform/linux/StandardInputLines.h"
 #include "platform/linux/Syslog.h"
 #include "platform/linux/SystemClock.h"
-
-#include <array>
+#include "platform/linux/TerminationSignals.h"
 
 namespace velmor {
 
@@ -60,11 +59,11 @@ private:
   GlibMainLoop mainLoop;
   GioWorkspace workspace;
   StandardInputLines input;
-  MainLoop::Work terminationWork;
-  std::array<unsigned, 2> signalSources{};
   Platform parts;
   /// Null until it is opened.
   std::unique_ptr<GtkDesktop> desktop;
+  /// Nothing until somebody wants to hear of them. The last member: its thread uses the others.
+  std::optional<TerminationSignals> termination;
 };
 
 } // namespace velmor

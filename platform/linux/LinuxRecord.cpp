@@ -1,15 +1,18 @@
 #include "platform/linux/LinuxRecord.h"
 
+#include "platform/linux/OutputMonitors.h"
+
 namespace velmor {
 
-PlatformRecord linuxRecord() {
+PlatformRecord linuxRecord(ProcessLauncher& processes) {
   return {.lsof = "/usr/bin/lsof",
           .which = "/usr/bin/which",
           .ffmpegLocations = {"/usr/bin/ffmpeg", "/usr/local/bin/ffmpeg"},
           .captureFormat = "pulse",
           // Otherwise the time stamps of the sound server cut the beginning of the sample off.
           .captureOptions = {"-wallclock", "0"},
-          .captureDevices = {"@DEFAULT_MONITOR@"}};
+          .captureDevices = {"@DEFAULT_MONITOR@"},
+          .existingCaptureDevices = [&processes] { return outputMonitors(processes); }};
 }
 
 } // namespace velmor

@@ -4,7 +4,9 @@
 
 namespace velmor {
 
-/// Where tools lie on Linux, and how sound is captured there.
-[[nodiscard]] PlatformRecord linuxRecord();
+class ProcessLauncher;
+
+/// Where tools lie on Linux, and how sound is captured there. The launcher must outlive the record.
+[[nodiscard]] PlatformRecord linuxRecord(ProcessLauncher& processes);
 
 } // namespace velmor

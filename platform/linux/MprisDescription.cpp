@@ -69,6 +69,7 @@ std::string bundleIdentifier(const MprisPlayer& player) {
 }
 
 bool goesByName(const MprisPlayer& player, std::string_view name) {
+  if (name.empty()) return false;
   const auto wanted = lowercased(std::string(name));
   return lowercased(player.identity.value_or("")) == wanted ||
          lowercased(player.desktopEntry.value_or("")) == wanted ||

@@ -56,7 +56,7 @@ class Session:
     def __enter__(self):
         self.turn = _takeTurn(self.alone)
         _libc.prctl(_PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0)
-        self.before = set(_descendants(os.getpid()))
+        self.before = set(descendants(os.getpid()))
         self.root = tempfile.mkdtemp(prefix="velmor-live-")
         self.home = self._folder("home")
         self.runtime = self._folder("runtime")
@@ -90,7 +90,7 @@ class Session:
 
     def __exit__(self, *_):
         deadline = time.monotonic() + 10
-        while started := [pid for pid in _descendants(os.getpid()) if pid not in self.before]:
+        while started := [pid for pid in descendants(os.getpid()) if pid not in self.before]:
             overdue = time.monotonic() > deadline - 5
             for pid in started:
                 _signal(pid, signal.SIGCONT)
@@ -236,7 +236,8 @@ def _endWithParent():
     _libc.prctl(_PR_SET_PDEATHSIG, signal.SIGKILL, 0, 0, 0)
 
 
-def _descendants(ancestor):
+def descendants(ancestor):
+    """The identifiers of all processes that this one started, and that those started."""
     children = {}
     for entry in filter(str.isdigit, os.listdir("/proc")):
         try:

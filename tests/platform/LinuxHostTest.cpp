@@ -36,6 +36,24 @@ TEST(LinuxHostTest, EndsItsLoopAndAllWaitingOnRequest) {
   EXPECT_EQ(exitStatus, 128 + SIGTERM);
 }
 
+TEST(LinuxHostTest, EndsAWaitOfTheMainThreadOnRequest) {
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+    // Whoever runs the tests may have set it to be ignored.
+    std::signal(signal, SIG_DFL);
+    const auto host = makeHost();
+    const auto& platform = host->platform();
+    host->onTerminationRequest([&] { platform.workspace.terminate(); });
+    int exitStatus = 0;
+    platform.mainLoop.occupyActor([&] {
+      const ChildProcess asking{
+          "/bin/sh", {"-c", "kill -" + std::to_string(signal) + " $PPID; while :; do :; done"}};
+      exitStatus = platform.processes.run(asking).exitStatus;
+    });
+    EXPECT_EQ(exitStatus, 128 + SIGTERM) << signal;
+    host->run();
+  }
+}
+
 /// Makes the program at `script` the one that opens addresses of a scheme of the test's own.
 void installHandler(const std::filesystem::path& home, const std::filesystem::path& script) {
   std::filesystem::create_directories(home / "applications");

@@ -96,6 +96,17 @@ TEST_F(AudioAnalysisTest, TriesTheDevicesInOrder) {
   EXPECT_EQ(devicesTried(), (std::vector<std::string>{":BlackHole 2ch", ":BlackHole"}));
 }
 
+TEST_F(AudioAnalysisTest, LooksForFurtherDevicesOnlyWhenTheUsualOnesFail) {
+  system.record.existingCaptureDevices = [] { return std::vector<std::string>{":Loop"}; };
+  EXPECT_EQ(outcome(), "127.900000F#minor0.000000");
+  EXPECT_EQ(devicesTried(), (std::vector<std::string>{":BlackHole 2ch"}));
+  system.record.captureDevices = {":Gone"};
+  missing = ":Gone";
+  system.processes.started.clear();
+  EXPECT_EQ(outcome(), "127.900000F#minor0.000000");
+  EXPECT_EQ(devicesTried(), (std::vector<std::string>{":Gone", ":Loop"}));
+}
+
 TEST_F(AudioAnalysisTest, FindsTheExtractor) {
   system.files.files["/opt/extractor"].permissions = 0644;
   EXPECT_EQ(outcome(), "Essentia extractor is not installed");

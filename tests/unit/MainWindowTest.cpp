@@ -135,6 +135,9 @@ TEST_F(MainWindow, SavesTheNormalFrameHoweverItCloses) {
   delegate->applicationShouldClose();
   EXPECT_EQ(savedWindow(), (WindowSettings{.x = 50, .y = 60, .width = 461, .height = 592}));
 
+  // The program starts again.
+  desktop.windows.windows.clear();
+  system.workspace.terminations = 0;
   launch();
   minimise();
   EXPECT_EQ(native().minimum, Size{}) << "the square may be smaller than the window";

@@ -1,0 +1,93 @@
+"""Measures everything and prints docs/performance.md: performance.py POLLS STARTS"""
+
+import datetime
+import os
+import platform
+import shutil
+import subprocess
+import sys
+
+ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
+sys.path.insert(0, os.path.join(ROOT, "tests", "live"))
+
+from polls import pollTable, sessionTable  # noqa: E402
+from windows import windowTables  # noqa: E402
+
+
+def output(*command):
+    return subprocess.run(command, capture_output=True, text=True, cwd=ROOT).stdout.strip()
+
+
+def cardsLine():
+    """How fast the page lays out a ranking, where its test browser is installed."""
+    if not shutil.which("node") or not os.path.isdir(
+            os.path.join(ROOT, "tests", "page", "node_modules")):
+        return "Not measured: the page's test tools are not installed."
+    return output("node", "bench/page/cards.js") or "Not measured: the browser did not start."
+
+
+def machine():
+    with open("/proc/cpuinfo", encoding="utf-8") as file:
+        processor = next((line.split(":")[1].strip() for line in file
+                          if line.startswith("model name")), platform.machine())
+    memory = os.sysconf("SC_PAGE_SIZE") * os.sysconf("SC_PHYS_PAGES") / 1e9
+    return (f"{os.cpu_count()} × {processor}, {memory:.0f} GB, Linux {platform.release()}, "
+            f"WebKitGTK {output('pkg-config', '--modversion', 'webkit2gtk-4.1')}")
+
+
+def load():
+    return "{:.1f}".format(os.getloadavg()[0])
+
+
+def main(polls, starts):
+    loadBefore = load()
+    pollResult = pollTable(polls)
+    sessionResult = sessionTable(polls)
+    startResult, memoryResult = windowTables(starts)
+    cards = cardsLine()
+    loadAfter = load()
+    busy = max(float(loadBefore), float(loadAfter)) > os.cpu_count() / 2
+    noise = ("\n**The machine was busy with other work meanwhile.** The times are too long and "
+             "scattered; only the ratios say something, and little.\n" if busy else "")
+    print(f"""# Performance
+
+Written by `scripts/bench`; every number is set against a baseline measured in the same run.
+
+- Machine: {machine()}
+- Date: {datetime.date.today()}, commit {output("git", "rev-parse", "--short", "HEAD")}
+- Load average: {loadBefore} before, {loadAfter} after
+- Each measurement and its baseline take turns. Given are the median and, in brackets, the quartiles;
+  the ratio is the median of the rounds' own ratios. A first round warms up and is left out.
+{noise}
+## A poll
+
+One detection in the real backend, {polls} rounds, against the child processes that it starts, started again by
+themselves with the same arguments and by the same launcher. Aim: at most 1.10.
+
+{pollResult}
+## Reading the media session
+
+{polls} readings while mpv plays, against a `playerctl metadata` process. The connection to the session bus
+is kept between readings; the first one makes it. Aim: five times faster.
+
+{sessionResult}
+## Starting
+
+From the start of the process until the page is seen in its window on the screen, {starts} rounds, against a
+program that opens a window with the same page and nothing else, drawn on the processor as Velmor does,
+and against WebKitGTK's MiniBrowser as it comes. Without Velmor under it the page says that it
+misses it. Aim: at most 1.05 of the bare program.
+
+{startResult}
+## Memory
+
+Proportional set size of the program and all processes that it started, some seconds after the page
+was seen; same runs. Aim: at most 1.05 of the bare program.
+
+{memoryResult}
+## Ten cards
+
+From the arrival of a ranking of ten to its finished layout, in Chromium. {cards}""")
+
+
+main(*map(int, sys.argv[1:]))
