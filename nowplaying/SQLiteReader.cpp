@@ -71,6 +71,7 @@ std::vector<std::string> SQLiteReader::readTextRow(const std::filesystem::path& 
   const auto statement = prepare(connection, query);
   if (sqlite3_step(statement.get()) != SQLITE_ROW) throw NowPlayingError::noActiveSession();
   std::vector<std::string> row;
+  row.reserve(static_cast<std::size_t>(columns));
   for (int column = 0; column < columns; ++column)
     row.push_back(columnText(statement, column));
   return row;
