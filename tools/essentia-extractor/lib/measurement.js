@@ -33,7 +33,7 @@ function describe(library, { samples, sampleRate, channels }) {
     },
     algorithms: {
       average_loudness: 'LevelExtractor, averaged as the native extractor does',
-      bpm: 'RhythmExtractor2013 multifeature, refined within 3 % on the onset spectrum',
+      bpm: 'RhythmExtractor2013 multifeature, refined on the onset spectrum',
       key_edma: 'KeyExtractor with profile edma',
     },
   };
