@@ -1,7 +1,6 @@
 // Times what a poll costs on this system's real backend, and prints seconds as JSON:
-//   velmor-poll-benchmark poll ROUNDS      a detection, then its child processes and nothing else
-//   velmor-poll-benchmark session ROUNDS   a reading of the media session, then `playerctl
-//   metadata`
+//   velmor-poll-benchmark poll ROUNDS      a detection; its child processes by themselves
+//   velmor-poll-benchmark session ROUNDS   a media session's reading; a playerctl process
 
 #include "nowplaying/MediaRemoteClient.h"
 #include "nowplaying/NowPlayingDetector.h"
