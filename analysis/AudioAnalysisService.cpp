@@ -31,14 +31,6 @@ std::vector<std::string> usualDevices(const Platform& platform) {
   return devices;
 }
 
-std::string ffmpegPath(const Platform& platform) {
-  const auto& locations = platform.record.ffmpegLocations;
-  const auto found = std::ranges::find_if(
-      locations, [&](const auto& location) { return platform.files.isExecutable(location); });
-  if (found == locations.end()) throw VelmorError("ffmpeg is not installed");
-  return *found;
-}
-
 ChildProcess recorder(const Platform& platform, const std::string& device,
                       const std::filesystem::path& outputPath) {
   std::vector<std::string> arguments{"-hide_banner", "-loglevel", "error", "-f",
@@ -47,7 +39,9 @@ ChildProcess recorder(const Platform& platform, const std::string& device,
   std::ranges::copy(std::array<std::string, 10>{"-i", device, "-t", "15", "-ac", "2", "-ar",
                                                 "44100", "-y", outputPath.string()},
                     std::back_inserter(arguments));
-  return {.executable = ffmpegPath(platform), .arguments = arguments, .mergeErrorOutput = true};
+  const auto ffmpeg = AudioAnalysisService::ffmpegPath(platform);
+  if (!ffmpeg) throw VelmorError("ffmpeg is not installed");
+  return {.executable = *ffmpeg, .arguments = arguments, .mergeErrorOutput = true};
 }
 
 /// False when this device gives no recording.
@@ -96,6 +90,13 @@ std::optional<std::string> AudioAnalysisService::extractorPath(const Platform& p
     }
   }
   return std::nullopt;
+}
+
+std::optional<std::string> AudioAnalysisService::ffmpegPath(const Platform& platform) {
+  const auto& locations = platform.record.ffmpegLocations;
+  const auto found = std::ranges::find_if(
+      locations, [&](const auto& location) { return platform.files.isExecutable(location); });
+  return found == locations.end() ? std::nullopt : std::optional(*found);
 }
 
 void AudioAnalysisService::captureLoopback(const Platform& platform,

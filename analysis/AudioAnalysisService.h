@@ -28,6 +28,9 @@ public:
   /// Where the extractor lies; nothing when it is not installed. May run a child.
   [[nodiscard]] static std::optional<std::string> extractorPath(const Platform& platform);
 
+  /// Where ffmpeg lies; nothing when it is not installed.
+  [[nodiscard]] static std::optional<std::string> ffmpegPath(const Platform& platform);
+
   /// Captures and measures a sample. Blocks for the capture's 15 seconds and the extractor's run.
   /// Throws VelmorError, LaunchError, FileError or DecodingError.
   [[nodiscard]] static Features analyze(const Platform& platform);

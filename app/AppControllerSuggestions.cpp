@@ -5,7 +5,6 @@
 #include "model/Number.h"
 #include "model/Text.h"
 #include "model/VelmorError.h"
-#include "nowplaying/ProcessUtils.h"
 #include "nowplaying/RekordboxDetector.h"
 #include "platform/Waiting.h"
 
@@ -133,11 +132,8 @@ TrackMetadata AppController::metadata(const NowPlayingTrack& track) {
 }
 
 bool AppController::isRekordboxRunning() const {
-  const auto look = [this] {
-    return RekordboxDetector::rekordboxApplication(platform).has_value() ||
-           ProcessUtils::isRunning(platform, {"rekordbox"});
-  };
-  return whileOccupyingActor(platform.mainLoop, look);
+  return whileOccupyingActor(platform.mainLoop,
+                             [this] { return RekordboxDetector::isRunning(platform); });
 }
 
 } // namespace velmor

@@ -8,14 +8,14 @@ namespace velmor {
 
 /// What the program was started for.
 struct CommandLine {
-  enum class Command { window, now, suggest, bridge, version, help };
+  enum class Command { window, now, suggest, doctor, bridge, version, help };
 
   Command command = Command::window;
   /// Prints one compact JSON object instead of text to read.
   bool json = false;
 
-  static constexpr auto usage = "usage: velmor [now [--json] | suggest [--json] | bridge | "
-                                "--version | --help]";
+  static constexpr auto usage = "usage: velmor [now [--json] | suggest [--json] | "
+                                "doctor [--json] | bridge | --version | --help]";
   static const char* const help;
 
   /// Nothing when an argument is unknown or out of place.

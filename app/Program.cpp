@@ -1,6 +1,7 @@
 #include "app/Program.h"
 
 #include "app/AppDelegate.h"
+#include "app/Doctor.h"
 #include "app/StreamWebView.h"
 #include "app/TrackText.h"
 #include "model/JsonCoding.h"
@@ -42,6 +43,8 @@ int Program::run(const std::vector<std::string>& arguments) {
       return runCommand(&Program::now, line->json);
     case CommandLine::Command::suggest:
       return runCommand(&Program::suggest, line->json);
+    case CommandLine::Command::doctor:
+      return runDoctor(line->json);
     case CommandLine::Command::bridge:
       return runBridge();
     case CommandLine::Command::version: {
@@ -96,6 +99,12 @@ int Program::runBridge() {
   host.onTerminationRequest(end);
   host.run();
   return 0;
+}
+
+int Program::runDoctor(bool json) {
+  const auto report = Doctor(host.platform(), host.systemStatus()).examine();
+  out << (json ? report.json() : report.readable()) << std::flush;
+  return report.isReady() ? 0 : failure;
 }
 
 int Program::runCommand(Command command, bool json) {

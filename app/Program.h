@@ -24,6 +24,7 @@ private:
 
   [[nodiscard]] int runWindow();
   [[nodiscard]] int runBridge();
+  [[nodiscard]] int runDoctor(bool json);
   /// Runs a command that prints something and ends.
   [[nodiscard]] int runCommand(Command command, bool json);
   [[nodiscard]] Task<void> reporting(Task<void> command);

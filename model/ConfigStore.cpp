@@ -12,6 +12,12 @@ namespace {
 constexpr unsigned privateFolder = 0700;
 constexpr unsigned privateFile = 0600;
 
+/// "" when the environment has none.
+std::string environmentKey(const Platform& platform, std::string_view model) {
+  const bool openAI = modelProvider(model) == ModelProvider::OpenAI;
+  return platform.environment.variable(openAI ? "OPENAI_API_KEY" : "TINKER_API_KEY").value_or("");
+}
+
 std::string encoded(const AppConfig& config) {
   return nlohmann::json(config).dump(2, ' ', false, nlohmann::json::error_handler_t::replace);
 }
@@ -46,12 +52,15 @@ void ConfigStore::save(const AppConfig& wanted) {
 }
 
 std::string ConfigStore::apiKey(std::string_view model) const {
+  if (auto key = environmentKey(platform, model); !key.empty()) return key;
   const bool openAI = modelProvider(model) == ModelProvider::OpenAI;
-  const auto fromEnvironment =
-      platform.environment.variable(openAI ? "OPENAI_API_KEY" : "TINKER_API_KEY");
-  if (fromEnvironment && !fromEnvironment->empty()) return *fromEnvironment;
   const std::lock_guard guard(lock);
   return openAI ? config.openaiApiKey : config.tinkerApiKey;
+}
+
+ConfigStore::KeyOrigin ConfigStore::keyOrigin(std::string_view model) const {
+  if (!environmentKey(platform, model).empty()) return KeyOrigin::environment;
+  return apiKey(model).empty() ? KeyOrigin::none : KeyOrigin::settings;
 }
 
 std::optional<AppConfig> ConfigStore::read(const std::filesystem::path& file) const {

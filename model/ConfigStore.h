@@ -29,6 +29,11 @@ public:
   /// "" when there is none.
   [[nodiscard]] std::string apiKey(std::string_view model) const;
 
+  enum class KeyOrigin { none, environment, settings };
+
+  /// Where the key comes from that `apiKey` gives.
+  [[nodiscard]] KeyOrigin keyOrigin(std::string_view model) const;
+
   [[nodiscard]] const std::filesystem::path& location() const { return path; }
 
 private:

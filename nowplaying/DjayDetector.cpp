@@ -40,10 +40,7 @@ std::optional<HistoryItem> readNewestItem(const std::filesystem::path& path) {
 } // namespace
 
 NowPlayingTrack DjayDetector::current(const Platform& platform) {
-  if (!djayApplication(platform) &&
-      !ProcessUtils::isRunning(platform, {"djay", "djay Pro", "djayapp"})) {
-    throw NowPlayingError::noActiveSession();
-  }
+  if (!isRunning(platform)) throw NowPlayingError::noActiveSession();
   for (const auto& path : mediaLibraryPaths(platform)) {
     if (!platform.files.exists(path)) continue;
     const auto item = readNewestItem(path);
@@ -57,6 +54,11 @@ NowPlayingTrack DjayDetector::current(const Platform& platform) {
     return track;
   }
   throw NowPlayingError::noActiveSession();
+}
+
+bool DjayDetector::isRunning(const Platform& platform) {
+  return djayApplication(platform) ||
+         ProcessUtils::isRunning(platform, {"djay", "djay Pro", "djayapp"});
 }
 
 std::optional<RunningApplication> DjayDetector::djayApplication(const Platform& platform) {

@@ -18,6 +18,8 @@ public:
   /// NowPlayingError::noActiveSession.
   [[nodiscard]] static NowPlayingTrack current(const Platform& platform);
 
+  [[nodiscard]] static bool isRunning(const Platform& platform);
+
   [[nodiscard]] static std::optional<RunningApplication> djayApplication(const Platform& platform);
 
   /// Where the library may lie, in the order in which it is looked for.

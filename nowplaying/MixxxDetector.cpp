@@ -25,14 +25,16 @@ std::optional<std::string> usableTitle(AccessibilityElement& window, const char*
 } // namespace
 
 NowPlayingTrack MixxxDetector::current(const Platform& platform) {
-  if (!ProcessUtils::isRunning(platform, {"mixxx", "Mixxx"}) && !mixxxApplication(platform)) {
-    throw NowPlayingError::noActiveSession();
-  }
+  if (!isRunning(platform)) throw NowPlayingError::noActiveSession();
   auto title = accessibilityWindowTitle(platform);
   if (!title) title = cgWindowTitle(platform);
   const auto display = title ? displayText(*title) : std::nullopt;
   return display ? MixxxLibrary::track(platform, *display)
                  : MixxxLibrary::currentFromSetlog(platform);
+}
+
+bool MixxxDetector::isRunning(const Platform& platform) {
+  return ProcessUtils::isRunning(platform, {"mixxx", "Mixxx"}) || mixxxApplication(platform);
 }
 
 std::optional<RunningApplication> MixxxDetector::mixxxApplication(const Platform& platform) {

@@ -17,6 +17,8 @@ public:
   /// Throws NowPlayingError::noActiveSession.
   [[nodiscard]] static NowPlayingTrack current(const Platform& platform);
 
+  [[nodiscard]] static bool isRunning(const Platform& platform);
+
   [[nodiscard]] static std::optional<RunningApplication> mixxxApplication(const Platform& platform);
 
   /// The trimmed title of a window that shows a playing track, as Accessibility gives it.

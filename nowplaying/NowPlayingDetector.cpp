@@ -5,6 +5,7 @@
 #include "nowplaying/MixxxDetector.h"
 #include "nowplaying/NowPlayingError.h"
 #include "nowplaying/ProcessUtils.h"
+#include "nowplaying/RekordboxDetector.h"
 #include "nowplaying/SeratoDetector.h"
 #include "nowplaying/StreamingAppDetector.h"
 #include "nowplaying/VirtualDJDetector.h"
@@ -13,8 +14,8 @@ namespace velmor {
 
 namespace {
 
-constexpr auto spotify = "Spotify";
-constexpr auto music = "Music";
+constexpr auto spotify = StreamingAppDetector::spotify;
+constexpr auto music = StreamingAppDetector::music;
 
 /// The reader's track, or nothing: why it found none is nobody's concern, the next source is tried.
 template <typename Reader>
@@ -33,7 +34,7 @@ NowPlayingDetector::NowPlayingDetector(const Platform& system) : platform(system
 NowPlayingTrack NowPlayingDetector::current() {
   if (auto track = currentMixxx()) return *track;
   // While rekordbox runs, a DJ plays with it: what else sounds on the machine is not the set.
-  if (isRekordboxRunning()) return currentRekordbox();
+  if (RekordboxDetector::isRunning(platform)) return currentRekordbox();
   if (auto track = currentDjay()) return *track;
   if (auto track = currentPlayer(spotify)) return *track;
   if (auto track = currentPlayer(music)) return *track;
@@ -47,18 +48,12 @@ NowPlayingTrack NowPlayingDetector::current() {
 }
 
 std::optional<NowPlayingTrack> NowPlayingDetector::currentMixxx() const {
-  if (!ProcessUtils::isRunning(platform, {"mixxx", "Mixxx"}) &&
-      !MixxxDetector::mixxxApplication(platform)) {
-    return std::nullopt;
-  }
+  if (!MixxxDetector::isRunning(platform)) return std::nullopt;
   return attempt(platform, MixxxDetector::current);
 }
 
 std::optional<NowPlayingTrack> NowPlayingDetector::currentDjay() const {
-  if (!DjayDetector::djayApplication(platform) &&
-      !ProcessUtils::isRunning(platform, {"djay", "djay Pro", "djayapp"})) {
-    return std::nullopt;
-  }
+  if (!DjayDetector::isRunning(platform)) return std::nullopt;
   return attempt(platform, DjayDetector::current);
 }
 

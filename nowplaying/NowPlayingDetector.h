@@ -40,7 +40,6 @@ private:
   std::optional<NowPlayingTrack> currentPlayer(const std::string& name) const;
   bool isPlayerPaused(const std::string& name) const;
 
-  bool isRekordboxRunning() const;
   NowPlayingTrack currentRekordbox();
   std::optional<RekordboxDeck> trackRekordbox(const std::vector<RekordboxDeck>& decks);
   void resetRekordboxState();

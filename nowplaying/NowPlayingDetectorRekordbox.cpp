@@ -1,7 +1,6 @@
 #include "model/Number.h"
 #include "nowplaying/NowPlayingDetector.h"
 #include "nowplaying/NowPlayingError.h"
-#include "nowplaying/ProcessUtils.h"
 #include "nowplaying/RekordboxDetector.h"
 
 #include <algorithm>
@@ -21,13 +20,8 @@ bool hasMoved(const RekordboxDeck& deck, const NowPlayingDetector::Elapsed& prev
 
 } // namespace
 
-bool NowPlayingDetector::isRekordboxRunning() const {
-  return RekordboxDetector::rekordboxApplication(platform) ||
-         ProcessUtils::isRunning(platform, {"rekordbox"});
-}
-
 NowPlayingTrack NowPlayingDetector::currentRekordbox() {
-  if (!isRekordboxRunning()) {
+  if (!RekordboxDetector::isRunning(platform)) {
     resetRekordboxState();
     throw NowPlayingError::noActiveSession();
   }

@@ -47,6 +47,10 @@ AccessibilityElementPtr largest(const std::vector<AccessibilityElementPtr>& wind
 
 } // namespace
 
+bool RekordboxDetector::isRunning(const Platform& platform) {
+  return rekordboxApplication(platform) || ProcessUtils::isRunning(platform, {"rekordbox"});
+}
+
 std::optional<RunningApplication>
 RekordboxDetector::rekordboxApplication(const Platform& platform) {
   return ProcessUtils::application(platform, {.bundleIdentifier = "com.pioneerdj.rekordboxdj",

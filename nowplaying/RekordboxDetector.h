@@ -17,6 +17,8 @@ namespace velmor {
 /// any thread.
 class RekordboxDetector {
 public:
+  [[nodiscard]] static bool isRunning(const Platform& platform);
+
   [[nodiscard]] static std::optional<RunningApplication>
   rekordboxApplication(const Platform& platform);
 

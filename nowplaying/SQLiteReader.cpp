@@ -77,4 +77,13 @@ std::vector<std::string> SQLiteReader::readTextRow(const std::filesystem::path& 
   return row;
 }
 
+bool SQLiteReader::canRead(const std::filesystem::path& path) {
+  try {
+    static_cast<void>(readTextRow(path, "SELECT count(*) FROM sqlite_master", 1));
+    return true;
+  } catch (const NowPlayingError&) {
+    return false;
+  }
+}
+
 } // namespace velmor

@@ -15,6 +15,9 @@ public:
   /// failure, an empty result among them.
   [[nodiscard]] static std::vector<std::string> readTextRow(const std::filesystem::path& path,
                                                             const std::string& query, int columns);
+
+  /// True for a database that this user may read.
+  [[nodiscard]] static bool canRead(const std::filesystem::path& path);
 };
 
 } // namespace velmor

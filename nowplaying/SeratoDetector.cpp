@@ -19,15 +19,25 @@ constexpr auto query =
 } // namespace
 
 NowPlayingTrack SeratoDetector::current(const Platform& platform) {
-  if (!ProcessUtils::isRunning(platform, {"Serato DJ Pro", "Serato DJ Lite", "Serato DJ"})) {
-    throw NowPlayingError::noActiveSession();
+  if (!isRunning(platform)) throw NowPlayingError::noActiveSession();
+  for (const auto& path : historyPaths(platform)) {
+    try {
+      return read(path);
+    } catch (const NowPlayingError&) {
+      continue;
+    }
   }
+  throw NowPlayingError::noActiveSession();
+}
+
+bool SeratoDetector::isRunning(const Platform& platform) {
+  return ProcessUtils::isRunning(platform, {"Serato DJ Pro", "Serato DJ Lite", "Serato DJ"});
+}
+
+std::vector<std::filesystem::path> SeratoDetector::historyPaths(const Platform& platform) {
   const auto home = platform.environment.homeDirectory();
-  try {
-    return read(home / "Music/_Serato_/Library/master.sqlite");
-  } catch (const NowPlayingError&) {
-    return read(home / "Library/Application Support/Serato/Library/master.sqlite");
-  }
+  return {home / "Music/_Serato_/Library/master.sqlite",
+          home / "Library/Application Support/Serato/Library/master.sqlite"};
 }
 
 NowPlayingTrack SeratoDetector::read(const std::filesystem::path& path) {

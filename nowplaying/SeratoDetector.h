@@ -4,6 +4,7 @@
 #include "platform/Platform.h"
 
 #include <filesystem>
+#include <vector>
 
 namespace velmor {
 
@@ -13,7 +14,12 @@ public:
   /// The newest track that is still open in the history. Throws NowPlayingError::noActiveSession.
   [[nodiscard]] static NowPlayingTrack current(const Platform& platform);
 
-  /// The same from the database at this path.
+  [[nodiscard]] static bool isRunning(const Platform& platform);
+
+  /// Where the history may lie, in the order in which it is looked for.
+  [[nodiscard]] static std::vector<std::filesystem::path> historyPaths(const Platform& platform);
+
+  /// What `current` gives, from the database at this path.
   [[nodiscard]] static NowPlayingTrack read(const std::filesystem::path& path);
 };
 

@@ -12,6 +12,10 @@ namespace velmor {
 /// Asks a media player that answers scripts about its track. Stateless; any thread.
 class StreamingAppDetector {
 public:
+  /// The players that are asked, by the name of application and process alike.
+  static constexpr auto spotify = "Spotify";
+  static constexpr auto music = "Music";
+
   /// The track that the player plays, under the given labels; nothing when none of its processes
   /// runs or it does not play. Throws what `runAppleScript` throws.
   [[nodiscard]] static std::optional<NowPlayingTrack>

@@ -10,6 +10,7 @@
 namespace velmor {
 
 class LineInput;
+class SystemStatus;
 
 /// The system's backend: it owns everything that a Platform refers to. Each system links one.
 class Host {
@@ -19,6 +20,8 @@ public:
   [[nodiscard]] virtual const Platform& platform() const = 0;
 
   [[nodiscard]] virtual LineInput& standardInput() = 0;
+
+  [[nodiscard]] virtual SystemStatus& systemStatus() = 0;
 
   /// Connects to the user's display; nothing when there is none. From then on `occupyActor` keeps
   /// the display lane going. What the record names lives as long as the host.

@@ -16,6 +16,7 @@
 #include "platform/linux/PosixFileManager.h"
 #include "platform/linux/PosixProcessLauncher.h"
 #include "platform/linux/ProcessSetup.h"
+#include "platform/linux/SessionStatus.h"
 #include "platform/linux/StandardInputLines.h"
 #include "platform/linux/Syslog.h"
 #include "platform/linux/SystemClock.h"
@@ -33,6 +34,7 @@ public:
 
   [[nodiscard]] const Platform& platform() const override { return parts; }
   [[nodiscard]] LineInput& standardInput() override { return input; }
+  [[nodiscard]] SystemStatus& systemStatus() override { return status; }
   [[nodiscard]] std::optional<Desktop> openDesktop() override;
   void run() override;
   void onTerminationRequest(MainLoop::Work work) override;
@@ -54,6 +56,7 @@ private:
   AtspiAccessibility accessibility{environment, quit.get_token()};
   EwmhWindowList windows;
   MprisScriptHost scripts{players};
+  SessionStatus status{environment, quit.get_token()};
   PlatformRecord record;
   // Behind what its worker threads may use: it waits for them when it is destroyed.
   GlibMainLoop mainLoop;

@@ -1,0 +1,100 @@
+#include "app/Doctor.h"
+
+#include "analysis/AudioAnalysisService.h"
+#include "app/DoctorSources.h"
+#include "model/ConfigStore.h"
+#include "model/ModelProvider.h"
+#include "platform/FileManager.h"
+#include "platform/MainLoop.h"
+#include "platform/PlatformRecord.h"
+#include "platform/SystemStatus.h"
+
+namespace velmor {
+
+namespace {
+
+using State = DoctorFinding::State;
+
+constexpr auto providerLabel = "Model provider";
+
+const char* environmentName(ModelProvider provider) {
+  return provider == ModelProvider::OpenAI ? "OPENAI_API_KEY" : "TINKER_API_KEY";
+}
+
+} // namespace
+
+DoctorReport Doctor::examine() const {
+  DoctorReport report;
+  platform.mainLoop.occupyActor([&] {
+    auto sources = DoctorSources::examine(platform);
+    report.sources = std::move(sources.findings);
+    report.trackCanBeFound = sources.trackCanBeFound;
+    report.surroundings = services();
+    report.surroundings.push_back(ffmpeg());
+    report.surroundings.push_back(extractor());
+    report.surroundings.push_back(portLister());
+  });
+  report.surroundings.push_back(provider());
+  report.suggestionCanBeAsked = report.surroundings.back().state == State::ready;
+  return report;
+}
+
+std::vector<DoctorFinding> Doctor::services() const {
+  std::vector<DoctorFinding> findings;
+  for (auto& service : status.services()) {
+    findings.push_back({std::move(service.name), service.available ? State::ready : State::absent,
+                        std::move(service.detail), std::move(service.advice)});
+  }
+  return findings;
+}
+
+DoctorFinding Doctor::ffmpeg() const {
+  constexpr auto name = "ffmpeg";
+  if (const auto path = AudioAnalysisService::ffmpegPath(platform)) {
+    return {name, State::ready, *path, ""};
+  }
+  return {name, State::absent, "not installed",
+          "Install ffmpeg to measure tempo and key from the sound; suggestions work without."};
+}
+
+DoctorFinding Doctor::extractor() const {
+  constexpr auto name = "Extractor";
+  if (const auto path = AudioAnalysisService::extractorPath(platform)) {
+    return {name, State::ready, *path, ""};
+  }
+  return {name, State::absent, "essentia_streaming_extractor_music is not found",
+          "Run scripts/bootstrap --with-essentia, or name it in ESSENTIA_EXTRACTOR; suggestions "
+          "work without."};
+}
+
+DoctorFinding Doctor::portLister() const {
+  constexpr auto name = "lsof";
+  if (platform.files.isExecutable(platform.record.lsof)) {
+    return {name, State::ready, platform.record.lsof, ""};
+  }
+  return {name, State::absent, "not at " + platform.record.lsof,
+          "Install lsof to find VirtualDJ's network control; its history is read without."};
+}
+
+DoctorFinding Doctor::provider() const {
+  try {
+    const ConfigStore settings(platform);
+    const auto model = settings.current().aiModel;
+    const auto who = providerName(model) + " with " + model;
+    const auto* const variable = environmentName(modelProvider(model));
+    switch (settings.keyOrigin(model)) {
+    case ConfigStore::KeyOrigin::environment:
+      return {providerLabel, State::ready, who + ", key from " + variable, ""};
+    case ConfigStore::KeyOrigin::settings:
+      return {providerLabel, State::ready, who + ", key from " + settings.location().string(), ""};
+    case ConfigStore::KeyOrigin::none:
+      return {providerLabel, State::faulty, who + ", but there is no key",
+              std::string("Enter a key in the settings, or set ") + variable + "."};
+    }
+  } catch (const FileError& error) {
+    return {providerLabel, State::faulty, "the settings cannot be opened", error.what()};
+  }
+  return {providerLabel, State::faulty, "", ""};
+}
+
+} // namespace velmor

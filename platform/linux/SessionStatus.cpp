@@ -1,0 +1,79 @@
+#include "platform/linux/SessionStatus.h"
+
+#include "platform/Environment.h"
+#include "platform/linux/AtspiBus.h"
+#include "platform/linux/BusWait.h"
+#include "platform/linux/SessionBusAddress.h"
+#include "platform/linux/SoundServer.h"
+
+#include <xcb/xcb.h>
+
+#include <utility>
+
+namespace velmor {
+
+namespace {
+
+bool isDisplayOpen(const std::string& name) {
+  auto* const connection = xcb_connect(name.c_str(), nullptr);
+  const bool open = xcb_connection_has_error(connection) == 0;
+  xcb_disconnect(connection);
+  return open;
+}
+
+} // namespace
+
+SessionStatus::SessionStatus(const Environment& theEnvironment, std::stop_token quitToken)
+    : environment(theEnvironment), quit(std::move(quitToken)) {}
+
+std::vector<SystemService> SessionStatus::services() {
+  return {display(), sessionBus(), accessibilityBus(), soundServer()};
+}
+
+SystemService SessionStatus::display() const {
+  constexpr auto advice = "For the window, start Velmor in an X11 session, or in a Wayland session "
+                          "with XWayland; the commands work without a display.";
+  const auto name = environment.variable("DISPLAY").value_or("");
+  if (name.empty()) return {"Display", false, "DISPLAY is not set", advice};
+  if (!isDisplayOpen(name)) return {"Display", false, name + " does not answer", advice};
+  return {"Display", true, "X11 display " + name, ""};
+}
+
+SystemService SessionStatus::sessionBus() const {
+  constexpr auto advice = "Start Velmor from the desktop session, or under dbus-run-session: media "
+                          "players tell their track over this bus.";
+  const auto address = sessionBusAddress(environment);
+  if (!address) return {"Session bus", false, "none runs", advice};
+  const auto end = std::chrono::steady_clock::now() + AtspiBus::patience;
+  if (!BusWait(end, quit).connect(*address)) {
+    return {"Session bus", false, *address + " does not answer", advice};
+  }
+  return {"Session bus", true, *address, ""};
+}
+
+SystemService SessionStatus::accessibilityBus() const {
+  constexpr auto name = "Accessibility bus";
+  constexpr auto use = " rekordbox's decks are read through it.";
+  const auto address = sessionBusAddress(environment);
+  const auto bus = address ? AtspiBus::open(*address, quit) : nullptr;
+  if (!bus) {
+    return {name, false, "none runs", std::string("Install the package at-spi2-core.") + use};
+  }
+  if (!bus->isSwitchedOn()) {
+    return {name, false, "switched off",
+            std::string("Run \"gsettings set org.gnome.desktop.interface toolkit-accessibility "
+                        "true\" and start the DJ program again.") +
+                use};
+  }
+  return {name, true, "switched on", ""};
+}
+
+SystemService SessionStatus::soundServer() const {
+  const auto server = SoundServer::address(environment);
+  if (server && SoundServer::answers(*server)) return {"Sound server", true, *server, ""};
+  return {"Sound server", false, server ? *server + " does not answer" : "none runs",
+          "Start PulseAudio, or PipeWire with pipewire-pulse: the sample of the sound comes from "
+          "it. Suggestions work without."};
+}
+
+} // namespace velmor
