@@ -1,5 +1,6 @@
 #include "app/Doctor.h"
 
+#include "model/AppConfig.h"
 #include "nowplaying/NowPlayingError.h"
 #include "tests/fakes/FakeSystemStatus.h"
 #include "tests/unit/DatabaseFile.h"
@@ -100,8 +101,10 @@ TEST_F(DoctorTest, SaysWhereTheKeyIsButNeverTheKey) {
   for (const auto& [settings, environment, state, detail] :
        {Case{"", "", State::faulty, "no key"}, Case{"sk-stored", "", State::ready, "config.json"},
         Case{"sk-stored", "sk-given", State::ready, "OPENAI_API_KEY"}}) {
-    system.files.files[file].bytes =
-        nlohmann::json{{"version", 8}, {"aiModel", "gpt-5"}, {"openaiApiKey", settings}}.dump();
+    AppConfig config;
+    config.aiModel = "gpt-5";
+    config.openaiApiKey = settings;
+    system.files.files[file].bytes = nlohmann::json(config).dump();
     system.environment.variables = {{"OPENAI_API_KEY", environment}, {"TINKER_API_KEY", "tk"}};
     const auto report = examine();
     EXPECT_EQ(find(report, "Model provider").state, state) << detail;
