@@ -47,10 +47,12 @@ class Session:
     that Velmor looks for asks to be `alone`, and no other session of this machine runs beside it.
     """
 
-    def __init__(self, display=True, bus=True, sound=False, accessibility=False, alone=False):
+    def __init__(self, display=True, bus=True, sound=False, accessibility=False, alone=False,
+                 manager=("openbox", "--sm-disable")):
         self.wanted = {"display": display, "bus": bus, "sound": sound,
                        "accessibility": accessibility}
         self.alone = alone
+        self.manager = manager
         self.processes = []
 
     def __enter__(self):
@@ -75,10 +77,10 @@ class Session:
                if name.endswith("SAN_OPTIONS")},
         }
         try:
-            if self.wanted["display"]:
-                self._startDisplay()
             if self.wanted["bus"]:
                 self._startBus()
+            if self.wanted["display"]:
+                self._startDisplay()
             if self.wanted["accessibility"]:
                 self._startAccessibility()
             if self.wanted["sound"]:
@@ -174,7 +176,7 @@ class Session:
         if not number:
             raise RuntimeError("no display: " + self.log("Xvfb"))
         self.environment["DISPLAY"] = ":" + number
-        self.start(["openbox", "--sm-disable"])
+        self.start(list(self.manager))
         waitUntil(lambda: "window id" in self.run(
             ["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"]).stdout, "a window manager runs")
 

@@ -1,0 +1,105 @@
+"""Where the window is, under each window manager: launch, compact mode, drags, what is saved."""
+
+import unittest
+
+from velmor_window import (BACKGROUND, CLOSE, FULL, MINIMISE, SQUARE, VelmorDesktop)
+
+from session import waitUntil
+
+# The middle lies between two pixels both ways.
+CENTRES = [(x, y, *FULL) for x in (466, 467) for y in (124, 125)]
+
+
+class WindowTest(unittest.TestCase):
+    manager = "openbox"
+
+    def setUp(self):
+        self.desktop = self.enterContext(VelmorDesktop(self.manager))
+
+    def shot(self, name):
+        self.desktop.screenshot(f"{self.manager}-{name}")
+
+    def testComesBackWhereItWasMovedTo(self):
+        desktop = self.desktop
+        process = desktop.open()
+        waitUntil(lambda: desktop.frame() in CENTRES, lambda: f"centred: {desktop.frame()}")
+        self.shot("launch")
+        self.assertLessEqual({"ABOVE", "STICKY", "SKIP_TASKBAR", "SKIP_PAGER"}, desktop.states())
+        x, y, *_ = desktop.frame()
+        desktop.drag(BACKGROUND, -300, 60)
+        moved = (x - 300, y - 60, *FULL)
+        desktop.waitForFrame(moved)
+        self.shot("moved")
+        desktop.click(CLOSE)
+        self.assertEqual(desktop.ended(process), 0)
+        self.assertEqual(desktop.saved(), moved)
+        desktop.open()
+        desktop.waitForFrame(moved)
+
+    def testAPlaceOffTheScreenIsCentredAndSaved(self):
+        self.desktop.open(x=4000, y=100, width=507, height=651)
+        waitUntil(lambda: self.desktop.frame() in CENTRES, "it is in the middle")
+        self.assertIn(self.desktop.saved(), CENTRES)
+
+    def testShrinksToASquareAndBack(self):
+        desktop = self.desktop
+        x, y = 200, 150
+        process = desktop.open(x=x, y=y, width=507, height=651)
+        desktop.waitForFrame((x, y, *FULL))
+        desktop.click(MINIMISE)
+        desktop.waitForFrame((x + FULL[0] - 82, y, *SQUARE))
+        self.assertLessEqual({"ABOVE", "STICKY", "SKIP_TASKBAR"}, desktop.states())
+        self.shot("square")
+
+        desktop.drag((40, 40), 100, -300)
+        dragged = (x + FULL[0] + 18, y + 300, *SQUARE)
+        desktop.waitForFrame(dragged)
+        desktop.click((40, 40))
+        desktop.waitForFrame((x, y, *FULL))
+        self.shot("restored")
+
+        # By the window manager this time, and at the place where the square was left.
+        desktop.tool("windowminimize", str(desktop.client().id))
+        desktop.waitForFrame(dragged)
+        # Out of the taskbar, a square that stayed minimised could not be found again.
+        desktop.tool("windowminimize", str(desktop.client().id))
+        desktop.waitForFrame(dragged)
+        waitUntil(lambda: "HIDDEN" not in desktop.states(), "the square is back")
+        desktop.close()
+        self.assertEqual(desktop.ended(process), 0)
+        self.assertEqual(desktop.saved(), (x, y, *FULL))
+
+    def testStaysAboveWhateverIsRaised(self):
+        desktop = self.desktop
+        desktop.open(x=200, y=150, width=507, height=651)
+        other = desktop.otherWindow()
+        for size in (FULL, SQUARE):
+            desktop.activate(other)
+            waitUntil(lambda: desktop.active() == other.id, "the other window is active")
+            waitUntil(lambda: desktop.topmost() == desktop.client().id, "Velmor is above")
+            self.assertEqual(desktop.active(), other.id, "without taking the focus")
+            self.shot(f"above-{size[0]}")
+            if size == FULL:
+                desktop.click(MINIMISE)
+                desktop.waitForSize(SQUARE)
+
+    def testAHundredCyclesDoNotDrift(self):
+        desktop = self.desktop
+        place = (301, 97, *FULL)
+        desktop.open(x=301, y=97, width=507, height=651)
+        desktop.waitForFrame(place)
+        for cycle in range(100):
+            desktop.click(MINIMISE)
+            waitUntil(lambda: desktop.shows((301 + 507 - 82, 97, *SQUARE)),
+                      lambda: f"the square in cycle {cycle}; it is {desktop.frame()}")
+            desktop.click((40, 40))
+            waitUntil(lambda: desktop.shows(place),
+                      lambda: f"the window in cycle {cycle}; it is {desktop.frame()}")
+
+
+class WindowUnderXfwm4Test(WindowTest):
+    manager = "xfwm4"
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,208 @@
+"""Velmor's window as another process sees it: through the X server, with a hand on the mouse."""
+
+import json
+import os
+import subprocess
+import sys
+import time
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "live"))
+
+# pylint: disable=wrong-import-position
+from Xlib import X, Xutil, display, error, protocol
+from Xlib.ext import xtest
+
+from players import configure
+from session import Session, waitUntil
+
+MANAGERS = {
+    "openbox": ("openbox", "--sm-disable"),
+    "xfwm4": ("xfwm4", "--sm-client-disable", "--compositor=off"),
+}
+SCREEN = (1440, 900)
+FULL = (507, 651)
+SQUARE = (82, 82)
+CLOSE, MINIMISE = (18, 20), (41, 20)
+# A place in the page's bar that no control takes.
+BACKGROUND = (200, 4)
+# The page's ground in the theme that it begins with, blue first.
+LIGHT = bytes([0xF8, 0xF5, 0xF5])
+
+
+class VelmorDesktop(Session):
+    """A private desktop with the window in it; `program` stands in for the built one."""
+
+    def __init__(self, manager="openbox", program=None, **options):
+        super().__init__(manager=MANAGERS[manager], **options)
+        self.program = os.path.abspath(program or os.environ["VELMOR"])
+        self.x = None
+
+    def __enter__(self):
+        super().__enter__()
+        self.x = display.Display(self.environment["DISPLAY"])
+        self.rootWindow = self.x.screen().root
+        return self
+
+    def __exit__(self, *reason):
+        if self.x:
+            self.x.close()
+        super().__exit__(*reason)
+
+    # The program
+
+    def open(self, **window):
+        """Starts the window, with this saved place if any, and waits until it is there."""
+        if window:
+            configure(self, window=window)
+        process = self.start([self.program], log="velmor.log")
+        waitUntil(self.frame, "the window is on the screen")
+        waitUntil(lambda: self.pixel(*BACKGROUND) == LIGHT, "the page shows")
+        return process
+
+    def saved(self):
+        with open(os.path.join(self.home, ".config", "Velmor", "config.json"),
+                  encoding="utf-8") as file:
+            window = json.load(file)["window"]
+        return tuple(window[name] for name in ("x", "y", "width", "height"))
+
+    def ended(self, process, seconds=30):
+        waitUntil(lambda: process.poll() is not None, "the program has ended", seconds)
+        return process.returncode
+
+    # What the X server says
+
+    def client(self):
+        """The window, None while the window manager does not list it."""
+        for number in self._property(self.rootWindow, "_NET_CLIENT_LIST") or []:
+            window = self.x.create_resource_object("window", number)
+            try:
+                if self._text(window, "_NET_WM_NAME") == "Velmor":
+                    return window
+            except error.BadWindow:
+                continue
+        return None
+
+    def frame(self):
+        """Origin at the bottom left, as Velmor counts; None while it is not on the screen."""
+        window = self.client()
+        if not window or window.get_attributes().map_state != X.IsViewable:
+            return None
+        size = window.get_geometry()
+        place = window.translate_coords(self.rootWindow, 0, 0)
+        return (-place.x, SCREEN[1] + place.y - size.height, size.width, size.height)
+
+    def states(self):
+        window = self.client()
+        names = self._property(window, "_NET_WM_STATE") or []
+        states = {self.x.get_atom_name(atom).removeprefix("_NET_WM_STATE_") for atom in names}
+        # Some say it so, some as a state.
+        everywhere = self._property(window, "_NET_WM_DESKTOP") == [0xFFFFFFFF]
+        return states | ({"STICKY"} if everywhere else set())
+
+    def topmost(self):
+        return self._property(self.rootWindow, "_NET_CLIENT_LIST_STACKING")[-1]
+
+    def active(self):
+        return self._property(self.rootWindow, "_NET_ACTIVE_WINDOW")[0]
+
+    def shows(self, expected):
+        """Whether the window has this frame and is painted, with its buttons: it takes clicks."""
+        if self.frame() != expected or min(self.pixel(expected[2] - 3, expected[3] - 3)) < 0xF0:
+            return False
+        return expected[2:] != FULL or max(self.pixel(*MINIMISE)) < 0xD0
+
+    def waitForFrame(self, expected):
+        """The frame has come and stays: read at every moment for a while, nothing else follows."""
+        waitUntil(lambda: self.shows(expected), lambda: f"{expected}; it is {self.frame()}")
+        until = time.monotonic() + 0.5
+        while time.monotonic() < until:
+            assert self.frame() == expected, f"{expected} has become {self.frame()}"
+            time.sleep(0.02)
+
+    def waitForSize(self, size):
+        waitUntil(lambda: (frame := self.frame()) and frame[2:] == size and self.shows(frame),
+                  lambda: f"{size}; it is {self.frame()}")
+
+    def pixel(self, x, y):
+        """The colour at a place of the window."""
+        image = self.client().get_image(x, y, 1, 1, X.ZPixmap, 0xFFFFFF)
+        return bytes(image.data[:3])
+
+    def screenshot(self, name):
+        """Kept in the folder that VELMOR_SHOTS names, for looking at."""
+        if folder := os.environ.get("VELMOR_SHOTS"):
+            subprocess.run(["import", "-window", "root", os.path.join(folder, name + ".png")],
+                           env={**os.environ, **self.environment}, check=True)
+
+    def close(self):
+        """As the window manager closes a window."""
+        event = protocol.event.ClientMessage(
+            window=self.client(), client_type=self.x.get_atom("_NET_CLOSE_WINDOW"),
+            data=(32, [X.CurrentTime, 2, 0, 0, 0]))
+        mask = X.SubstructureRedirectMask | X.SubstructureNotifyMask
+        self.rootWindow.send_event(event, event_mask=mask)
+        self.x.sync()
+
+    # The mouse
+
+    def moveTo(self, x, y):
+        xtest.fake_input(self.x, X.MotionNotify, x=x, y=y)
+        self.x.sync()
+
+    def button(self, number, down):
+        xtest.fake_input(self.x, X.ButtonPress if down else X.ButtonRelease, number)
+        self.x.sync()
+
+    def onScreen(self, place):
+        """A place of the window in the X server's coordinates."""
+        x, y, _, height = self.frame()
+        return x + place[0], SCREEN[1] - y - height + place[1]
+
+    def click(self, place, number=1):
+        self.moveTo(*self.onScreen(place))
+        self.button(number, True)
+        self.button(number, False)
+
+    def drag(self, place, right, down, steps=10):
+        x, y = self.onScreen(place)
+        self.moveTo(x, y)
+        self.button(1, True)
+        # A hand takes its time, too, until it moves.
+        time.sleep(0.3)
+        for step in range(1, steps + 1):
+            self.moveTo(x + right * step // steps, y + down * step // steps)
+            time.sleep(0.02)
+        self.button(1, False)
+
+    def key(self, *keys):
+        subprocess.run(["xdotool", "key", *keys], env={**os.environ, **self.environment},
+                       check=True)
+
+    def tool(self, *arguments):
+        subprocess.run(["xdotool", *arguments], env={**os.environ, **self.environment}, check=True)
+
+    # Other windows
+
+    def otherWindow(self):
+        """Another application's window over the whole screen; gives its number."""
+        root = self.x.screen()
+        window = root.root.create_window(0, 0, 1400, 850, 0, root.root_depth,
+                                         background_pixel=0x336699)
+        window.set_wm_name("other")
+        window.set_wm_hints(flags=Xutil.InputHint, input=1)
+        window.map()
+        self.x.sync()
+        waitUntil(lambda: window.id in (self._property(self.rootWindow, "_NET_CLIENT_LIST") or []),
+                  "the other window is there")
+        return window
+
+    def activate(self, window):
+        self.tool("windowactivate", "--sync", str(window.id))
+
+    def _property(self, window, name):
+        value = window.get_full_property(self.x.get_atom(name), X.AnyPropertyType)
+        return list(value.value) if value else None
+
+    def _text(self, window, name):
+        value = window.get_full_property(self.x.get_atom(name), self.x.get_atom("UTF8_STRING"))
+        return value.value.decode() if value else None
