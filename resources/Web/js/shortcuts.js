@@ -18,7 +18,8 @@
 
   function goTo(rank) {
     update({ view: 'list' });
-    setTimeout(() => Velmor.focusCard(rank));
+    // After the redraw, and before the next key.
+    queueMicrotask(() => Velmor.focusCard(rank));
   }
 
   const minimise = () =>

@@ -53,7 +53,8 @@
 
   function openCard(rank) {
     update({ view: 'list', open: rank });
-    setTimeout(() => Velmor.focusCard(rank));
+    // After the redraw, and before the next key.
+    queueMicrotask(() => Velmor.focusCard(rank));
   }
 
   function lights(element, rank) {
