@@ -16,6 +16,39 @@ constexpr Seconds beforeComingBack{0.02};
 /// A window manager that has not brought the window back by then is asked again.
 constexpr Seconds longestComingBack{1};
 
+/// The window that lies above all others, as far as the window manager tells.
+std::optional<::Window> topmost(GdkScreen* screen) {
+  GdkAtom type = nullptr;
+  int length = 0;
+  guchar* list = nullptr;
+  if (gdk_property_get(gdk_screen_get_root_window(screen),
+                       gdk_atom_intern_static_string("_NET_CLIENT_LIST_STACKING"), GDK_NONE, 0,
+                       G_MAXINT, FALSE, &type, nullptr, &length, &list) == FALSE)
+    return std::nullopt;
+  std::optional<::Window> last;
+  const auto size = static_cast<std::size_t>(length) / sizeof(::Window);
+  if (size > 0) last = reinterpret_cast<::Window*>(list)[size - 1];
+  g_free(list);
+  return last;
+}
+
+/// Raises the window above the one that is topmost now. Some window managers take a plain raise as
+/// a wish for the keyboard focus.
+void raiseAboveTopmost(GdkWindow* surface) {
+  const auto sibling = topmost(gdk_window_get_screen(surface));
+  const auto own = gdk_x11_window_get_xid(surface);
+  if (sibling == own) return;
+  auto* const display = gdk_window_get_display(surface);
+  XWindowChanges changes{};
+  changes.stack_mode = Above;
+  changes.sibling = sibling.value_or(None);
+  gdk_x11_display_error_trap_push(display);
+  XReconfigureWMWindow(gdk_x11_display_get_xdisplay(display), own,
+                       gdk_x11_screen_get_screen_number(gdk_window_get_screen(surface)),
+                       sibling ? CWSibling | CWStackMode : CWStackMode, &changes);
+  gdk_x11_display_error_trap_pop_ignored(display);
+}
+
 GtkWindow* toplevel(const GObjectPtr<_GtkWidget>& widget) {
   return GTK_WINDOW(widget.get());
 }
@@ -199,7 +232,7 @@ void GtkAppWindow::orderFront() {
 void GtkAppWindow::orderFrontRegardless() {
   if (isClosing) return;
   if (!shown) show();
-  if (!iconified && surface()) gdk_window_raise(surface());
+  if (!iconified && surface()) raiseAboveTopmost(surface());
 }
 
 void GtkAppWindow::close() {

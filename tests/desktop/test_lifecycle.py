@@ -2,11 +2,12 @@
 
 import os
 import signal
+import time
 import unittest
 
-from velmor_window import CLOSE, FULL, MINIMISE, SQUARE, VelmorDesktop
+from velmor_window import CLOSE, FULL, MINIMISE, SQUARE, VelmorDesktop, hungPlayer
 
-from players import configure
+from players import Provider, configure, mpv, tagged
 from session import Session, waitUntil
 
 ENDS_WITHIN = 5
@@ -19,10 +20,6 @@ class LifecycleTest(unittest.TestCase):
         process = self.desktop.open(x=200, y=150, width=507, height=651)
         self.desktop.waitForFrame((200, 150, *FULL))
         return process
-
-    def children(self, process):
-        with open(f"/proc/{process.pid}/task/{process.pid}/children", encoding="ascii") as file:
-            return [int(number) for number in file.read().split()]
 
     def testASecondStartRaisesTheFirst(self):
         process = self.open()
@@ -43,26 +40,58 @@ class LifecycleTest(unittest.TestCase):
             with self.subTest(how):
                 process = self.open()
                 desktop = self.desktop
-                waitUntil(lambda: self.children(process), "the page's processes run")
-                children = self.children(process)
                 desktop.drag((200, 4), 50, 0)
                 desktop.waitForFrame((250, 150, *FULL))
                 if "compact" in how:
                     desktop.click(MINIMISE)
                     desktop.waitForSize(SQUARE)
-                if how == "quit":
-                    desktop.click((200, 300))
-                    desktop.key("ctrl+q")
-                elif how == "close":
-                    desktop.click(CLOSE)
-                else:
-                    process.send_signal(getattr(signal, "SIG" + how.split()[0]))
-                self.assertEqual(desktop.ended(process, ENDS_WITHIN), 0)
+                self.endsCleanly(process, how.split()[0])
                 place = 200 if how == "quit" else 250
                 self.assertEqual(desktop.saved(), (place, 150, *FULL))
-                waitUntil(lambda: not any(os.path.exists(f"/proc/{child}/exe")
-                                          for child in children), "no child is left")
-                self.assertEqual(os.listdir(desktop.environment["TMPDIR"]), [])
+
+    def testEndsInTheMiddleOfAnything(self):
+        for state in ("poll", "capture", "request"):
+            for how in ("TERM", "quit"):
+                with self.subTest(state=state, how=how):
+                    process = self.openIn(state)
+                    self.endsCleanly(process, how)
+
+    def openIn(self, state):
+        """Opens the window and brings it to where something is under way."""
+        desktop = self.desktop = self.enterContext(VelmorDesktop(sound=state == "capture"))
+        if state == "poll":
+            hungPlayer(desktop)
+            configure(desktop, autoSuggestTracks=True)
+            return desktop.open()
+        provider = Provider(desktop, "--delay", "60")
+        extractor = {"ESSENTIA_EXTRACTOR": "/bin/false"} if state == "capture" else {}
+        desktop.environment.update(provider.environment, **extractor)
+        mpv(desktop, tagged(desktop, "song.flac", title="Song", artist="Band"))
+        desktop.waitForTrack(title="Song")
+        configure(desktop)
+        process = desktop.open()
+        desktop.click((250, 137))
+        if state == "capture":
+            waitUntil(lambda: "ffmpeg" in desktop.children(process).values(), "it listens")
+        else:
+            waitUntil(lambda: os.path.exists(provider.path) and provider.requests(), "it has asked")
+        return process
+
+    def endsCleanly(self, process, how):
+        children = self.desktop.children(process)
+        self.assertTrue(children)
+        began = time.monotonic()
+        if how == "quit":
+            self.desktop.key("ctrl+q")
+        elif how == "close":
+            self.desktop.click(CLOSE)
+        else:
+            process.send_signal(getattr(signal, "SIG" + how))
+        self.assertEqual(self.desktop.ended(process, ENDS_WITHIN), 0)
+        print(f"ended in {time.monotonic() - began:.2f} s")
+        waitUntil(lambda: not any(os.path.exists(f"/proc/{child}/exe") for child in children),
+                  "no child is left")
+        self.assertEqual(os.listdir(self.desktop.environment["TMPDIR"]), [])
 
     def testWithoutADisplayASentenceSaysWhatWorks(self):
         with Session(display=False) as desktop:
@@ -71,6 +100,23 @@ class LifecycleTest(unittest.TestCase):
                 self.assertEqual(result.returncode, 2)
                 self.assertRegex(result.stderr, r"^velmor: the window needs an X11 display .*"
                                                 r"now, suggest and bridge .*demo.*\n$")
+
+    def testADeadPageIsReportedAndTheWindowLivesOn(self):
+        desktop = self.desktop = self.enterContext(VelmorDesktop())
+        desktop.environment["VELMOR_LOG_STDERR"] = "1"
+        process = desktop.open(x=200, y=150, width=507, height=651)
+        for child, name in desktop.children(process).items():
+            if name.startswith("WebKitWebProces"):
+                os.kill(child, signal.SIGKILL)
+        waitUntil(lambda: "Velmor: web view navigation failed: The page's process ended "
+                  "unexpectedly." in desktop.log("velmor"), "the death is logged")
+        desktop.screenshot("dead-page")
+        desktop.click(MINIMISE)
+        waitUntil(lambda: desktop.frame() == (625, 150, *SQUARE), "the square is there")
+        desktop.click((40, 40))
+        waitUntil(lambda: desktop.frame() == (200, 150, *FULL), "the window is back")
+        process.terminate()
+        self.assertEqual(desktop.ended(process), 0)
 
 
 if __name__ == "__main__":

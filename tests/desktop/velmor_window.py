@@ -2,6 +2,8 @@
 
 import json
 import os
+import shutil
+import signal
 import subprocess
 import sys
 import time
@@ -9,11 +11,12 @@ import time
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "live"))
 
 # pylint: disable=wrong-import-position
-from Xlib import X, Xutil, display, error, protocol
+from Xlib import X, Xatom, Xutil, display, error, protocol
 from Xlib.ext import xtest
 
 from players import configure
-from session import Session, waitUntil
+from session import Session, descendants, waitUntil
+from standins import runScriptAs, writeState
 
 MANAGERS = {
     "openbox": ("openbox", "--sm-disable"),
@@ -68,6 +71,17 @@ class VelmorDesktop(Session):
     def ended(self, process, seconds=30):
         waitUntil(lambda: process.poll() is not None, "the program has ended", seconds)
         return process.returncode
+
+    def children(self, process):
+        """The names of the program's children, by their identifiers."""
+        names = {}
+        for child in descendants(process.pid):
+            try:
+                with open(f"/proc/{child}/comm", encoding="utf-8") as name:
+                    names[child] = name.read().strip()
+            except OSError:
+                continue
+        return names
 
     # What the X server says
 
@@ -183,13 +197,17 @@ class VelmorDesktop(Session):
 
     # Other windows
 
-    def otherWindow(self):
-        """Another application's window over the whole screen; gives its number."""
+    def otherWindow(self, above=False):
+        """Another application's window over most of the screen, if wanted one that asks to be kept
+        above others as well."""
         root = self.x.screen()
         window = root.root.create_window(0, 0, 1400, 850, 0, root.root_depth,
                                          background_pixel=0x336699)
         window.set_wm_name("other")
         window.set_wm_hints(flags=Xutil.InputHint, input=1)
+        if above:
+            window.change_property(self.x.get_atom("_NET_WM_STATE"), Xatom.ATOM, 32,
+                                   [self.x.get_atom("_NET_WM_STATE_ABOVE")])
         window.map()
         self.x.sync()
         waitUntil(lambda: window.id in (self._property(self.rootWindow, "_NET_CLIENT_LIST") or []),
@@ -206,3 +224,24 @@ class VelmorDesktop(Session):
     def _text(self, window, name):
         value = window.get_full_property(self.x.get_atom(name), self.x.get_atom("UTF8_STRING"))
         return value.value.decode() if value else None
+
+
+def hungPlayer(desktop):
+    """A player on the session bus that answers nothing: each look for the track waits for it."""
+    path = writeState(desktop, "player", {"status": "Playing", "metadata": {}})
+    player = runScriptAs(desktop, "player", "mpris_player.py", "hung", "Hung", path)
+    waitUntil(lambda: "mpris.MediaPlayer2.hung" in desktop.run(
+        ["gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path",
+         "/org/freedesktop/DBus", "--method", "org.freedesktop.DBus.ListNames"]).stdout,
+              "the player is on the bus")
+    player.send_signal(signal.SIGSTOP)
+
+
+def withPage(root, change, program=None):
+    """A copy of the program whose page `change` has edited, being given its folder. Gives the
+    copy's path."""
+    program = os.path.abspath(program or os.environ["VELMOR"])
+    folder = os.path.join(root, "copy")
+    shutil.copytree(os.path.join(os.path.dirname(program), "share"), os.path.join(folder, "share"))
+    change(os.path.join(folder, "share", "velmor", "Web"))
+    return shutil.copy2(program, folder)

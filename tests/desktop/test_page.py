@@ -1,0 +1,143 @@
+"""The page in its window: what it hears of real players, and what it may not do."""
+
+import os
+import unittest
+
+from page_probe import Probe
+from velmor_window import BACKGROUND, FULL, MINIMISE, SQUARE, VelmorDesktop, withPage
+
+from players import Provider, configure, mpv, tagged
+from session import waitUntil
+
+# Each leads out of the page or wants more than it gets; what answers is told.
+ESCAPES = """
+  addEventListener('load', () => {
+    open('about:blank');
+    const link = document.createElement('a');
+    link.href = 'file:///etc/hostname';
+    document.body.append(link);
+    link.click();
+    link.target = '_blank';
+    link.click();
+    link.download = 'taken';
+    link.click();
+    location.reload();
+    const frame = document.createElement('iframe');
+    frame.src = 'file:///etc/hostname';
+    document.body.append(frame);
+    location.href = 'file:///etc/passwd';
+    navigator.geolocation?.getCurrentPosition(() => tell('position', null),
+      () => tell('no position', null));
+    tell('handlers', Object.keys(window.webkit.messageHandlers));
+    tell('drag', [typeof window.velmorDragged,
+      typeof window.webkit.messageHandlers.velmorBackground]);
+    setTimeout(() => tell('still here', location.pathname.split('/').pop()), 3000);
+  });
+"""
+
+# Tells when the list has three cards, as many as the settings ask for.
+WATCH_LIST = """
+  const watcher = new MutationObserver(() => {
+    if (document.querySelectorAll('#panel-list li').length !== 3) return;
+    tell('ranking', null);
+    watcher.disconnect();
+  });
+  watcher.observe(document.documentElement, { childList: true, subtree: true });
+"""
+
+
+class PageTest(unittest.TestCase):
+    def setUp(self):
+        self.desktop = self.enterContext(VelmorDesktop())
+
+    def open(self, extra="", **config):
+        probe = self.enterContext(Probe(extra))
+        self.desktop.program = withPage(self.desktop.root, probe.edit)
+        configure(self.desktop, **config)
+        self.desktop.open()
+        return probe
+
+    def testHearsEveryTrackInOrder(self):
+        desktop = self.desktop
+        provider = Provider(desktop)
+        desktop.environment.update(provider.environment)
+        probe = self.open(autoSuggestTracks=True)
+        titles = ("First", "Second")
+        songs = [tagged(desktop, title + ".flac", title=title, artist="Band") for title in titles]
+        socket = desktop.root + "/mpv"
+        player = mpv(desktop, songs[0], "--input-ipc-server=" + socket)
+
+        def command(*words):
+            desktop.run(["python3", "-c", "import json,socket,sys\n"
+                         "s=socket.socket(socket.AF_UNIX);s.connect(sys.argv[1])\n"
+                         "s.sendall((json.dumps({'command':sys.argv[2:]})+'\\n').encode())\n"
+                         "s.recv(1)", socket, *words])
+
+        expected = []
+
+        def waitFor(*names):
+            expected.extend(names)
+            waitUntil(lambda: probe.names() == expected,
+                      lambda: f"{expected}; heard {probe.names()}")
+
+        waitFor("track-changed", "suggestions-ready")
+        command("loadfile", songs[1])
+        waitFor("track-changed", "suggestions-ready")
+        command("set", "pause", "yes")
+        waitFor("track-stopped")
+        command("set", "pause", "no")
+        waitFor("track-changed", "suggestions-ready")
+        desktop.stop(player)
+        waitFor("track-stopped")
+        changes = [detail["song"] for _, detail in probe.events("track-changed")]
+        self.assertEqual(changes, ["First", "Second", "Second"])
+        answers = [detail["currentTrack"]["song"] for _, detail in
+                   probe.events("suggestions-ready")]
+        self.assertEqual(answers, changes)
+
+    def testAClickOnTheButtonBringsTheRanking(self):
+        desktop = self.desktop
+        provider = Provider(desktop)
+        desktop.environment.update(provider.environment)
+        mpv(desktop, tagged(desktop, "song.flac", title="Song", artist="Band"))
+        desktop.waitForTrack(title="Song")
+        probe = self.open(WATCH_LIST, window={"x": 200, "y": 150, "width": 507, "height": 651})
+        # The button is no place to drag the window by, and a drag eats no click that follows.
+        desktop.drag((250, 137), 60, 500)
+        desktop.waitForFrame((200, 150, *FULL))
+        desktop.drag(BACKGROUND, 60, -50)
+        desktop.waitForFrame((260, 200, *FULL))
+        self.assertFalse(os.path.exists(provider.path) and provider.requests())
+        desktop.click((250, 137))
+        waitUntil(lambda: probe.names("ranking"), "the ranking is on the page")
+        desktop.screenshot("ranking")
+        self.assertIn("Song", str(provider.requests()[-1]))
+
+    def testTellsTheModeAndAbout(self):
+        probe = self.open()
+        self.desktop.click(MINIMISE)
+        self.desktop.waitForSize(SQUARE)
+        self.desktop.click((40, 40))
+        self.desktop.waitForSize(FULL)
+        waitUntil(lambda: probe.events("compact-mode") == [("compact-mode", True),
+                                                           ("compact-mode", False)],
+                  "both modes were told")
+        # The menu comes with the other button; its first entry is About.
+        self.desktop.click((250, 560), number=3)
+        self.desktop.screenshot("menu")
+        self.desktop.key("Down", "Return")
+        waitUntil(lambda: probe.names("show-about"), "About was chosen")
+        self.desktop.screenshot("about")
+
+    def testMayNotLeaveThePage(self):
+        probe = self.open(ESCAPES)
+        waitUntil(lambda: "still here" in probe.names(), lambda: f"heard {probe.names()}")
+        told = dict(probe.events())
+        self.assertEqual(told["still here"], "index.html")
+        self.assertEqual(told["drag"], ["undefined", "undefined"])
+        self.assertNotIn("position", told)
+        self.assertEqual(probe.names().count("handlers"), 1, "the page is loaded once")
+
+
+if __name__ == "__main__":
+    unittest.main()
