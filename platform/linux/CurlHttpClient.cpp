@@ -8,7 +8,7 @@
 namespace velmor {
 
 CurlHttpClient::CurlHttpClient(std::stop_token quitToken) : quit(std::move(quitToken)) {
-  curl_global_init(CURL_GLOBAL_DEFAULT);
+  // libcurl sets itself up with the first request, from any thread: starting does not pay for it.
   ignoreBrokenPipes();
 }
 

@@ -1,6 +1,8 @@
 #include "platform/linux/GioWorkspace.h"
 
 #include "platform/SystemLog.h"
+#include "platform/linux/GObjectPtr.h"
+#include "platform/linux/WebKitProfile.h"
 
 #include <gio/gio.h>
 
@@ -12,8 +14,11 @@ GioWorkspace::GioWorkspace(GlibMainLoop& mainLoop, std::stop_source quitSource,
 
 void GioWorkspace::openURL(const std::string& url) {
   if (!hasScheme(url)) return;
+  const GObjectPtr<GAppLaunchContext> context(g_app_launch_context_new());
+  // How this window is drawn is nothing to a browser.
+  g_app_launch_context_unsetenv(context.get(), WebKitProfile::processorVariable);
   GError* error = nullptr;
-  if (g_app_info_launch_default_for_uri(url.c_str(), nullptr, &error) != FALSE) return;
+  if (g_app_info_launch_default_for_uri(url.c_str(), context.get(), &error) != FALSE) return;
   log.write(std::string("Velmor: could not open a link: ") + error->message);
   g_error_free(error);
 }

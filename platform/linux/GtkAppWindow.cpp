@@ -13,6 +13,8 @@ namespace {
 
 /// Long enough for the new size to arrive before the window does: it never flashes in the old one.
 constexpr Seconds beforeComingBack{0.02};
+/// Looking through the icon themes takes time that the page needs to come up.
+constexpr Seconds afterFirstPicture{2};
 /// A window manager that has not brought the window back by then is asked again.
 constexpr Seconds longestComingBack{1};
 
@@ -65,12 +67,14 @@ GtkAppWindow::GtkAppWindow(const Context& surroundings, const Rect& content, uns
     , glass(overlay, [this](void* event) { context.menu.popUp(window.get(), event); })
     , place(context.loop, toplevel(window), GtkScreens::toX(content)) {
   gtk_window_set_decorated(toplevel(window), FALSE);
-  gtk_window_set_icon_name(toplevel(window), "velmor");
   gtk_container_add(GTK_CONTAINER(window.get()), GTK_WIDGET(overlay));
   gtk_widget_show(GTK_WIDGET(overlay));
   context.menu.attach(toplevel(window));
   buttons.setStyleMask(mask);
   connectSignals();
+  iconComes = context.loop.callLater(MainLoop::Lane::Display, afterFirstPicture, [this] {
+    gtk_window_set_icon_name(toplevel(window), "velmor");
+  });
 }
 
 GtkAppWindow::~GtkAppWindow() {

@@ -92,6 +92,7 @@ private:
   bool iconified = false;
   /// Runs from the order to come back until the window manager has carried it out.
   std::unique_ptr<Timer> comingBack;
+  std::unique_ptr<Timer> iconComes;
   bool isClosing = false;
   Size reportedSize;
   SignalConnections signals;

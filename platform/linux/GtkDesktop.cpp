@@ -23,6 +23,7 @@ constexpr unsigned privateFolder = 0700;
 std::unique_ptr<GtkDesktop> GtkDesktop::open(const Platform& platform) {
   // Only on X11 may a window place and raise itself; a Wayland session offers it as well.
   gdk_set_allowed_backends("x11");
+  WebKitProfile::drawOnProcessor();
   gtk_disable_setlocale();
   g_set_prgname("velmor");
   g_set_application_name("Velmor");

@@ -13,11 +13,43 @@ constexpr auto buttonStyle = R"(
 .velmor-window-button {
   min-width: 20px; min-height: 20px; padding: 0; margin: 0;
   border: none; border-radius: 10px; box-shadow: none; text-shadow: none; outline: none;
-  background: none; color: #808090; font-size: 15px; font-weight: bold;
+  background: none; color: #808090;
 }
 .velmor-window-button:hover { background: #62626f; color: #ffffff; }
 .velmor-window-button.close:hover { background: #c33c3c; }
 )";
+
+constexpr double signRadius = 3.5;
+constexpr double lineWidth = 1.6;
+
+/// The signs are lines and not letters: with those the first picture would wait for the fonts.
+/// They fill a square from -1 to 1.
+void cross(cairo_t* context) {
+  cairo_move_to(context, -1, -1);
+  cairo_line_to(context, 1, 1);
+  cairo_move_to(context, -1, 1);
+  cairo_line_to(context, 1, -1);
+}
+
+void dash(cairo_t* context) {
+  cairo_move_to(context, -1, 0);
+  cairo_line_to(context, 1, 0);
+}
+
+template <void (*sign)(cairo_t*)>
+gboolean draw(GtkWidget* area, cairo_t* context, gpointer) {
+  GdkRGBA color{};
+  gtk_style_context_get_color(gtk_widget_get_style_context(area), gtk_widget_get_state_flags(area),
+                              &color);
+  gdk_cairo_set_source_rgba(context, &color);
+  cairo_translate(context, gtk_widget_get_allocated_width(area) / 2.0,
+                  gtk_widget_get_allocated_height(area) / 2.0);
+  cairo_scale(context, signRadius, signRadius);
+  sign(context);
+  cairo_set_line_width(context, lineWidth / signRadius);
+  cairo_stroke(context);
+  return TRUE;
+}
 
 } // namespace
 
@@ -28,16 +60,20 @@ GtkWindowButtons::GtkWindowButtons(_GtkOverlay* content, Action close, Action mi
   gtk_widget_set_valign(box, GTK_ALIGN_START);
   gtk_widget_set_margin_start(box, 8);
   gtk_widget_set_margin_top(box, 10);
-  widgets[WindowButton::Close] = addButton(box, "×", "Close", onClose);
-  widgets[WindowButton::Miniaturize] = addButton(box, "–", "Minimise", onMiniaturize);
+  widgets[WindowButton::Close] = addButton(box, draw<cross>, "Close", onClose);
+  widgets[WindowButton::Miniaturize] = addButton(box, draw<dash>, "Minimise", onMiniaturize);
   gtk_style_context_add_class(gtk_widget_get_style_context(widgets[WindowButton::Close]), "close");
   gtk_overlay_add_overlay(overlay, box);
   gtk_widget_show(box);
 }
 
-_GtkWidget* GtkWindowButtons::addButton(_GtkWidget* box, const char* glyph, const char* name,
+_GtkWidget* GtkWindowButtons::addButton(_GtkWidget* box, Draw drawSign, const char* name,
                                         Action& action) {
-  auto* const button = gtk_button_new_with_label(glyph);
+  auto* const button = gtk_button_new();
+  auto* const area = gtk_drawing_area_new();
+  signals.connect(area, "draw", drawSign, nullptr);
+  gtk_container_add(GTK_CONTAINER(button), area);
+  gtk_widget_show(area);
   gtk_widget_set_tooltip_text(button, name);
   atk_object_set_name(gtk_widget_get_accessible(button), name);
   // The keyboard belongs to the page.

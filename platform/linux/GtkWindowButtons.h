@@ -7,6 +7,7 @@
 #include <map>
 #include <set>
 
+struct _cairo;
 struct _GtkOverlay;
 struct _GtkWidget;
 
@@ -27,7 +28,9 @@ public:
   [[nodiscard]] std::optional<Rect> frame(WindowButton button) const;
 
 private:
-  [[nodiscard]] _GtkWidget* addButton(_GtkWidget* box, const char* glyph, const char* name,
+  using Draw = int (*)(_GtkWidget* area, _cairo* context, void* data);
+
+  [[nodiscard]] _GtkWidget* addButton(_GtkWidget* box, Draw drawSign, const char* name,
                                       Action& action);
   void update();
 

@@ -17,6 +17,12 @@ GObjectPtr<WebKitWebContext> makeContext(const std::filesystem::path& folder) {
 
 } // namespace
 
+void WebKitProfile::drawOnProcessor() {
+  // The settings alone would still have it load the drivers: a tenth of a start and of the memory.
+  // Who has set the variable knows better.
+  g_setenv(processorVariable, "1", FALSE);
+}
+
 WebKitProfile::WebKitProfile(const std::filesystem::path& folder)
     : webContext(makeContext(folder)) {
   webkit_web_context_set_cache_model(webContext.get(), WEBKIT_CACHE_MODEL_DOCUMENT_VIEWER);

@@ -14,6 +14,12 @@ namespace velmor {
 /// they are not for.
 class WebKitProfile {
 public:
+  /// Tells the toolkit, before its first view, to leave the graphics card alone; what this process
+  /// starts inherits it.
+  static void drawOnProcessor();
+  /// The environment variable by which it is told.
+  static constexpr auto processorVariable = "WEBKIT_DISABLE_DMABUF_RENDERER";
+
   /// `folder` is private to this application and exists.
   explicit WebKitProfile(const std::filesystem::path& folder);
 

@@ -2,9 +2,10 @@
 
 import http.server
 import json
-import os
 import threading
 import urllib.parse
+
+from velmor_window import withScript
 
 SCRIPT = """
 (() => {
@@ -51,17 +52,10 @@ class Probe:
         self.server.shutdown()
         self.server.server_close()
 
-    def edit(self, web):
-        with open(os.path.join(web, "js", "probe.js"), "w", encoding="utf-8") as file:
-            file.write(SCRIPT % (self.server.server_port, self.extra))
-        index = os.path.join(web, "index.html")
-        with open(index, encoding="utf-8") as file:
-            text = file.read()
-        text = text.replace("default-src 'none'",
-                            "default-src 'none'; img-src http://127.0.0.1:* 'self'")
-        with open(index, "w", encoding="utf-8") as file:
-            file.write(text.replace("</head>",
-                                    '<script defer src="js/probe.js"></script></head>'))
+    def addTo(self, root):
+        """The path of a copy of the program with this probe in its page."""
+        script = SCRIPT % (self.server.server_port, self.extra)
+        return withScript(root, script, allowed="img-src http://127.0.0.1:* 'self'")
 
     def events(self, *names):
         """What was heard, in the page's order; those of these names if any are given."""

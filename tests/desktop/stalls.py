@@ -1,6 +1,5 @@
 """How long the window stands still, measured from outside the process."""
 
-import os
 import time
 
 from Xlib import X
@@ -11,7 +10,7 @@ from velmor_window import BACKGROUND
 PROBE = (500, 640)
 """Where the page below changes its colour with every frame that it draws."""
 
-SCRIPT = """
+ANIMATION = """
 const probe = document.createElement('i');
 probe.style.cssText = 'position:fixed;right:0;bottom:0;width:16px;height:24px;z-index:9';
 document.body.append(probe);
@@ -23,17 +22,6 @@ function draw() {
 }
 draw();
 """
-
-
-def animate(web):
-    """Edits a copy of the page so that it never stops drawing."""
-    with open(os.path.join(web, "js", "probe.js"), "w", encoding="utf-8") as file:
-        file.write(SCRIPT)
-    index = os.path.join(web, "index.html")
-    with open(index, encoding="utf-8") as file:
-        text = file.read()
-    with open(index, "w", encoding="utf-8") as file:
-        file.write(text.replace("</head>", '<script defer src="js/probe.js"></script></head>'))
 
 
 def longestPause(sample, act, while_):

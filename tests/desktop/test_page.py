@@ -4,7 +4,7 @@ import os
 import unittest
 
 from page_probe import Probe
-from velmor_window import BACKGROUND, FULL, MINIMISE, SQUARE, VelmorDesktop, withPage
+from velmor_window import BACKGROUND, FULL, MINIMISE, SQUARE, VelmorDesktop
 
 from players import Provider, configure, mpv, tagged
 from session import waitUntil
@@ -52,7 +52,7 @@ class PageTest(unittest.TestCase):
 
     def open(self, extra="", **config):
         probe = self.enterContext(Probe(extra))
-        self.desktop.program = withPage(self.desktop.root, probe.edit)
+        self.desktop.program = probe.addTo(self.desktop.root)
         configure(self.desktop, **config)
         self.desktop.open()
         return probe

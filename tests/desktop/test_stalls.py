@@ -4,8 +4,8 @@ import os
 import time
 import unittest
 
-from stalls import animate, dragPause, paintingPause
-from velmor_window import VelmorDesktop, hungPlayer, withPage
+from stalls import ANIMATION, dragPause, paintingPause
+from velmor_window import VelmorDesktop, hungPlayer, withScript
 
 from players import Provider, configure, mpv, tagged
 from session import waitUntil
@@ -25,7 +25,7 @@ class StallTest(unittest.TestCase):
     def openWithHungPlayer(self, program):
         """Polls that wait for a player which does not answer, one after the other."""
         desktop = self.enterContext(VelmorDesktop(alone=True))
-        desktop.program = withPage(desktop.root, animate, program)
+        desktop.program = withScript(desktop.root, ANIMATION, program)
         hungPlayer(desktop)
         configure(desktop, autoSuggestTracks=True)
         desktop.open()
@@ -50,7 +50,7 @@ class StallTest(unittest.TestCase):
         desktop = self.enterContext(VelmorDesktop(sound=True))
         provider = Provider(desktop)
         desktop.environment.update(provider.environment, ESSENTIA_EXTRACTOR="/bin/false")
-        desktop.program = withPage(desktop.root, animate)
+        desktop.program = withScript(desktop.root, ANIMATION)
         mpv(desktop, tagged(desktop, "song.flac", title="A", artist="B"))
         desktop.waitForTrack(title="A")
         configure(desktop)

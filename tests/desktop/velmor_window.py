@@ -237,11 +237,18 @@ def hungPlayer(desktop):
     player.send_signal(signal.SIGSTOP)
 
 
-def withPage(root, change, program=None):
-    """A copy of the program whose page `change` has edited, being given its folder. Gives the
-    copy's path."""
+def withScript(root, script, program=None, allowed=""):
+    """A copy of the program whose page runs one script more; `allowed` goes into the page's
+    security policy. Gives the copy's path."""
     program = os.path.abspath(program or os.environ["VELMOR"])
     folder = os.path.join(root, "copy")
     shutil.copytree(os.path.join(os.path.dirname(program), "share"), os.path.join(folder, "share"))
-    change(os.path.join(folder, "share", "velmor", "Web"))
+    web = os.path.join(folder, "share", "velmor", "Web")
+    with open(os.path.join(web, "probe.js"), "w", encoding="utf-8") as file:
+        file.write(script)
+    index = os.path.join(web, "index.html")
+    with open(index, encoding="utf-8") as file:
+        text = file.read().replace("default-src 'none'", "default-src 'none'; " + allowed)
+    with open(index, "w", encoding="utf-8") as file:
+        file.write(text.replace("</head>", '<script defer src="probe.js"></script></head>'))
     return shutil.copy2(program, folder)

@@ -1,0 +1,27 @@
+# Copies the page and joins its style sheets and its scripts into one file each: every file more is
+# a round trip between two processes before the window shows something.
+# usage: cmake -D SOURCE=folder -D TARGET=folder -P JoinPage.cmake
+file(READ "${SOURCE}/index.html" html)
+
+function(join tag name)
+  string(REPLACE "@" "([^\"]+)" pattern "[ \n]*${tag}")
+  string(REGEX MATCHALL "${pattern}" found "${html}")
+  set(joined "")
+  foreach(each IN LISTS found)
+    string(REGEX REPLACE "${pattern}" "\\1" file "${each}")
+    file(READ "${SOURCE}/${file}" text)
+    string(APPEND joined "${text}")
+  endforeach()
+  file(WRITE "${TARGET}/${name}" "${joined}")
+
+  string(REGEX REPLACE "${pattern}" "" rest "${html}")
+  string(REPLACE "@" "${name}" one "${tag}")
+  string(REPLACE "</head>" "  ${one}\n  </head>" rest "${rest}")
+  set(html "${rest}" PARENT_SCOPE)
+endfunction()
+
+file(REMOVE_RECURSE "${TARGET}")
+join("<link rel=\"stylesheet\" href=\"@\">" page.css)
+join("<script defer src=\"@\"></script>" page.js)
+file(WRITE "${TARGET}/index.html" "${html}")
+file(COPY "${SOURCE}/velmor-bridge.js" DESTINATION "${TARGET}")
