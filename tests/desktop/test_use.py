@@ -1,0 +1,95 @@
+"""Velmor in a DJ's hands: the keyboard and the settings, in the real window."""
+
+import json
+import os
+import sys
+import unittest
+
+from velmor_window import FULL, SQUARE, VelmorDesktop
+
+from players import Provider, configure, mpv, tagged
+from session import waitUntil
+
+PASTE = """
+import gi
+gi.require_version("Gdk", "3.0")
+gi.require_version("Gtk", "3.0")
+from gi.repository import Gdk, Gtk
+print(Gtk.Clipboard.get(Gdk.SELECTION_CLIPBOARD).wait_for_text())
+"""
+PLACE = {"x": 200, "y": 150, "width": 507, "height": 651}
+FRAME = (200, 150, *FULL)
+MODEL_FIELD, SHEET, SAVE = (200, 95), (250, 450), (454, 624)
+
+
+class UseTest(unittest.TestCase):
+    def setUp(self):
+        self.desktop = self.enterContext(VelmorDesktop())
+
+    def open(self, **config):
+        configure(self.desktop, window=PLACE, **config)
+        self.desktop.open()
+        self.desktop.activate(self.desktop.client())
+
+    def picture(self):
+        return self.desktop.client().get_image(0, 0, *FULL, 2, 0xFFFFFF).data
+
+    def see(self, act, *arguments):
+        """Does something and waits until the page shows it. In the page, what the mouse does can
+        overtake what is still being typed."""
+        before = self.picture()
+        act(*arguments)
+        waitUntil(lambda: self.picture() != before, f"the page shows {arguments}")
+
+    def testKeysAskChooseAndCopy(self):
+        desktop = self.desktop
+        provider = Provider(desktop)
+        desktop.environment.update(provider.environment)
+        mpv(desktop, tagged(desktop, "song.flac", title="Song", artist="Band"))
+        desktop.waitForTrack(title="Song")
+        self.open()
+        desktop.key("s")
+        waitUntil(lambda: os.path.exists(provider.path) and provider.requests(), "it asks")
+
+        def copied():
+            desktop.key("2", "c")
+            return desktop.run([sys.executable, "-c", PASTE]).stdout
+
+        # Until the ranking is there, there is no second card.
+        waitUntil(lambda: " – " in copied(), "the second song is in the clipboard")
+        for view in "wh":
+            self.see(desktop.key, view)
+            desktop.screenshot("view-" + view)
+        desktop.key("m")
+        desktop.waitForSize(SQUARE)
+        desktop.screenshot("compact")
+        desktop.click((40, 40))
+        desktop.waitForFrame(FRAME)
+
+    def testSettingsAreEnteredByHand(self):
+        desktop = self.desktop
+        self.open(aiModel="another-model")
+        self.see(desktop.key, "comma")
+        # Text is selected by dragging over it, which leaves the window where it is.
+        self.see(desktop.drag, MODEL_FIELD, -195, 0)
+        desktop.tool("type", "gpt-y\t\t\t\t\tentered-<by>-hand")
+        desktop.moveTo(*desktop.onScreen(SHEET))
+        self.see(desktop.tool, "click", "--repeat", "10", "5")
+        desktop.screenshot("settings")
+        desktop.waitForFrame(FRAME)
+        desktop.click(SAVE)
+        path = os.path.join(desktop.home, ".config", "Velmor", "config.json")
+
+        def stored():
+            with open(path, encoding="utf-8") as file:
+                config = json.load(file)
+            return {name: config[name] for name in ("aiModel", "tinkerApiKey", "window")}
+
+        wanted = {"aiModel": "gpt-y", "tinkerApiKey": "entered-<by>-hand", "window": PLACE}
+        waitUntil(lambda: stored() == wanted, lambda: f"{wanted}; stored {stored()}")
+        self.assertEqual(os.stat(path).st_mode & 0o777, 0o600)
+        desktop.waitForFrame(FRAME)
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,65 @@
+#include "tests/desktop/ChangedHost.h"
+
+namespace {
+
+using namespace velmor;
+
+/// The watcher's pauses pass a hundred times as fast, and each is told.
+class HurriedLoop : public MainLoop {
+public:
+  explicit HurriedLoop(MainLoop& loop) : real(loop) {}
+
+  void post(Lane lane, Work work) override { real.post(lane, std::move(work)); }
+  std::unique_ptr<Timer> callLater(Lane lane, Seconds delay, Work work) override {
+    constexpr Seconds pauseOfWatcher{1.5};
+    constexpr double hurry = 100;
+    if (lane != Lane::Actor || delay != pauseOfWatcher)
+      return real.callLater(lane, delay, std::move(work));
+    std::cout << "poll" << std::endl;
+    return real.callLater(lane, delay / hurry, std::move(work));
+  }
+  std::unique_ptr<Timer> callEvery(Lane lane, Seconds interval, Work work) override {
+    return real.callEvery(lane, interval, std::move(work));
+  }
+  void startWorker(Work work, Work done) override {
+    real.startWorker(std::move(work), std::move(done));
+  }
+  void occupyActor(const Work& work) override { real.occupyActor(work); }
+
+private:
+  MainLoop& real;
+};
+
+class HurriedHost : public ChangedHost {
+public:
+  const Platform& platform() const override { return parts; }
+
+private:
+  static Platform with(const Platform& system, MainLoop& loop) {
+    return {.mainLoop = loop,
+            .clock = system.clock,
+            .environment = system.environment,
+            .files = system.files,
+            .bundle = system.bundle,
+            .log = system.log,
+            .processes = system.processes,
+            .http = system.http,
+            .applications = system.applications,
+            .mediaRemote = system.mediaRemote,
+            .accessibility = system.accessibility,
+            .windows = system.windows,
+            .scripts = system.scripts,
+            .workspace = system.workspace,
+            .record = system.record};
+  }
+
+  HurriedLoop loop{host.platform().mainLoop};
+  Platform parts = with(host.platform(), loop);
+};
+
+} // namespace
+
+int main() {
+  HurriedHost host;
+  return ChangedHost::runWindow(host);
+}
