@@ -11,7 +11,7 @@ add_compile_options(
   # A designated initialiser leaves the other members at their defaults: that is its point.
   -Wno-missing-field-initializers
   # GCC 12 sees overlaps in std::string's own code that are not there (GCC bug 105651).
-  -Wno-restrict)
+  $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
 # Two builds of one commit in two folders give the same program.
 add_compile_options("-ffile-prefix-map=${CMAKE_SOURCE_DIR}=." "-ffile-prefix-map=${CMAKE_BINARY_DIR}=build")
 add_compile_options($<$<CONFIG:Release>:-fstack-protector-strong> $<$<CONFIG:Release>:-D_FORTIFY_SOURCE=2>)

@@ -35,7 +35,7 @@ class PollsTest(unittest.TestCase):
 
         waitUntil(lambda: after(SETTLED), "the first polls", 300)
         before, memory = holdings()
-        waitUntil(lambda: after(SETTLED + POLLS), lambda: f"all polls; saw {self.seen}", 1000)
+        waitUntil(lambda: after(SETTLED + POLLS), lambda: f"all polls; saw {self.seen}", 3000)
         # What a poll in this moment holds goes with it.
         waitUntil(lambda: holdings()[0] == before, lambda: f"{before}; now {holdings()[0]}")
         grown = holdings()[1] - memory
