@@ -19,8 +19,7 @@ struct FakePlayer::Bus {
       ++self.unanswered;
     } else {
       const std::string interface = g_dbus_message_get_arg0(message);
-      reply(connection, message,
-            interface == "org.mpris.MediaPlayer2" ? self.program : self.player);
+      reply(connection, message, interface == "org.mpris.MediaPlayer2" ? "" : self.player);
     }
     g_object_unref(message);
     return nullptr;
@@ -45,9 +44,8 @@ struct FakePlayer::Bus {
   }
 };
 
-FakePlayer::FakePlayer(const std::string& address, const std::string& name, std::string properties,
-                       std::string identity)
-    : player(std::move(properties)), program(std::move(identity)) {
+FakePlayer::FakePlayer(const std::string& address, const std::string& name, std::string properties)
+    : player(std::move(properties)) {
   const auto flags =
       static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
                                         G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);

@@ -10,10 +10,9 @@ namespace velmor {
 /// A media player on a bus. It answers on GDBus's own thread, so it needs no main loop.
 class FakePlayer {
 public:
-  /// `properties` and `identity` are dictionaries in GVariant's text form; without an identity
-  /// the player says that it has no such interface.
-  FakePlayer(const std::string& address, const std::string& name, std::string properties,
-             std::string identity = "");
+  /// `properties` is a dictionary in GVariant's text form. The player says that it does not have
+  /// the interface that would identify it, and without properties that it has none.
+  FakePlayer(const std::string& address, const std::string& name, std::string properties);
   FakePlayer(const FakePlayer&) = delete;
   FakePlayer& operator=(const FakePlayer&) = delete;
   ~FakePlayer();
@@ -31,7 +30,6 @@ private:
   struct Bus;
 
   std::string player;
-  std::string program;
   std::atomic<bool> hanging = false;
   std::atomic<int> unanswered = 0;
   unsigned filter = 0;
