@@ -28,7 +28,11 @@ NO_SESSION = ("No active media session found. Start playback in a supported DJ a
 BUS_CONFIGURATION = """<busconfig>
   <type>session</type>
   <listen>unix:path={socket}</listen>
-  <policy context="default"><allow send_destination="*"/><allow own="*"/></policy>
+  <policy context="default">
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+    <allow own="*"/>
+  </policy>
 </busconfig>
 """
 

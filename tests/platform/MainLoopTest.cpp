@@ -100,7 +100,7 @@ TEST_F(MainLoopTest, OccupiedActorLaneHoldsItsWorkBackWhileTheDisplayLaneGoesOn)
     if (++frames == 1) loop.post(Lane::Actor, note("from display"));
     if (frames == 5) gate.count_down();
   });
-  loop.post(Lane::Actor, [&] {
+  loop.post(Lane::Display, [&] {
     loop.occupyActor([&] {
       loop.post(Lane::Actor, note("from work"));
       loop.post(Lane::Display, note("display"));
@@ -138,22 +138,6 @@ TEST_F(MainLoopTest, WorkThatTheDisplayLaneStartsMeanwhileWaitsForItsTurn) {
   });
   loop.run();
   EXPECT_THAT(happened, ElementsAre("first", "second", "actor"));
-}
-
-TEST_F(MainLoopTest, QuittingWhileOccupiedEndsTheLoopAfterTheWork) {
-  loop.serveDisplayWhileOccupied(true);
-  std::latch stopped{1};
-  loop.post(Lane::Actor, [&] {
-    const auto request = loop.callLater(Lane::Display, soon, [&] {
-      loop.quit();
-      stopped.count_down();
-    });
-    loop.occupyActor([&] { stopped.wait(); });
-    note("work done")();
-  });
-  loop.post(Lane::Actor, note("never"));
-  loop.run();
-  EXPECT_THAT(happened, ElementsAre("work done"));
 }
 
 TEST_F(MainLoopTest, ReadsLinesOfEveryLengthToTheEnd) {

@@ -1,9 +1,11 @@
 #include "JsonBody.h"
 #include "RequestCheck.h"
-#include "RightRequests.h"
+#include "WantedRequest.h"
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
+#include <regex>
 #include <tuple>
 #include <vector>
 
@@ -16,9 +18,56 @@ using Pointer = json::json_pointer;
 
 constexpr Protocol modelProtocols[] = {Protocol::responses, Protocol::messages};
 
+constexpr const char* key = "local-demo-key";
+constexpr const char* promptText =
+    R"(The currently playing track was verified through the macOS system media session.
+
+Current track:
+- Song: Night "Drive"
+- Artist: Nobody & Co
+- Album: 
+- BPM: 128.00
+- Key: 8A
+- Genre: House
+- Energy: 70/100
+- Audio/source notes: Verified by a test
+- Source application: mpv
+
+Recommend exactly COUNT real songs for the next DJ mix. Never recommend the current track. Prioritize similar BPM (normally within +/- 10 BPM unless half/double time is appropriate), compatible Camelot key, related genre and mood, suitable energy progression, phrasing, and overall set flow. Do not invent facts about the current track when a field is empty or zero.
+
+Submit playbackDetected=true, playbackEvidence="macOS system media session reports Playing", the supplied current track, and exactly COUNT ranked recommendations through the required tool.)";
+
+// Requests as they must look. Those that Velmor itself sends meet the check in the live tests.
+
+std::string rightPrompt(int count = 5) {
+  return std::regex_replace(promptText, std::regex("COUNT"), std::to_string(count));
+}
+
+json rightBody(Protocol protocol, const std::string& prompt = rightPrompt(), int count = 5) {
+  return protocol == Protocol::responses
+             ? WantedRequest::responses("gpt-5-mini", prompt, count)
+             : WantedRequest::messages("thinkingmachines/Inkling-Small", prompt, count);
+}
+
+ReceivedRequest rightRequest(Protocol protocol, const std::string& body) {
+  ReceivedRequest request{"POST", "/v1/responses", {}, body};
+  request.headers = {
+      {"host", "127.0.0.1"}, {"accept", "*/*"}, {"content-type", "application/json"}};
+  if (protocol == Protocol::responses) {
+    request.headers.emplace_back("authorization", std::string("Bearer ") + key);
+  } else if (protocol == Protocol::messages) {
+    request.target = "/services/tinker-prod/anthropic/api/v1/messages";
+    request.headers.emplace_back("x-api-key", key);
+    request.headers.emplace_back("anthropic-version", "2023-06-01");
+  } else {
+    request = {"GET", "/v1/macos", {{"host", "127.0.0.1"}, {"accept", "application/json"}}, ""};
+  }
+  return request;
+}
+
 /// "" when the request passes, else "STATUS PATH: MESSAGE".
 std::string verdict(Protocol protocol, const ReceivedRequest& request) {
-  const RequestCheck check(RightRequests::key);
+  const RequestCheck check(key);
   std::optional<Refusal> refusal;
   if (protocol == Protocol::release) {
     refusal = check.releaseRefusal(request);
@@ -32,11 +81,11 @@ std::string verdict(Protocol protocol, const ReceivedRequest& request) {
 }
 
 std::string bodyVerdict(Protocol protocol, const json& body) {
-  return verdict(protocol, RightRequests::request(protocol, body.dump()));
+  return verdict(protocol, rightRequest(protocol, body.dump()));
 }
 
 std::string promptVerdict(const std::string& prompt) {
-  return bodyVerdict(Protocol::responses, RightRequests::body(Protocol::responses, prompt));
+  return bodyVerdict(Protocol::responses, rightBody(Protocol::responses, prompt));
 }
 
 json altered(const json& value) {
@@ -67,14 +116,13 @@ void collect(const json& body, const Pointer& path, std::vector<json>& changes) 
 
 TEST(RequestCheck, letsRightRequestsPass) {
   for (const auto protocol : modelProtocols)
-    EXPECT_EQ(bodyVerdict(protocol, RightRequests::body(protocol, RightRequests::prompt(10), 10)),
-              "");
-  EXPECT_EQ(verdict(Protocol::release, RightRequests::request(Protocol::release, "")), "");
+    EXPECT_EQ(bodyVerdict(protocol, rightBody(protocol, rightPrompt(10), 10)), "");
+  EXPECT_EQ(verdict(Protocol::release, rightRequest(Protocol::release, "")), "");
 }
 
 TEST(RequestCheck, namesThePathOfEverySingleChangeOfABody) {
   for (const auto protocol : modelProtocols) {
-    const auto body = RightRequests::body(protocol, RightRequests::prompt());
+    const auto body = rightBody(protocol);
     std::vector<json> changes;
     collect(body, Pointer(), changes);
     EXPECT_GT(changes.size(), 250U);
@@ -87,15 +135,14 @@ TEST(RequestCheck, namesThePathOfEverySingleChangeOfABody) {
 }
 
 TEST(RequestCheck, refusesBodiesThatAreNotTheOneObject) {
-  const auto right = RightRequests::body(Protocol::responses, RightRequests::prompt()).dump();
+  const auto right = rightBody(Protocol::responses).dump();
   for (const auto& [body, wanted] : std::vector<std::pair<std::string, std::string>>{
            {right + "}", "400 /: the body is not JSON"},
            {"{\"model\":\"\xff\"}", "400 /: the body is not JSON"},
            {"[" + right + "]", "400 /: the body is not a JSON object"},
            {R"({"tools":[{"name":1},{"name":1,"a~/b":{"x":1,"x":1}}]})",
             "400 /tools/1/a~0~1b/x: member is written twice"}})
-    EXPECT_EQ(verdict(Protocol::responses, RightRequests::request(Protocol::responses, body)),
-              wanted);
+    EXPECT_EQ(verdict(Protocol::responses, rightRequest(Protocol::responses, body)), wanted);
 }
 
 TEST(RequestCheck, holdsTheModelAgainstTheProtocol) {
@@ -105,7 +152,7 @@ TEST(RequestCheck, holdsTheModelAgainstTheProtocol) {
       {Protocol::messages, "gpt-4", "400 /model: must not begin with gpt-"},
       {Protocol::messages, " ", "400 /model: must name a model"}};
   for (const auto& [protocol, model, wanted] : cases) {
-    auto body = RightRequests::body(protocol, RightRequests::prompt());
+    auto body = rightBody(protocol);
     body["model"] = model;
     EXPECT_EQ(bodyVerdict(protocol, body), wanted) << model;
   }
@@ -113,8 +160,7 @@ TEST(RequestCheck, holdsTheModelAgainstTheProtocol) {
 
 TEST(RequestCheck, namesEveryWrongHeader) {
   for (const auto protocol : {Protocol::responses, Protocol::messages, Protocol::release}) {
-    const auto right = RightRequests::request(
-        protocol, RightRequests::body(Protocol::responses, RightRequests::prompt()).dump());
+    const auto right = rightRequest(protocol, rightBody(Protocol::responses).dump());
     for (size_t index = 0; index < right.headers.size(); ++index) {
       const auto& name = right.headers[index].first;
       const bool isFree = name == "host" || (name == "accept" && protocol != Protocol::release);
@@ -156,7 +202,7 @@ TEST(RequestCheck, knowsItsPathsAndMethods) {
 
 TEST(PromptReader, namesEveryLineThatDepartsFromItsTemplate) {
   const std::string path = "400 /input/0/content/0/text: ";
-  const auto right = RightRequests::prompt();
+  const auto right = rightPrompt();
   size_t begin = 0;
   for (int number = 1; number <= 16; ++number) {
     auto changed = right;
@@ -182,14 +228,14 @@ TEST(PromptReader, refusesValuesThatAreNotWrittenAsTheyMustBe) {
       {"exactly 5 real", "exactly 4 real", "14 "},
       {"exactly 5 ranked", "exactly 3 ranked", "16 "}};
   for (const auto& [from, to, line] : cases) {
-    auto prompt = RightRequests::prompt();
+    auto prompt = rightPrompt();
     prompt.replace(prompt.find(from), from.size(), to);
     EXPECT_TRUE(promptVerdict(prompt).starts_with(path + line)) << to << promptVerdict(prompt);
   }
 }
 
 TEST(PromptReader, countMustBeTheToolsToo) {
-  EXPECT_TRUE(promptVerdict(RightRequests::prompt(7)).starts_with("400 /tools/0/description"));
+  EXPECT_TRUE(promptVerdict(rightPrompt(7)).starts_with("400 /tools/0/description"));
 }
 
 } // namespace
