@@ -11,6 +11,9 @@ import sys
 import urllib.parse
 
 FIELDS = ("title", "artist", "album", "genre", "bpm", "key")
+QUESTION = ("deck master play ? deck master is_audible ? get_text '"
+            + "|||".join(f'`deck master get_loaded_song "{field}"`' for field in FIELDS)
+            + "' : get_text '' : get_text ''")
 
 
 class Control(http.server.BaseHTTPRequestHandler):
@@ -32,6 +35,8 @@ class Control(http.server.BaseHTTPRequestHandler):
         # Blanks come as %20: a plus sign would be one.
         if address.path != "/query" or not re.fullmatch(r"script=[^&+ ]+", address.query):
             return 404, "not found"
+        if urllib.parse.unquote(address.query[len("script="):]) != QUESTION:
+            return 200, "error:-2147467259"
         song = state["song"]
         return 200, "|||".join(song[field] for field in FIELDS) + "\n" if song else ""
 
