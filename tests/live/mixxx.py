@@ -1,5 +1,6 @@
 """The real Mixxx in a private desktop, with a library of tagged files."""
 
+import contextlib
 import os
 import sqlite3
 import time
@@ -69,14 +70,11 @@ class Mixxx:
 
     def _tracksInLibrary(self):
         path = os.path.join(self.desktop.home, ".mixxx", "mixxxdb.sqlite")
-        try:
-            library = sqlite3.connect(f"file:{path}?mode=ro", uri=True)
-            try:
+        with contextlib.suppress(sqlite3.Error):
+            address = f"file:{path}?mode=ro"
+            with contextlib.closing(sqlite3.connect(address, uri=True)) as library:
                 return library.execute("SELECT count(*) FROM library").fetchone()[0]
-            finally:
-                library.close()
-        except sqlite3.Error:
-            return 0
+        return 0
 
     def _window(self, name):
         found = self.desktop.run(["xdotool", "search", "--onlyvisible", "--name", name]).stdout

@@ -3,26 +3,38 @@
 import json
 import os
 
-from session import waitUntil
+from session import builtVelmor, waitUntil
 
 KEY = "local-demo-key"
 
 
 def tagged(desktop, name, seconds=60, **tags):
     """A file of quiet sound with these tags."""
+    tone = ("-f", "lavfi", "-i", f"sine=frequency=220:duration={seconds}")
+    return converted(desktop, name, *tone, **tags)
+
+
+def converted(desktop, name, *source, **tags):
+    """A file of what ffmpeg makes of these options, with these tags."""
     path = os.path.join(desktop.root, name)
     options = [item for tag in tags.items() for item in ("-metadata", "%s=%s" % tag)]
-    made = desktop.run(["ffmpeg", "-loglevel", "error", "-f", "lavfi", "-i",
-                        f"sine=frequency=220:duration={seconds}", *options, path])
+    made = desktop.run(["ffmpeg", "-loglevel", "error", *source, *options, path])
     assert made.returncode == 0, made.stderr
     return path
 
 
-def mpv(desktop, path, *options):
-    """Plays a file without an end and without a window."""
+def mpv(desktop, path, *options, announced=True):
+    """Plays a file without an end and without a window; when announced, the session bus knows."""
+    script = ["--script=/etc/mpv/scripts/mpris.so"] if announced else []
     return desktop.start(
         ["mpv", "--no-config", "--no-video", "--no-terminal", "--ao=null", "--loop-file=inf",
-         "--script=/etc/mpv/scripts/mpris.so", *options, path])
+         *script, *options, path])
+
+
+def playSong(desktop, **tags):
+    """Plays a song of these tags and gives the track that Velmor then names."""
+    mpv(desktop, tagged(desktop, "song.flac", **tags))
+    return desktop.waitForTrack(title=tags["title"])
 
 
 class Provider:
@@ -30,8 +42,8 @@ class Provider:
 
     def __init__(self, desktop, *options):
         self.path = os.path.join(desktop.root, "requests")
-        program = os.path.join(os.path.dirname(os.environ["VELMOR"]), "velmor-local-provider")
-        desktop.start([os.path.abspath(program), "--record", self.path, *options])
+        program = os.path.join(os.path.dirname(builtVelmor()), "velmor-local-provider")
+        desktop.start([program, "--record", self.path, *options])
         log = os.path.basename(program)
         self.address = waitUntil(lambda: desktop.log(log).splitlines(), "the provider is ready")[0]
         self.environment = {

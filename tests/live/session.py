@@ -8,6 +8,7 @@ Nothing of the user's own session is seen or touched, and leaving the block ends
 was started inside it, also those that the buses started and those that left their parents.
 """
 
+import contextlib
 import ctypes
 import fcntl
 import json
@@ -21,12 +22,12 @@ import time
 DEADLINE = 60
 """Generous: a machine under load is slow, and a condition that comes true ends the wait."""
 
-BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
- "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
-<busconfig>
+NO_SESSION = ("No active media session found. Start playback in a supported DJ app, "
+              "then try again.\n")
+
+BUS_CONFIGURATION = """<busconfig>
   <type>session</type>
   <listen>unix:path={socket}</listen>
-  <auth>EXTERNAL</auth>
   <policy context="default">
     <allow send_destination="*" eavesdrop="true"/>
     <allow eavesdrop="true"/>
@@ -49,8 +50,9 @@ class Session:
 
     def __init__(self, display=True, bus=True, sound=False, accessibility=False, alone=False,
                  manager=("openbox", "--sm-disable")):
-        self.wanted = {"display": display, "bus": bus, "sound": sound,
-                       "accessibility": accessibility}
+        services = ((bus, self._startBus), (display, self._startDisplay),
+                    (accessibility, self._startAccessibility), (sound, self._startSound))
+        self.services = [start for wanted, start in services if wanted]
         self.alone = alone
         self.manager = manager
         self.processes = []
@@ -77,14 +79,8 @@ class Session:
                if name.endswith("SAN_OPTIONS")},
         }
         try:
-            if self.wanted["bus"]:
-                self._startBus()
-            if self.wanted["display"]:
-                self._startDisplay()
-            if self.wanted["accessibility"]:
-                self._startAccessibility()
-            if self.wanted["sound"]:
-                self._startSound()
+            for start in self.services:
+                start()
         except BaseException:
             self.__exit__(None, None, None)
             raise
@@ -99,7 +95,9 @@ class Session:
                 _signal(pid, signal.SIGKILL if overdue else signal.SIGTERM)
             for process in self.processes:
                 process.poll()
-            _reap(started)
+            for pid in started:
+                with contextlib.suppress(ChildProcessError):
+                    os.waitpid(pid, os.WNOHANG)
             if time.monotonic() > deadline:
                 break
             time.sleep(0.05)
@@ -135,14 +133,22 @@ class Session:
             arguments, env={**self.environment, **(environment or {})}, cwd=self.home,
             capture_output=True, text=True, timeout=timeout, **options)
 
-    def velmor(self, *arguments, environment=None):
-        """Runs the program under test, which the variable VELMOR names."""
-        return self.run([os.path.abspath(os.environ["VELMOR"]), *arguments], environment)
+    def velmor(self, *arguments, **options):
+        """Runs the program under test."""
+        return self.run([builtVelmor(), *arguments], **options)
 
     def nowPlaying(self, environment=None):
         """The track that Velmor names, or None when it reports that it found none."""
         result = self.velmor("now", "--json", environment=environment)
         return json.loads(result.stdout) if result.returncode == 0 else None
+
+    def named(self, *fields):
+        """These fields of the track, or the sentence that says why there is none."""
+        result = self.velmor("now", "--json")
+        if result.returncode != 0:
+            return result.stderr
+        track = json.loads(result.stdout)
+        return tuple(track[field] for field in fields)
 
     def waitForTrack(self, environment=None, **expected):
         """Asks Velmor until the track has the expected fields, and gives the track."""
@@ -215,6 +221,11 @@ class Session:
                          "--method", method]).stdout
 
 
+def builtVelmor():
+    """The program under test, which the variable VELMOR names."""
+    return os.path.abspath(os.environ["VELMOR"])
+
+
 def waitUntil(condition, what, seconds=DEADLINE):
     """Waits for the condition and gives its value. `what`, a text or a function that gives one,
     says what was awaited in vain."""
@@ -257,15 +268,5 @@ def descendants(ancestor):
 
 
 def _signal(pid, number):
-    try:
+    with contextlib.suppress(ProcessLookupError):
         os.kill(pid, number)
-    except ProcessLookupError:
-        pass
-
-
-def _reap(pids):
-    for pid in pids:
-        try:
-            os.waitpid(pid, os.WNOHANG)
-        except ChildProcessError:
-            pass

@@ -10,8 +10,8 @@ import sys
 import unittest
 import uuid
 
-from players import Provider, configure
-from session import Session, waitUntil
+from players import Provider, converted, mpv
+from session import Session, builtVelmor, waitUntil
 
 GENERATOR = os.path.join(os.path.dirname(__file__), "..", "..", "tools", "piece-generator")
 sys.path.insert(0, GENERATOR)
@@ -31,9 +31,7 @@ KEEPING = EXTRACTOR + ' "$1" "$2" >"$REPORT.log" 2>&1 || exit; cp "$2" "$REPORT"
 REPORTING = """echo '{"rhythm": {"bpm": 91.5}}' >"$2" && cp "$2" "$REPORT"; """
 LOUD = "head -c 100000000 /dev/zero | tr '\\0' x; "
 BROKEN = {
-    "exit 2": REPORTING + "echo broken; echo down >&2; exit 2",
     "flood and exit 2": REPORTING + LOUD + "exit 2",
-    "garbage": """echo '{"rhythm": {"bpm": 12' >"$2" """,
     "no file": "exit 0",
     "not a program": None,
 }
@@ -54,7 +52,6 @@ class Stage:
     def __init__(self, desktop):
         self.desktop = desktop
         self.provider = Provider(desktop)
-        self.velmor = os.path.abspath(os.environ["VELMOR"])
 
     def extractor(self, name, lines):
         path = os.path.join(self.desktop.root, name)
@@ -70,7 +67,7 @@ class Stage:
                 "REPORT": os.path.join(self.desktop.root, name + ".json"), **changes}
 
     def suggest(self, environment):
-        return self.desktop.run([self.velmor, "suggest", "--json"], environment, PATIENCE)
+        return self.desktop.velmor("suggest", "--json", environment=environment, timeout=PATIENCE)
 
     def piece(self, bpm, key, seconds):
         """A generated piece under a name that says nothing."""
@@ -82,19 +79,16 @@ class Stage:
         return self.filtered(path, "anull")
 
     def filtered(self, piece, sound):
-        path = os.path.join(self.desktop.root, uuid.uuid4().hex + ".flac")
-        made = self.desktop.run(["ffmpeg", "-loglevel", "error", "-i", piece, "-af", sound,
-                                 "-metadata", "artist=Nobody", path])
-        assert made.returncode == 0, made.stderr
-        return path
+        return converted(self.desktop, uuid.uuid4().hex + ".flac", "-i", piece, "-af", sound,
+                         artist="Nobody")
 
     def addOutput(self, name):
         self.desktop.run(["pactl", "load-module", "module-null-sink", "sink_name=" + name],
                          check=True)
 
-    def play(self, path, output, *options):
-        self.desktop.start(["mpv", "--no-config", "--no-video", "--no-terminal", "--ao=pulse",
-                            "--audio-device=pulse/" + output, "--loop-file=inf", *options, path])
+    def play(self, path, output, announced=False):
+        mpv(self.desktop, path, "--ao=pulse", "--audio-device=pulse/" + output,
+            announced=announced)
         waitUntil(lambda: output in self.playingOutputs(), "sound reaches " + output)
 
     def playingOutputs(self):
@@ -103,7 +97,7 @@ class Stage:
 
     def announce(self, path):
         """Has a player name the file to Velmor, and play it where sound goes by default."""
-        self.play(path, "speakers", "--script=/etc/mpv/scripts/mpris.so")
+        self.play(path, "speakers", announced=True)
         self.desktop.waitForTrack(title=os.path.basename(path))
 
 
@@ -128,12 +122,16 @@ def recordedIn(environment):
 
 
 class ListeningTest(unittest.TestCase):
+    def assertNoticed(self, notice, ran, environment):
+        self.assertEqual((ran.returncode, ran.stderr), (0, ""))
+        self.assertEqual(json.loads(ran.stdout)["notice"], notice)
+        self.assertEqual(leftIn(environment), [])
+
     def testMeasuresWhatPlays(self):
         with Session(display=False, sound=True) as desktop:
             stage = Stage(desktop)
             # Raised by three semitones it stays where beats are told from dotted ones.
             piece = stage.piece(112, "8A", 64 * 60 / 112)
-            keeping = stage.extractor("keeping", KEEPING)
             for output in ("stretched", "higher", "muted"):
                 stage.addOutput(output)
             stage.play(stage.filtered(piece, "atempo=1.05"), "stretched")
@@ -147,17 +145,13 @@ class ListeningTest(unittest.TestCase):
                 "stretched": ("stretched.monitor", 112 * 1.05, "8A"),
                 "higher": (" higher.monitor\n", 112 * 2 ** (3 / 12), "5A"),
             }
+            devices = {**{name: device for name, (device, *_) in heard.items()},
+                       "muted": "muted.monitor", **dict.fromkeys(BROKEN, "")}
+            extractors = {**dict.fromkeys(devices, KEEPING), **BROKEN}
             environments = {
-                **{name: stage.environment(name, ESSENTIA_EXTRACTOR=keeping,
-                                           VELMOR_AUDIO_DEVICE=device)
-                   for name, (device, *_) in heard.items()},
-                "muted": stage.environment("muted", ESSENTIA_EXTRACTOR=keeping,
-                                           VELMOR_AUDIO_DEVICE="muted.monitor"),
-                "flood": stage.environment("flood", ESSENTIA_EXTRACTOR=stage.extractor(
-                    "flood", REPORTING + LOUD)),
-                **{name: stage.environment(name, ESSENTIA_EXTRACTOR=stage.extractor(name, lines))
-                   for name, lines in BROKEN.items()},
-            }
+                name: stage.environment(name, VELMOR_AUDIO_DEVICE=device,
+                                        ESSENTIA_EXTRACTOR=stage.extractor(name, extractors[name]))
+                for name, device in devices.items()}
             with concurrent.futures.ThreadPoolExecutor(len(environments)) as pool:
                 runs = dict(zip(environments, pool.map(stage.suggest, environments.values())))
             prompts = [request["body"]["messages"][0]["content"][0]["text"]
@@ -168,10 +162,8 @@ class ListeningTest(unittest.TestCase):
 
             for name, ran in runs.items():
                 with self.subTest(name):
-                    self.assertEqual((ran.returncode, ran.stderr), (0, ""))
-                    self.assertEqual(json.loads(ran.stdout)["notice"],
-                                     ANALYZED if name in heard or name == "flood" else UNAVAILABLE)
-                    self.assertEqual(leftIn(environments[name]), [])
+                    self.assertNoticed(ANALYZED if name in heard else UNAVAILABLE, ran,
+                                       environments[name])
             for name, (_, tempo, key) in heard.items():
                 with self.subTest(name):
                     with open(environments[name]["REPORT"], encoding="utf-8") as file:
@@ -182,7 +174,6 @@ class ListeningTest(unittest.TestCase):
                     self.assertEqual(sum(told in prompt for prompt in prompts), 1, told)
                     self.assertAlmostEqual(report["rhythm"]["bpm"], tempo, delta=tempo / 100)
                     self.assertEqual(measured, key)
-            self.assertEqual(sum("- BPM: 91.50\n" in prompt for prompt in prompts), 1)
             self.assertEqual(sum("- BPM: 0.00\n" in prompt for prompt in prompts),
                              len(BROKEN) + len(["muted"]))
             with open(environments["muted"]["REPORT"] + ".log", encoding="utf-8") as log:
@@ -194,21 +185,11 @@ class ListeningTest(unittest.TestCase):
             empty = os.path.join(desktop.root, "empty")
             os.mkdir(empty)
             stage.announce(stage.piece(120, "8A", 2))
-            plain = os.path.join(desktop.root, "plain")
-            with open(plain, "w", encoding="utf-8"):
-                pass
-            missing = {
-                "extractor": ({"PATH": empty}, DETECTED + "."),
-                "executable": ({"PATH": empty, "ESSENTIA_EXTRACTOR": plain}, DETECTED + "."),
-                "sound server": ({"PULSE_SERVER": "unix:" + empty + "/none"}, UNAVAILABLE),
-            }
-            for name, (changes, notice) in missing.items():
+            for name, value, notice in (("PATH", empty, DETECTED + "."),
+                                        ("PULSE_SERVER", f"unix:{empty}/none", UNAVAILABLE)):
                 with self.subTest(name):
-                    environment = stage.environment(name, **changes)
-                    ran = stage.suggest(environment)
-                    self.assertEqual((ran.returncode, ran.stderr), (0, ""))
-                    self.assertEqual(json.loads(ran.stdout)["notice"], notice)
-                    self.assertEqual(leftIn(environment), [])
+                    environment = stage.environment(name, **{name: value})
+                    self.assertNoticed(notice, stage.suggest(environment), environment)
 
     def testEndsAtOnceWhenToldTo(self):
         with Session(display=False, sound=True) as desktop:
@@ -218,7 +199,7 @@ class ListeningTest(unittest.TestCase):
 
             def begun(name, command, **options):
                 environment = stage.environment(name, ESSENTIA_EXTRACTOR=stubborn)
-                program = desktop.start([stage.velmor, command], environment, **options)
+                program = desktop.start([builtVelmor(), command], environment, **options)
                 return program, environment
 
             def endsAt(condition, run, number):
@@ -243,22 +224,6 @@ class ListeningTest(unittest.TestCase):
             os.close(reading)
             os.close(writing)
             self.assertEqual(stage.provider.requests(), [], "nothing is asked in vain")
-
-    def testTheWindowClosesInOrder(self):
-        with Session(sound=True) as desktop:
-            stage = Stage(desktop)
-            stage.announce(stage.piece(120, "8A", 2))
-            settings = configure(desktop, autoSuggestTracks=True)
-            path = os.path.join(desktop.home, ".config", "Velmor", "config.json")
-            environment = stage.environment("window", ESSENTIA_EXTRACTOR=stage.extractor(
-                "stubborn", STUBBORN))
-            window = desktop.start([stage.velmor], environment)
-            waitUntil(lambda: recordedIn(environment), "Velmor listens", PATIENCE)
-            window.send_signal(signal.SIGTERM)
-            self.assertEqual(window.wait(timeout=PROMPT), 0)
-            waitUntil(lambda: leftIn(environment) == [], lambda: leftIn(environment), PROMPT)
-            with open(path, encoding="utf-8") as file:
-                self.assertNotEqual(json.load(file)["window"], settings["window"])
 
 
 if __name__ == "__main__":

@@ -38,20 +38,12 @@ class RekordboxTest(unittest.TestCase):
         paused = {"plays": False}
         with Session(accessibility=True, alone=True) as desktop:
             window = showWindow(desktop, {}, paused)
-            track = desktop.waitForTrack(title=FIRST["title"])
-            self.assertEqual(
-                (track["artist"], track["bpm"], track["key"], track["source"],
-                 track["detection"], track["album"], track["genre"]),
-                ("Ludwig & Friends", 128, "Am", "rekordbox", "rekordbox deck metadata", "", ""))
-
+            desktop.waitForTrack(title=FIRST["title"], artist="Ludwig & Friends", bpm=128, key="Am",
+                                 source="rekordbox", detection="rekordbox deck metadata",
+                                 album="", genre="")
             showDecks(desktop, paused, {})
-            track = desktop.waitForTrack(title=SECOND["title"])
-            self.assertEqual((track["artist"], track["bpm"], track["key"]),
-                             ("DJ A - DJ B", 174.5, "7B"))
-
+            desktop.waitForTrack(title=SECOND["title"], artist="DJ A - DJ B", bpm=174.5, key="7B")
             # Of two that play it is the one that began last.
-            showDecks(desktop, {}, {})
-            desktop.waitForTrack(title=SECOND["title"])
             showDecks(desktop, {"elapsed": 3}, {"elapsed": 300})
             desktop.waitForTrack(title=FIRST["title"])
 

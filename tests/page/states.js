@@ -8,9 +8,19 @@ const ranked = { SuggestTracks: demo.result() };
 /** Stops the page's clock at a time of the night. */
 export const at = (page, time) => page.clock.setFixedTime(new Date(`2026-11-22T${time}`));
 
-async function ask(page) {
+const shrink = (page) => page.setViewportSize({ width: 82, height: 82 });
+
+/** What the native side tells of a track and the suggestions for it. */
+export async function hear(page, track = demo.glue, picks = demo.picks) {
+  await emit(page, 'track-changed', track);
+  await emit(page, 'suggestions-ready', demo.result(track, picks));
+}
+
+/** Asks for suggestions and opens the card at this place, if any. */
+async function ask(page, rank) {
   await page.click('#ask');
   await page.waitForSelector('.card');
+  if (rank) await page.click(`[data-rank="${rank}"] .card-main`);
 }
 
 async function check(page) {
@@ -39,20 +49,11 @@ export const states = {
       await at(page, '23:14:12');
     },
   },
-  list: { answers: ranked, run: ask },
-  'card-open': {
-    answers: ranked,
-    run: async (page) => {
-      await ask(page);
-      await page.click('[data-rank="2"] .card-main');
-    },
-  },
+  list: { answers: ranked, run: (page) => ask(page) },
+  'card-open': { answers: ranked, run: (page) => ask(page, 2) },
   contradiction: {
     answers: { SuggestTracks: demo.result(demo.glue, [demo.picks[9], demo.picks[7], demo.picks[0], demo.picks[0], demo.glue]) },
-    run: async (page) => {
-      await ask(page);
-      await page.click('[data-rank="1"] .card-main');
-    },
+    run: (page) => ask(page, 1),
   },
   wheel: {
     answers: ranked,
@@ -65,11 +66,9 @@ export const states = {
   waiting: {
     settings: auto,
     run: async (page) => {
-      await emit(page, 'track-changed', demo.earlier[0]);
-      await emit(page, 'suggestions-ready', demo.result(demo.earlier[0], demo.picks.slice(2)));
+      await hear(page, demo.earlier[0], demo.picks.slice(2));
       await page.click('[data-rank="1"] .card-main');
-      await emit(page, 'track-changed', demo.glue);
-      await emit(page, 'suggestions-ready', demo.result());
+      await hear(page);
     },
   },
   history: {
@@ -78,8 +77,7 @@ export const states = {
       const times = ['23:02:00', '23:08:00', '23:14:00'];
       for (const [i, track] of [...demo.earlier, demo.glue].entries()) {
         await at(page, times[i]);
-        await emit(page, 'track-changed', track);
-        await emit(page, 'suggestions-ready', demo.result(track));
+        await hear(page, track);
       }
       await page.click('#tab-history');
       await page.click('summary >> nth=0');
@@ -88,8 +86,7 @@ export const states = {
   stopped: {
     answers: ranked, settings: auto,
     run: async (page) => {
-      await emit(page, 'track-changed', demo.glue);
-      await emit(page, 'suggestions-ready', demo.result());
+      await hear(page);
       await emit(page, 'track-stopped');
     },
   },
@@ -101,10 +98,7 @@ export const states = {
   'no-bridge': { bridge: false },
   'long-texts': {
     answers: { SuggestTracks: demo.result({ ...demo.longPicks[0], key: 'Unreadable ♯', other: '', confidence: 1 }, demo.longPicks) },
-    run: async (page) => {
-      await ask(page);
-      await page.click('[data-rank="1"] .card-main');
-    },
+    run: (page) => ask(page, 1),
   },
   settings: { run: (page) => page.click('#open-settings') },
   'settings-wrong': {
@@ -134,7 +128,7 @@ export const states = {
     answers: ranked,
     run: async (page) => {
       await ask(page);
-      await page.setViewportSize({ width: 82, height: 82 });
+      await shrink(page);
     },
   },
   'compact-busy': {
@@ -142,17 +136,16 @@ export const states = {
     run: async (page) => {
       await emit(page, 'track-changed', demo.earlier[1]);
       await page.click('#ask');
-      await page.setViewportSize({ width: 82, height: 82 });
+      await shrink(page);
     },
   },
   'compact-new': {
     settings: auto,
     run: async (page) => {
       await emit(page, 'compact-mode', true);
-      await page.setViewportSize({ width: 82, height: 82 });
-      await emit(page, 'track-changed', demo.earlier[0]);
-      await emit(page, 'suggestions-ready', demo.result(demo.earlier[0]));
+      await shrink(page);
+      await hear(page, demo.earlier[0]);
     },
   },
-  'compact-idle': { run: (page) => page.setViewportSize({ width: 82, height: 82 }) },
+  'compact-idle': { run: shrink },
 };

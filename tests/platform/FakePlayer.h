@@ -2,7 +2,10 @@
 
 #include "platform/linux/GlibHandles.h"
 
+#include <gio/gio.h>
+
 #include <atomic>
+#include <stdexcept>
 #include <string>
 
 namespace velmor {
@@ -10,28 +13,82 @@ namespace velmor {
 /// A media player on a bus. It answers on GDBus's own thread, so it needs no main loop.
 class FakePlayer {
 public:
-  /// `properties` and `identity` are dictionaries in GVariant's text form; without an identity
-  /// the player says that it has no such interface.
-  FakePlayer(const std::string& address, const std::string& name, std::string properties,
-             std::string identity = "");
+  /// `properties` is a dictionary in GVariant's text form. The player says that it does not have
+  /// the interface that would identify it, and without properties that it has none.
+  FakePlayer(const std::string& address, const std::string& name, std::string properties)
+      : player(std::move(properties)) {
+    const auto flags =
+        static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                                          G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
+    auto* made =
+        g_dbus_connection_new_for_address_sync(address.c_str(), flags, nullptr, nullptr, nullptr);
+    if (!made) throw std::runtime_error("no bus for the player");
+    connection = {made, [](GDBusConnection* released) { g_object_unref(released); }};
+    filter = g_dbus_connection_add_filter(made, take, this, nullptr);
+    const auto busName = "org.mpris.MediaPlayer2." + name;
+    const VariantPtr owned(g_dbus_connection_call_sync(
+        made, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+        "RequestName", g_variant_new("(su)", busName.c_str(), 0U), nullptr, G_DBUS_CALL_FLAGS_NONE,
+        -1, nullptr, nullptr));
+    if (!owned) throw std::runtime_error("no name for the player");
+  }
   FakePlayer(const FakePlayer&) = delete;
   FakePlayer& operator=(const FakePlayer&) = delete;
-  ~FakePlayer();
+  ~FakePlayer() {
+    // Once this returns, GDBus's thread calls the filter no more.
+    g_dbus_connection_close_sync(connection.get(), nullptr, nullptr);
+    g_dbus_connection_remove_filter(connection.get(), filter);
+  }
 
   /// While it hangs it answers nothing.
   void hang(bool hangs) { hanging = hangs; }
 
   /// Announces a new playback status.
-  void announce(const char* status);
+  void announce(const char* status) {
+    const auto signal = "('org.mpris.MediaPlayer2.Player', {'PlaybackStatus': <'" +
+                        std::string(status) + "'>}, @as [])";
+    g_dbus_connection_emit_signal(connection.get(), nullptr, "/org/mpris/MediaPlayer2",
+                                  "org.freedesktop.DBus.Properties", "PropertiesChanged",
+                                  g_variant_new_parsed(signal.c_str()), nullptr);
+    g_dbus_connection_flush_sync(connection.get(), nullptr, nullptr);
+  }
 
   /// How many questions came that it did not answer.
   [[nodiscard]] int ignored() const { return unanswered; }
 
 private:
-  struct Bus;
+  static GDBusMessage* take(GDBusConnection*, GDBusMessage* message, gboolean incoming,
+                            gpointer data) {
+    const bool isQuestion =
+        incoming != FALSE &&
+        g_dbus_message_get_message_type(message) == G_DBUS_MESSAGE_TYPE_METHOD_CALL &&
+        g_strcmp0(g_dbus_message_get_member(message), "GetAll") == 0;
+    if (!isQuestion) return message;
+    static_cast<FakePlayer*>(data)->answer(message);
+    g_object_unref(message);
+    return nullptr;
+  }
+
+  void answer(GDBusMessage* question) {
+    if (hanging) {
+      ++unanswered;
+      return;
+    }
+    const std::string interface = g_dbus_message_get_arg0(question);
+    GDBusMessage* reply = nullptr;
+    if (player.empty() || interface == "org.mpris.MediaPlayer2") {
+      reply = g_dbus_message_new_method_error_literal(
+          question, "org.freedesktop.DBus.Error.UnknownInterface", "none");
+    } else {
+      reply = g_dbus_message_new_method_reply(question);
+      g_dbus_message_set_body(reply, g_variant_new_parsed(("(" + player + ",)").c_str()));
+    }
+    g_dbus_connection_send_message(connection.get(), reply, G_DBUS_SEND_MESSAGE_FLAGS_NONE, nullptr,
+                                   nullptr);
+    g_object_unref(reply);
+  }
 
   std::string player;
-  std::string program;
   std::atomic<bool> hanging = false;
   std::atomic<int> unanswered = 0;
   unsigned filter = 0;

@@ -4,8 +4,9 @@
 #include "tests/fakes/FakeSystem.h"
 #include "tests/platform/FakePlayer.h"
 #include "tests/platform/PrivateBus.h"
+#include "tests/platform/TemporaryFolder.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 
@@ -18,6 +19,7 @@ namespace {
 using std::chrono::steady_clock;
 
 constexpr Seconds generous{30};
+constexpr Seconds brief{0.3};
 
 std::string playing(const std::string& title) {
   return "{'PlaybackStatus': <'Playing'>, 'Rate': <1.0>, 'Metadata': <{'xesam:title': <'" + title +
@@ -35,10 +37,11 @@ protected:
     return std::get<std::string>(info->at(nowPlayingKey::title));
   }
 
-  /// Whether this title is answered before long.
-  bool becomes(const std::string& expected) {
+  /// Whether the condition comes true before long.
+  template <typename Condition>
+  bool becomes(const Condition& condition) {
     const auto deadline = steady_clock::now() + std::chrono::seconds(30);
-    while (title() != expected) {
+    while (!condition()) {
       if (steady_clock::now() > deadline) return false;
     }
     return true;
@@ -53,7 +56,7 @@ protected:
 
 TEST_F(MprisBusTest, AnswersAllQueriesFromOneReading) {
   {
-    const FakePlayer mpv(bus.address, "mpv.instance4", playing("T"), "{'DesktopEntry': <'mpv'>}");
+    const FakePlayer mpv(bus.address, "mpv.instance4", playing("T"));
     const auto session = remote.open();
     EXPECT_EQ(session->nowPlayingApplicationIsPlaying(generous), true);
     const auto info = session->nowPlayingInfo(Seconds{0});
@@ -66,7 +69,6 @@ TEST_F(MprisBusTest, AnswersAllQueriesFromOneReading) {
   const auto session = remote.open();
   EXPECT_EQ(session->nowPlayingApplicationIsPlaying(generous), false);
   EXPECT_EQ(session->nowPlayingInfo(generous), std::nullopt);
-  EXPECT_EQ(session->nowPlayingClient(generous), std::nullopt);
 }
 
 TEST_F(MprisBusTest, PlayersThatMisbehaveDoNotHideTheOneThatPlays) {
@@ -83,25 +85,22 @@ TEST_F(MprisBusTest, AHungPlayerIsPaidForOnceUntilItRecovers) {
   FakePlayer hung(bus.address, "aaa", playing("hung"));
   FakePlayer good(bus.address, "bbb", playing("good"));
   hung.hang(true);
-  EXPECT_EQ(title(Seconds{0.3}), "good");
+  EXPECT_EQ(title(brief), "good");
   const auto start = steady_clock::now();
   EXPECT_EQ(title(generous), "good");
   EXPECT_LT(steady_clock::now() - start, generous / 2);
   EXPECT_GT(hung.ignored(), 0);
   hung.hang(false);
-  EXPECT_TRUE(becomes("hung"));
+  EXPECT_TRUE(becomes([&] { return title() == "hung"; }));
 }
 
 TEST_F(MprisBusTest, TheOneThatBeganLastCountsAmongEquals) {
-  FakePlayer first(bus.address, "aaa", playing("first"));
+  const FakePlayer first(bus.address, "aaa", playing("first"));
   FakePlayer second(bus.address, "bbb", playing("second"));
   EXPECT_EQ(title(), "first");
   second.announce("Paused");
   second.announce("Playing");
-  EXPECT_TRUE(becomes("second"));
-  first.announce("Paused");
-  first.announce("Playing");
-  EXPECT_TRUE(becomes("first"));
+  EXPECT_TRUE(becomes([&] { return title() == "second"; }));
 }
 
 TEST_F(MprisBusTest, QuittingEndsAReading) {
@@ -116,11 +115,8 @@ TEST_F(MprisBusTest, QuittingEndsAReading) {
 }
 
 TEST_F(MprisBusTest, WithoutABusThereIsNoSession) {
-  const auto dead = "unix:path=" + (TemporaryFolder().path / "bus").string();
-  environment.variables = {{"DBUS_SESSION_BUS_ADDRESS", dead}};
-  const auto session = remote.open();
-  EXPECT_EQ(session->nowPlayingApplicationIsPlaying(generous), std::nullopt);
-  EXPECT_EQ(session->nowPlayingInfo(generous), std::nullopt);
+  environment.variables = {{"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere/bus"}};
+  EXPECT_EQ(remote.open()->nowPlayingApplicationIsPlaying(generous), std::nullopt);
   environment.variables = {{"DISPLAY", ":0"}};
   EXPECT_EQ(remote.open(), nullptr);
 }
@@ -144,7 +140,7 @@ TEST_F(MprisBusTest, ComesBackWithABusThatStartsAgain) {
   environment.variables["DBUS_SESSION_BUS_ADDRESS"] = other->address;
   EXPECT_EQ(title(), "");
   other.reset();
-  EXPECT_EQ(remote.open()->nowPlayingApplicationIsPlaying(generous), std::nullopt);
+  EXPECT_TRUE(becomes([&] { return !remote.open()->nowPlayingApplicationIsPlaying(generous); }));
   other.emplace();
   environment.variables["DBUS_SESSION_BUS_ADDRESS"] = other->address;
   const FakePlayer player(other->address, "mpv", playing("T"));

@@ -1,24 +1,28 @@
 #pragma once
 
-#include "tests/platform/TemporaryFolder.h"
+#include "platform/linux/GObjectPtr.h"
 
-#include <sys/types.h>
+#include <gio/gio.h>
+
+#include <string>
 
 namespace velmor {
 
 /// A session bus of the test's own, which knows no services to start.
 class PrivateBus {
 public:
-  PrivateBus();
+  PrivateBus() : bus(g_test_dbus_new(G_TEST_DBUS_NONE)) {
+    g_test_dbus_up(bus.get());
+    address = g_test_dbus_get_bus_address(bus.get());
+  }
   PrivateBus(const PrivateBus&) = delete;
   PrivateBus& operator=(const PrivateBus&) = delete;
-  ~PrivateBus();
+  ~PrivateBus() { g_test_dbus_stop(bus.get()); }
 
   std::string address;
 
 private:
-  TemporaryFolder folder;
-  pid_t daemon = 0;
+  GObjectPtr<GTestDBus> bus;
 };
 
 } // namespace velmor

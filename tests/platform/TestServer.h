@@ -2,6 +2,7 @@
 
 #include <httplib.h>
 
+#include <algorithm>
 #include <condition_variable>
 #include <mutex>
 #include <string>
@@ -10,7 +11,10 @@
 namespace velmor {
 
 /// Before that, a server cannot be stopped.
-void waitUntilRunning(const httplib::Server& server);
+inline void waitUntilRunning(const httplib::Server& server) {
+  while (!server.is_running())
+    std::this_thread::yield();
+}
 
 /// A web server on a free port of this machine. Its paths:
 /// /echo answers with the request line, the headers in small letters and the body;
@@ -18,29 +22,88 @@ void waitUntilRunning(const httplib::Server& server);
 /// /trickle?count=N sends N bytes with short pauses; /loop leads back to itself.
 class TestServer {
 public:
-  TestServer();
+  TestServer() {
+    for (const auto& [path, answer] : answers())
+      server.Get(path, answer).Post(path, answer).Put(path, answer);
+    thread = std::jthread([this] { server.listen_after_bind(); });
+    waitUntilRunning(server);
+  }
   TestServer(const TestServer&) = delete;
   TestServer& operator=(const TestServer&) = delete;
-  ~TestServer();
+  ~TestServer() {
+    {
+      const std::lock_guard guard(lock);
+      ending = true;
+    }
+    changed.notify_all();
+    server.stop();
+  }
 
-  [[nodiscard]] std::string url(const std::string& path) const;
-
-  /// Returns once a request for /silent has come in.
-  void waitForSilentRequest();
+  [[nodiscard]] std::string url(const std::string& path) const {
+    return "http://127.0.0.1:" + std::to_string(port) + path;
+  }
 
   /// How often /loop was asked for.
   [[nodiscard]] int loops() const { return loopRequests; }
 
 private:
-  void addPaths();
-  void pause(std::chrono::milliseconds time);
+  using Request = httplib::Request;
+  using Response = httplib::Response;
+
+  std::map<std::string, httplib::Server::Handler> answers() {
+    return {
+        {"/echo",
+         [](const Request& request, Response& response) {
+           response.set_content(described(request), "text/plain");
+         }},
+        {"/redirect",
+         [](const Request& request, Response& response) {
+           response.status = std::stoi(request.get_param_value("status"));
+           response.set_header("Location", request.get_param_value("to"));
+         }},
+        {"/bytes",
+         [](const Request& request, Response& response) {
+           const auto count = std::stoul(request.get_param_value("count"));
+           response.set_content(std::string(count, 'x'), "x/y");
+         }},
+        {"/loop",
+         [this](const Request&, Response& response) {
+           ++loopRequests;
+           response.set_redirect("/loop");
+         }},
+        {"/silent", [this](const Request&, Response&) { pause(std::chrono::hours(1)); }},
+        {"/trickle",
+         [this](const Request& request, Response& response) {
+           const auto count = std::stoul(request.get_param_value("count"));
+           response.set_content_provider(count, "x/y", [this](auto, auto, auto& sink) {
+             pause(std::chrono::milliseconds(50));
+             return sink.write("x", 1);
+           });
+         }},
+    };
+  }
+
+  static std::string described(const Request& request) {
+    std::string head;
+    for (const auto& [name, value] : request.headers)
+      head.append(name).append(": ").append(value).append("\n");
+    std::ranges::transform(head, head.begin(), [](unsigned char letter) {
+      return static_cast<char>(std::tolower(letter));
+    });
+    return request.method + " " + request.path + "\n" + head + "\n" + request.body;
+  }
+
+  /// Waits so long, or until the server ends.
+  void pause(std::chrono::milliseconds time) {
+    std::unique_lock guard(lock);
+    changed.wait_for(guard, time, [this] { return ending; });
+  }
 
   httplib::Server server;
-  int port;
+  int port = server.bind_to_any_port("127.0.0.1");
   std::mutex lock;
   std::condition_variable changed;
   bool ending = false;
-  int silentRequests = 0;
   std::atomic<int> loopRequests = 0;
   std::jthread thread;
 };

@@ -1,10 +1,12 @@
 #include "JsonBody.h"
 #include "RequestCheck.h"
-#include "RightRequests.h"
+#include "WantedRequest.h"
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
-#include <functional>
+#include <regex>
+#include <tuple>
 #include <vector>
 
 namespace velmor::tests {
@@ -16,9 +18,56 @@ using Pointer = json::json_pointer;
 
 constexpr Protocol modelProtocols[] = {Protocol::responses, Protocol::messages};
 
+constexpr const char* key = "local-demo-key";
+constexpr const char* promptText =
+    R"(The currently playing track was verified through the macOS system media session.
+
+Current track:
+- Song: Night "Drive"
+- Artist: Nobody & Co
+- Album: 
+- BPM: 128.00
+- Key: 8A
+- Genre: House
+- Energy: 70/100
+- Audio/source notes: Verified by a test
+- Source application: mpv
+
+Recommend exactly COUNT real songs for the next DJ mix. Never recommend the current track. Prioritize similar BPM (normally within +/- 10 BPM unless half/double time is appropriate), compatible Camelot key, related genre and mood, suitable energy progression, phrasing, and overall set flow. Do not invent facts about the current track when a field is empty or zero.
+
+Submit playbackDetected=true, playbackEvidence="macOS system media session reports Playing", the supplied current track, and exactly COUNT ranked recommendations through the required tool.)";
+
+// Requests as they must look. Those that Velmor itself sends meet the check in the live tests.
+
+std::string rightPrompt(int count = 5) {
+  return std::regex_replace(promptText, std::regex("COUNT"), std::to_string(count));
+}
+
+json rightBody(Protocol protocol, const std::string& prompt = rightPrompt(), int count = 5) {
+  return protocol == Protocol::responses
+             ? WantedRequest::responses("gpt-5-mini", prompt, count)
+             : WantedRequest::messages("thinkingmachines/Inkling-Small", prompt, count);
+}
+
+ReceivedRequest rightRequest(Protocol protocol, const std::string& body) {
+  ReceivedRequest request{"POST", "/v1/responses", {}, body};
+  request.headers = {
+      {"host", "127.0.0.1"}, {"accept", "*/*"}, {"content-type", "application/json"}};
+  if (protocol == Protocol::responses) {
+    request.headers.emplace_back("authorization", std::string("Bearer ") + key);
+  } else if (protocol == Protocol::messages) {
+    request.target = "/services/tinker-prod/anthropic/api/v1/messages";
+    request.headers.emplace_back("x-api-key", key);
+    request.headers.emplace_back("anthropic-version", "2023-06-01");
+  } else {
+    request = {"GET", "/v1/macos", {{"host", "127.0.0.1"}, {"accept", "application/json"}}, ""};
+  }
+  return request;
+}
+
 /// "" when the request passes, else "STATUS PATH: MESSAGE".
 std::string verdict(Protocol protocol, const ReceivedRequest& request) {
-  const RequestCheck check(RightRequests::key);
+  const RequestCheck check(key);
   std::optional<Refusal> refusal;
   if (protocol == Protocol::release) {
     refusal = check.releaseRefusal(request);
@@ -32,30 +81,11 @@ std::string verdict(Protocol protocol, const ReceivedRequest& request) {
 }
 
 std::string bodyVerdict(Protocol protocol, const json& body) {
-  return verdict(protocol, RightRequests::request(protocol, body.dump()));
+  return verdict(protocol, rightRequest(protocol, body.dump()));
 }
 
 std::string promptVerdict(const std::string& prompt) {
-  return bodyVerdict(Protocol::responses, RightRequests::body(Protocol::responses, prompt));
-}
-
-struct Mutation {
-  std::string path; ///< that the refusal must name
-  json body;
-};
-
-Mutation without(json body, const Pointer& path) {
-  auto& parent = body.at(path.parent_pointer());
-  if (parent.is_array())
-    parent.erase(std::stoul(path.back()));
-  else
-    parent.erase(path.back());
-  return {path.to_string(), std::move(body)};
-}
-
-Mutation with(json body, const Pointer& path, json value) {
-  body[path] = std::move(value);
-  return {path.to_string(), std::move(body)};
+  return bodyVerdict(Protocol::responses, rightBody(Protocol::responses, prompt));
 }
 
 json altered(const json& value) {
@@ -64,84 +94,73 @@ json altered(const json& value) {
   return value.get<double>() + 1;
 }
 
-void collect(const json& body, const Pointer& path, std::vector<Mutation>& mutations) {
+/// Adds every single change of the body below a path, each as a step of a patch.
+void collect(const json& body, const Pointer& path, std::vector<json>& changes) {
   const auto& value = body.at(path);
+  const auto add = [&](const char* operation, const Pointer& where, const json& given) {
+    changes.push_back({{"op", operation}, {"path", where.to_string()}, {"value", given}});
+  };
   if (!path.empty()) {
-    mutations.push_back(without(body, path));
-    mutations.push_back(with(body, path, nullptr));
+    add("remove", path, nullptr);
+    add("replace", path, nullptr);
   }
-  if (value.is_object()) mutations.push_back(with(body, path / "extra", "text"));
-  if (value.is_array()) mutations.push_back(with(body, path / value.size(), "extra"));
+  if (value.is_object()) add("add", path / "extra", "text");
+  if (value.is_array()) add("add", path / value.size(), "extra");
   // Any other name is a right name for a model.
-  if (value.is_primitive() && path.to_string() != "/model")
-    mutations.push_back(with(body, path, altered(value)));
-  if (value.is_number_integer()) mutations.push_back(with(body, path, value.get<double>()));
+  if (value.is_primitive() && path.to_string() != "/model") add("replace", path, altered(value));
+  if (value.is_number_integer()) add("replace", path, value.get<double>());
   if (!value.is_structured()) return;
   for (const auto& [name, member] : value.items())
-    collect(body, path / name, mutations);
+    collect(body, path / name, changes);
 }
 
 TEST(RequestCheck, letsRightRequestsPass) {
   for (const auto protocol : modelProtocols)
-    for (const std::string count : {"3", "5", "7", "10"}) {
-      const auto prompt = RightRequests::prompt("- BPM: 0.00", "- Key: ", "- Genre: ", count);
-      EXPECT_EQ(bodyVerdict(protocol, RightRequests::body(protocol, prompt, count)), "") << count;
-    }
-  EXPECT_EQ(verdict(Protocol::release, RightRequests::request(Protocol::release, "")), "");
+    EXPECT_EQ(bodyVerdict(protocol, rightBody(protocol, rightPrompt(10), 10)), "");
+  EXPECT_EQ(verdict(Protocol::release, rightRequest(Protocol::release, "")), "");
 }
 
 TEST(RequestCheck, namesThePathOfEverySingleChangeOfABody) {
   for (const auto protocol : modelProtocols) {
-    std::vector<Mutation> mutations;
-    collect(RightRequests::body(protocol, RightRequests::prompt()), Pointer(), mutations);
-    EXPECT_GT(mutations.size(), 250U);
-    for (const auto& [path, body] : mutations)
-      EXPECT_TRUE(bodyVerdict(protocol, body).starts_with("400 " + path + ": "))
-          << path << " but got: " << bodyVerdict(protocol, body) << "\nfor " << body;
+    const auto body = rightBody(protocol);
+    std::vector<json> changes;
+    collect(body, Pointer(), changes);
+    EXPECT_GT(changes.size(), 250U);
+    for (const auto& change : changes) {
+      const auto result = bodyVerdict(protocol, body.patch(json::array({change})));
+      EXPECT_TRUE(result.starts_with("400 " + change.at("path").get<std::string>() + ": "))
+          << change << " but got: " << result;
+    }
   }
 }
 
 TEST(RequestCheck, refusesBodiesThatAreNotTheOneObject) {
-  const auto right = RightRequests::body(Protocol::responses, RightRequests::prompt()).dump();
-  const auto twice = R"({"tools":[{"name":1},{"name":1,"a~/b":{"x":1,"x":1}}]})";
-  struct Case {
-    std::string body, verdict;
-  };
-  for (const auto& [body, wanted] :
-       std::vector<Case>{{"", "400 /: the body is not JSON"},
-                         {right + "}", "400 /: the body is not JSON"},
-                         {"{\"model\":\"\xff\"}", "400 /: the body is not JSON"},
-                         {"[" + right + "]", "400 /: the body is not a JSON object"},
-                         {right.substr(0, right.size() - 1) + R"(,"model":"gpt-4"})",
-                          "400 /model: member is written twice"},
-                         {twice, "400 /tools/1/a~0~1b/x: member is written twice"}})
-    EXPECT_EQ(verdict(Protocol::responses, RightRequests::request(Protocol::responses, body)),
-              wanted);
+  const auto right = rightBody(Protocol::responses).dump();
+  for (const auto& [body, wanted] : std::vector<std::pair<std::string, std::string>>{
+           {right + "}", "400 /: the body is not JSON"},
+           {"{\"model\":\"\xff\"}", "400 /: the body is not JSON"},
+           {"[" + right + "]", "400 /: the body is not a JSON object"},
+           {R"({"tools":[{"name":1},{"name":1,"a~/b":{"x":1,"x":1}}]})",
+            "400 /tools/1/a~0~1b/x: member is written twice"}})
+    EXPECT_EQ(verdict(Protocol::responses, rightRequest(Protocol::responses, body)), wanted);
 }
 
 TEST(RequestCheck, holdsTheModelAgainstTheProtocol) {
-  struct Case {
-    Protocol protocol;
-    const char* model;
-    bool right;
-  };
-  for (const auto& [protocol, model, right] :
-       {Case{Protocol::responses, " GPT-4.1 ", true}, Case{Protocol::responses, "o3", false},
-        Case{Protocol::messages, "gpt-4", false}, Case{Protocol::messages, " ", false},
-        Case{Protocol::messages, "gpt", true}}) {
-    auto body = RightRequests::body(protocol, RightRequests::prompt());
+  const std::tuple<Protocol, const char*, const char*> cases[] = {
+      {Protocol::responses, " GPT-4.1 ", ""},
+      {Protocol::responses, "o3", "400 /model: must begin with gpt-"},
+      {Protocol::messages, "gpt-4", "400 /model: must not begin with gpt-"},
+      {Protocol::messages, " ", "400 /model: must name a model"}};
+  for (const auto& [protocol, model, wanted] : cases) {
+    auto body = rightBody(protocol);
     body["model"] = model;
-    const auto result = bodyVerdict(protocol, body);
-    EXPECT_TRUE(right ? result.empty() : result.starts_with("400 /model: ")) << model << result;
+    EXPECT_EQ(bodyVerdict(protocol, body), wanted) << model;
   }
 }
 
 TEST(RequestCheck, namesEveryWrongHeader) {
   for (const auto protocol : {Protocol::responses, Protocol::messages, Protocol::release}) {
-    const std::string body = protocol == Protocol::release
-                                 ? ""
-                                 : RightRequests::body(protocol, RightRequests::prompt()).dump();
-    const auto right = RightRequests::request(protocol, body);
+    const auto right = rightRequest(protocol, rightBody(Protocol::responses).dump());
     for (size_t index = 0; index < right.headers.size(); ++index) {
       const auto& name = right.headers[index].first;
       const bool isFree = name == "host" || (name == "accept" && protocol != Protocol::release);
@@ -155,112 +174,68 @@ TEST(RequestCheck, namesEveryWrongHeader) {
       auto dropped = right;
       dropped.headers.erase(dropped.headers.begin() + static_cast<std::ptrdiff_t>(index));
       EXPECT_EQ(verdict(protocol, dropped), path + "missing header");
-      for (const std::string value : {"", "x", "Bearer ", "Bearer x", "bearer local-demo-key",
-                                      "application/json; charset=utf-8", "2023-01-01"}) {
+      for (const std::string value : {"", "x", "Bearer ", "Bearer x", "bearer local-demo-key"}) {
         auto changed = right;
         changed.headers[index].second = value;
         EXPECT_TRUE(verdict(protocol, changed).starts_with(path)) << name << " = " << value;
       }
     }
-    for (const char* name : {"cookie", "x-other", "accept-language"}) {
-      auto extended = right;
-      extended.headers.emplace_back(name, "1");
-      EXPECT_EQ(verdict(protocol, extended),
-                std::string("400 /headers/") + name + ": unexpected header");
-    }
+    auto extended = right;
+    extended.headers.emplace_back("cookie", "1");
+    EXPECT_EQ(verdict(protocol, extended), "400 /headers/cookie: unexpected header");
   }
 }
 
-TEST(RequestCheck, refusesKeyHeadersOfTheOtherProtocol) {
-  auto request = RightRequests::request(
-      Protocol::responses,
-      RightRequests::body(Protocol::responses, RightRequests::prompt()).dump());
-  request.headers.emplace_back("x-api-key", RightRequests::key);
-  EXPECT_EQ(verdict(Protocol::responses, request), "400 /headers/x-api-key: unexpected header");
-}
-
 TEST(RequestCheck, knowsItsPathsAndMethods) {
-  struct Case {
-    const char *method, *target;
-    int status;
-  };
-  for (const auto& [method, target, status] :
-       {Case{"POST", "/v1/responses", 200}, Case{"GET", "/v1/responses", 405},
-        Case{"POST", "/v1/responses?x=1", 404}, Case{"POST", "/v1/macos", 405},
-        Case{"POST", "/v1/responses/", 404}, Case{"GET", "/v1/macos", 200},
-        Case{"PUT", "/services/tinker-prod/anthropic/api/v1/messages", 405}}) {
+  const std::tuple<const char*, const char*, int> cases[] = {
+      {"POST", "/v1/responses", 200},
+      {"GET", "/v1/macos", 200},
+      {"POST", "/v1/macos", 405},
+      {"POST", "/v1/responses?x=1", 404},
+      {"PUT", "/services/tinker-prod/anthropic/api/v1/messages", 405}};
+  for (const auto& [method, target, status] : cases) {
     const auto result = RequestCheck::protocolOf({method, target, {}, ""});
     const auto* refusal = std::get_if<Refusal>(&result);
     EXPECT_EQ(refusal ? refusal->status : 200, status) << method << " " << target;
   }
 }
 
-std::vector<std::string> linesOf(const std::string& text) {
-  std::vector<std::string> lines{""};
-  for (const char letter : text)
-    if (letter == '\n')
-      lines.emplace_back();
-    else
-      lines.back() += letter;
-  return lines;
-}
-
-std::string joined(const std::vector<std::string>& lines) {
-  std::string text = lines.front();
-  for (size_t index = 1; index < lines.size(); ++index)
-    text += "\n" + lines[index];
-  return text;
-}
-
 TEST(PromptReader, namesEveryLineThatDepartsFromItsTemplate) {
   const std::string path = "400 /input/0/content/0/text: ";
-  const auto right = linesOf(RightRequests::prompt());
-  ASSERT_EQ(right.size(), 16U);
-  for (size_t index = 0; index < right.size(); ++index) {
-    const auto line = path + "line " + std::to_string(index + 1) + " ";
+  const auto right = rightPrompt();
+  size_t begin = 0;
+  for (int number = 1; number <= 16; ++number) {
     auto changed = right;
-    changed[index] = "x" + changed[index];
-    EXPECT_TRUE(promptVerdict(joined(changed)).starts_with(line)) << promptVerdict(joined(changed));
-    auto dropped = right;
-    dropped.erase(dropped.begin() + static_cast<std::ptrdiff_t>(index));
-    EXPECT_TRUE(promptVerdict(joined(dropped)).starts_with(path + "the prompt has 15 lines"));
+    changed.insert(begin, "x");
+    EXPECT_TRUE(promptVerdict(changed).starts_with(path + "line " + std::to_string(number) + " "))
+        << promptVerdict(changed);
+    begin = right.find('\n', begin) + 1;
   }
-  EXPECT_TRUE(promptVerdict(joined(right) + "\n").starts_with(path + "the prompt has 17 lines"));
+  EXPECT_TRUE(promptVerdict(right + "\n").starts_with(path + "the prompt has 17 lines"));
 }
 
 TEST(PromptReader, refusesValuesThatAreNotWrittenAsTheyMustBe) {
-  struct Case {
-    std::string from, to;
-    int line;
-  };
-  for (const auto& [from, to, line] :
-       std::vector<Case>{{"Night \"Drive\"", "", 4},
-                         {"Nobody & Co", "", 5},
-                         {"128.00", "128", 7},
-                         {"128.00", "128.0", 7},
-                         {"128.00", "128,00", 7},
-                         {"128.00", "nan", 7},
-                         {"128.00", "0128.00", 7},
-                         {"128.00", "-1.00", 7},
-                         {"70/100", "70.5/100", 10},
-                         {"70/100", "70/100 ", 10},
-                         {"+/- 10 BPM", "+/- 10.0 BPM", 14},
-                         {"+/- 10 BPM", "+/- 31 BPM", 14},
-                         {"exactly 5 real", "exactly 4 real", 14},
-                         {"exactly 5 real", "exactly 7 real", 16},
-                         {"exactly 5 ranked", "exactly 3 ranked", 16},
-                         {"Do not invent", "Do not  invent", 14}}) {
-    auto prompt = RightRequests::prompt();
+  const std::string path = "400 /input/0/content/0/text: line ";
+  const std::tuple<std::string, const char*, const char*> cases[] = {
+      {"Night \"Drive\"", "", "4 "},
+      {"Nobody & Co", "", "5 "},
+      {"128.00", "128", "7 "},
+      {"128.00", "nan", "7 "},
+      {"128.00", "0128.00", "7 "},
+      {"128.00", "-1.00", "7 "},
+      {"70/100", "70.5/100", "10 "},
+      {"+/- 10 BPM", "+/- 31 BPM", "14 "},
+      {"exactly 5 real", "exactly 4 real", "14 "},
+      {"exactly 5 ranked", "exactly 3 ranked", "16 "}};
+  for (const auto& [from, to, line] : cases) {
+    auto prompt = rightPrompt();
     prompt.replace(prompt.find(from), from.size(), to);
-    const auto wanted = "400 /input/0/content/0/text: line " + std::to_string(line) + " ";
-    EXPECT_TRUE(promptVerdict(prompt).starts_with(wanted)) << to << promptVerdict(prompt);
+    EXPECT_TRUE(promptVerdict(prompt).starts_with(path + line)) << to << promptVerdict(prompt);
   }
 }
 
 TEST(PromptReader, countMustBeTheToolsToo) {
-  EXPECT_EQ(promptVerdict(RightRequests::prompt("- BPM: 1.00", "- Key: 1A", "- Genre: ", "7"))
-                .substr(0, 24),
-            "400 /tools/0/description");
+  EXPECT_TRUE(promptVerdict(rightPrompt(7)).starts_with("400 /tools/0/description"));
 }
 
 } // namespace

