@@ -83,8 +83,13 @@ TEST_F(AIClientTest, SendsToEachProviderWhatItsProtocolWants) {
     EXPECT_EQ(sent.timeout, Seconds{60});
     const auto body = Json::parse(sent.body);
     EXPECT_EQ(body.at("model"), model) << "to the letter";
-    const auto strict = body.dump().find("additionalProperties") != std::string::npos;
-    EXPECT_EQ(strict, sent.url == "http://openai");
+    EXPECT_THAT(sent.body, testing::HasSubstr("exactly 3 ranked recommendations."));
+    EXPECT_THAT(sent.body, testing::HasSubstr(R"("maxItems":3,"minItems":0)"));
+    int closedObjects = 0;
+    const auto members = body.at("tools").flatten();
+    for (const auto& [path, value] : members.items())
+      closedObjects += path.ends_with("/additionalProperties") && value == false;
+    EXPECT_EQ(closedObjects, url == "http://openai" ? 3 : 0);
   }
   EXPECT_EQ(system.http.configurations.at(0).requestTimeout, Seconds{45});
 }

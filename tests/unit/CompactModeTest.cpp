@@ -54,6 +54,7 @@ protected:
 
 TEST_F(CompactMode, MinimisingMakesASquareAtTheCornerOfTheWindow) {
   EXPECT_EQ(manager->savedBoundsIfCompact(), std::nullopt);
+  native().level = 0;
   native().miniaturize();
   loop.advance(Seconds{0.1});
   EXPECT_THAT(modes, ElementsAre(true)) << "the page hears of it before the square is made";
@@ -61,6 +62,9 @@ TEST_F(CompactMode, MinimisingMakesASquareAtTheCornerOfTheWindow) {
   loop.advance(Seconds{0.14});
   EXPECT_EQ(native().frame(), (Rect{{479, 100}, {82, 82}}));
   EXPECT_EQ(native().style, styleMask::borderless);
+  EXPECT_EQ(native().level, 25);
+  EXPECT_EQ(native().appearance.background.alpha, 0);
+  EXPECT_FALSE(native().appearance.movableByBackground);
   EXPECT_THAT(native().orders, ElementsAre("deminiaturize", "style", "frame", "overlay"));
   EXPECT_TRUE(native().overlay->acceptsFirstMouse());
   EXPECT_FALSE(native().overlay->hitTest({82, 0}));

@@ -58,6 +58,7 @@ TEST_F(ConfigStoreTest, MigratesAndClampsEveryField) {
        {{"window", size(507, 651)}, {"autoSuggestTracks", false}}},
       {{{"version", 5}, {"theme", "dark"}, {"autoSuggestTracks", true}},
        {{"theme", "light"}, {"autoSuggestTracks", true}}},
+      {{{"version", 4}, {"autoSuggestTracks", true}}, {{"autoSuggestTracks", false}}},
       {{{"version", 6}, {"theme", "dark"}}, {{"theme", "dark"}}},
       {{{"theme", "Dark"}}, {{"theme", "light"}}},
       {{{"recommendationCount", 4}}, {{"recommendationCount", 10}}},

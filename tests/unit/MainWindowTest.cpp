@@ -63,6 +63,7 @@ TEST_F(MainWindow, IsBuiltOnceAndFilledWithThePage) {
   ASSERT_EQ(desktop.windows.windows.size(), 1U);
   EXPECT_EQ(native().name, "Velmor");
   EXPECT_EQ(native().style, 0x8007U);
+  EXPECT_EQ(native().behavior, 833U);
   EXPECT_EQ(native().level, 25);
   EXPECT_EQ(native().minimum, (Size{376, 495}));
   EXPECT_EQ(native().maximum, (Size{507, 651}));
@@ -73,6 +74,8 @@ TEST_F(MainWindow, IsBuiltOnceAndFilledWithThePage) {
   EXPECT_EQ(page().page, "/app/Web/index.html");
   EXPECT_EQ(page().readAccess, "/app/Web");
   EXPECT_THAT(page().configuration.userScripts, ElementsAre("bridge()"));
+  EXPECT_FALSE(page().configuration.drawsBackground);
+  EXPECT_TRUE(page().configuration.mouseDownCanMoveWindow);
   EXPECT_FALSE(system.files.files.contains(configFile)) << "a launch alone saves nothing";
   native().orders.clear();
   page().delegate.lock()->didFinish();
