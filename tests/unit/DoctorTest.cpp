@@ -58,12 +58,15 @@ TEST_F(DoctorTest, TellsRunningProgramsWhoseFilesCannotBeReadFromThoseThatCan) {
 }
 
 TEST_F(DoctorTest, NamesTheRefusalOfRekordboxsWindowAndThatNobodyElseIsAskedThen) {
+  status.present = {{"Display", false, "none", "Start it."}, {"Sound server", true, "here", ""}};
   system.mediaRemote.playing = true;
   EXPECT_TRUE(examine().trackCanBeFound);
   system.applications.running = {{"com.pioneerdj.rekordboxdj", "rekordbox", 7}};
   system.accessibility.errorCode = accessibilityError::apiDisabled;
   const auto report = examine();
   EXPECT_EQ(find(report, "Media session").state, State::ready);
+  EXPECT_EQ(find(report, "Display").state, State::absent);
+  EXPECT_EQ(find(report, "Sound server").state, State::ready);
   EXPECT_EQ(find(report, "rekordbox").state, State::faulty);
   EXPECT_EQ(find(report, "rekordbox").advice,
             NowPlayingError::accessibilityDenied("rekordbox").errorDescription());
