@@ -2,26 +2,28 @@
 #include "model/VelmorError.h"
 #include "tests/fakes/FakePlatform.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <filesystem>
 
 using namespace velmor;
+using testing::ElementsAre;
 
 namespace {
 
-const auto report = R"({"rhythm":{"bpm":127.9},"tonal":{"key_edma":{"key":"F#","scale":"minor"}}})";
+const auto measured = "127.900000F#minor0.000000";
 
 class AudioAnalysisTest : public testing::Test {
 protected:
   AudioAnalysisTest() {
-    executable("/usr/local/bin/ffmpeg");
-    executable("/opt/extractor");
+    for (const auto* const program : {"/usr/local/bin/ffmpeg", "/opt/extractor"})
+      system.files.files[program].permissions = 0755;
     system.environment.variables["ESSENTIA_EXTRACTOR"] = "/opt/extractor";
     system.processes.handler = [this](const ChildProcess& child) -> ChildResult {
       if (child.executable == "/usr/bin/which") return {1, whichOutput, ""};
       if (child.executable == "/opt/extractor") {
-        if (extractor.exitStatus == 0) system.files.files[child.arguments.at(1)].bytes = written;
+        if (extractor.exitStatus == 0) system.files.files[child.arguments.at(1)].bytes = report;
         return extractor;
       }
       const auto& device = child.arguments.at(child.arguments.size() - 9);
@@ -30,8 +32,6 @@ protected:
       return {0, "", ""};
     };
   }
-
-  void executable(const char* path) { system.files.files[path].permissions = 0755; }
 
   std::string outcome() {
     try {
@@ -43,24 +43,20 @@ protected:
     }
   }
 
-  bool leftAnything() const {
-    for (const auto& [path, file] : system.files.files) {
-      if (path.string().find("velmor-audio-") != std::string::npos) return true;
-    }
-    return !system.files.folders.empty();
-  }
-
-  std::vector<std::string> devicesTried() const {
+  /// The devices that a successful measurement tries.
+  std::vector<std::string> devicesTried() {
+    system.processes.started.clear();
+    EXPECT_EQ(outcome(), measured);
     std::vector<std::string> devices;
-    for (const auto& child : system.processes.started) {
+    for (const auto& child : system.processes.started)
       if (child.executable.ends_with("ffmpeg")) devices.push_back(child.arguments.at(6));
-    }
     return devices;
   }
 
   FakePlatform system;
   ChildResult extractor;
-  std::string written = report;
+  std::string report =
+      R"({"rhythm":{"bpm":127.9},"tonal":{"key_edma":{"key":"F#","scale":"minor"}}})";
   std::string whichOutput;
   std::string missing = "?";
   std::string silent = "?";
@@ -69,71 +65,56 @@ protected:
 } // namespace
 
 TEST_F(AudioAnalysisTest, RecordsAndMeasures) {
-  EXPECT_EQ(outcome(), "127.900000F#minor0.000000");
+  EXPECT_EQ(outcome(), measured);
   const auto& children = system.processes.started;
   ASSERT_EQ(children.size(), 2U);
   const auto sample = std::filesystem::path(children.at(1).arguments.at(0));
-  EXPECT_EQ(children.at(0).arguments,
-            (std::vector<std::string>{"-hide_banner", "-loglevel", "error", "-f", "avfoundation",
-                                      "-i", ":BlackHole 2ch", "-t", "15", "-ac", "2", "-ar",
-                                      "44100", "-y", sample.string()}));
+  EXPECT_THAT(children.at(0).arguments,
+              ElementsAre("-hide_banner", "-loglevel", "error", "-f", "avfoundation", "-i",
+                          ":BlackHole 2ch", "-t", "15", "-ac", "2", "-ar", "44100", "-y",
+                          sample.string()));
   EXPECT_EQ(sample.filename(), "sample.wav");
-  EXPECT_EQ(sample.parent_path().parent_path(), "/tmp");
-  EXPECT_TRUE(sample.parent_path().filename().string().starts_with("velmor-audio-"));
+  EXPECT_TRUE(sample.parent_path().string().starts_with("/tmp/velmor-audio-"));
   EXPECT_EQ(children.at(1).arguments.at(1), sample.parent_path() / "features.json");
-  EXPECT_FALSE(leftAnything());
+  EXPECT_TRUE(system.files.folders.empty()) << "nothing is left";
 }
 
-TEST_F(AudioAnalysisTest, TriesTheDevicesInOrder) {
+TEST_F(AudioAnalysisTest, TriesTheDevicesInOrderUntilOneIsHeard) {
+  system.record.existingCaptureDevices = [] { return std::vector<std::string>{":Loop"}; };
   system.environment.variables["VELMOR_AUDIO_DEVICE"] = " :MyLoop\n";
   missing = ":MyLoop";
   silent = ":BlackHole 2ch";
-  EXPECT_EQ(outcome(), "127.900000F#minor0.000000");
-  EXPECT_EQ(devicesTried(), (std::vector<std::string>{":MyLoop", ":BlackHole 2ch", ":BlackHole"}));
+  EXPECT_THAT(devicesTried(), ElementsAre(":MyLoop", ":BlackHole 2ch", ":BlackHole"));
   system.environment.variables["VELMOR_AUDIO_DEVICE"] = "  ";
-  system.processes.started.clear();
-  EXPECT_EQ(outcome(), "127.900000F#minor0.000000");
-  EXPECT_EQ(devicesTried(), (std::vector<std::string>{":BlackHole 2ch", ":BlackHole"}));
-}
-
-TEST_F(AudioAnalysisTest, LooksForFurtherDevicesOnlyWhenTheUsualOnesFail) {
-  system.record.existingCaptureDevices = [] { return std::vector<std::string>{":Loop"}; };
-  EXPECT_EQ(outcome(), "127.900000F#minor0.000000");
-  EXPECT_EQ(devicesTried(), (std::vector<std::string>{":BlackHole 2ch"}));
-  system.record.captureDevices = {":Gone"};
-  missing = ":Gone";
-  system.processes.started.clear();
-  EXPECT_EQ(outcome(), "127.900000F#minor0.000000");
-  EXPECT_EQ(devicesTried(), (std::vector<std::string>{":Gone", ":Loop"}));
+  system.record.captureDevices = {silent};
+  EXPECT_THAT(devicesTried(), ElementsAre(":BlackHole 2ch", ":Loop"));
 }
 
 TEST_F(AudioAnalysisTest, FindsTheExtractor) {
   system.files.files["/opt/extractor"].permissions = 0644;
   EXPECT_EQ(outcome(), "Essentia extractor is not installed");
   EXPECT_EQ(system.processes.started.size(), 2U) << "nothing is recorded without an extractor";
-  EXPECT_EQ(system.processes.started.at(1).arguments.at(0),
-            "essentia_streaming_extractor_music.exe");
+  EXPECT_THAT(system.processes.started.at(1).arguments,
+              ElementsAre("essentia_streaming_extractor_music.exe"));
   whichOutput = " /usr/bin/x \n";
   EXPECT_EQ(AudioAnalysisService::extractorPath(system.platform), "/usr/bin/x");
 }
 
 TEST_F(AudioAnalysisTest, FailsWithASentenceAndLeavesNothing) {
-  const auto noDevice =
-      "system audio capture requires ffmpeg and a loopback device such as BlackHole";
   extractor = {2, "ERROR\n", ""};
   EXPECT_EQ(outcome(), "run Essentia: exit 2 (ERROR\n)");
   extractor.output = "\xFF";
   EXPECT_EQ(outcome(), "run Essentia: exit 2 ()");
   extractor = {};
-  written = "garbage";
+  report = "garbage";
   EXPECT_TRUE(outcome().starts_with("The data couldn't be read"));
   system.record.captureDevices.clear();
-  EXPECT_EQ(outcome(), noDevice);
-  EXPECT_FALSE(leftAnything());
+  EXPECT_EQ(outcome(), "system audio capture requires ffmpeg and a loopback device such as "
+                       "BlackHole");
   system.record.captureDevices = {":BlackHole"};
   system.files.files.erase("/usr/local/bin/ffmpeg");
   EXPECT_EQ(outcome(), "ffmpeg is not installed");
-  EXPECT_FALSE(leftAnything());
+  EXPECT_TRUE(system.files.folders.empty()) << "nothing is left";
   system.files.writeFailure = "The disk is full.";
   EXPECT_EQ(outcome(), "The disk is full.");
 }
@@ -143,11 +124,9 @@ TEST_F(AudioAnalysisTest, ReadsReportsLeniently) {
       {R"({"rhythm":{"bpm":"128"},"lowlevel":{"average_loudness":0.5}})", "0.0000000.500000"},
       {R"({"rhythm":[],"tonal":{"key_edma":7},"lowlevel":null})", "0.0000000.000000"},
       {R"({"tonal":{"key_edma":{"key":1,"scale":"major"}}})", "0.000000major0.000000"},
-      {"[1,2]", "0.0000000.000000"},
-      {"null", "0.0000000.000000"},
   };
   for (const auto& [text, expected] : cases) {
-    written = text;
+    report = text;
     EXPECT_EQ(outcome(), expected) << text;
   }
 }

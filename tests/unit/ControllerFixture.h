@@ -55,6 +55,14 @@ protected:
   }
   void stop() { system.mediaRemote.info.reset(); }
 
+  /// Installs a recorder and an extractor, which the test has to play.
+  void installExtractor(std::function<ChildResult(const ChildProcess&)> handler) {
+    system.environment.variables["ESSENTIA_EXTRACTOR"] = "/opt/extractor";
+    for (const auto* const program : {"/opt/extractor", "/usr/local/bin/ffmpeg"})
+      system.files.files[program].permissions = 0755;
+    system.processes.handler = std::move(handler);
+  }
+
   /// The events since the last look.
   std::vector<std::string> heard() { return std::exchange(events->lines, {}); }
 

@@ -8,7 +8,8 @@
 
 #include <optional>
 
-namespace velmor {
+using namespace velmor;
+
 namespace {
 
 constexpr auto firstPath = "Music/djay/djay Media Library.djayMediaLibrary/MediaLibrary.db";
@@ -20,27 +21,23 @@ class DjayHome : public HomeWithDatabases {
 public:
   DjayHome() { applications.running = {{"com.algoriddim.djay-mac", "djay Pro", 3}}; }
 
-  /// A library whose newest track began that long ago; its tempo is analysed as 124.5.
+  /// A library whose newest track began that long ago, or that has no history; its tempo is
+  /// analysed as 124.5.
   void addLibrary(const char* path, std::optional<double> secondsAgo) {
-    std::string statements = "CREATE TABLE database2(collection, key, data BLOB);"
-                             "CREATE TABLE secondaryIndex_mediaItemAnalyzedDataIndex(bpm REAL);"
-                             "INSERT INTO secondaryIndex_mediaItemAnalyzedDataIndex VALUES(124.5);"
-                             "INSERT INTO database2 VALUES('mediaItemAnalyzedData', '" +
-                             identifier + "', x'00'), ('historySessionItems', 'old', x'54534146')";
-    if (secondsAgo)
-      statements += ", ('historySessionItems', 'new', x'" + entry(*secondsAgo) + "')";
-    else
-      statements += "; DELETE FROM database2 WHERE collection = 'historySessionItems'";
-    addDatabase(path, statements);
-  }
-
-  std::string current() {
-    return outcome([&] { return DjayDetector::current(platform); });
+    addDatabase(path, "CREATE TABLE database2(collection, key, data BLOB);"
+                      "CREATE TABLE secondaryIndex_mediaItemAnalyzedDataIndex(bpm REAL);"
+                      "INSERT INTO secondaryIndex_mediaItemAnalyzedDataIndex VALUES(124.5);"
+                      "INSERT INTO database2 VALUES('mediaItemAnalyzedData', '" +
+                          identifier + "', x'00')");
+    if (!secondsAgo) return;
+    addDatabase(path, "INSERT INTO database2 VALUES('historySessionItems', 'old', x'54534146'),"
+                      "('historySessionItems', 'new', x'" +
+                          entry(*secondsAgo) + "')");
   }
 
 private:
   std::string entry(double secondsAgo) const {
-    const std::chrono::duration<double> now = clock().now().time_since_epoch();
+    const std::chrono::duration<double> now = loop.now().time_since_epoch();
     const auto content = TsafBuilder()
                              .object("ADCHistorySessionItem")
                              .object("ADCMediaItemTitleID")
@@ -49,64 +46,45 @@ private:
                              .number("duration", 240)
                              .string("titleID", identifier)
                              .number("startTime", now.count() - 978307200 - secondsAgo)
-                             .content();
+                             .bytes();
     std::string digits;
-    for (const char character : content) {
+    for (const auto byte : content) {
       std::array<char, 3> pair{};
-      std::snprintf(pair.data(), pair.size(), "%02x", static_cast<unsigned char>(character));
+      std::snprintf(pair.data(), pair.size(), "%02x", byte);
       digits += pair.data();
     }
     return digits;
   }
-
-  const Clock& clock() const { return loop; }
 };
 
-TEST(DjayDetector, ReportsTheNewestTrackWhileItCanPlay) {
-  DjayHome home;
-  home.addLibrary(firstPath, 30);
-  const NowPlayingTrack expected{"Nightfall", "A, B", "",         "",
-                                 124.5,       "",     "djay Pro", "djay Pro play history"};
-  EXPECT_EQ(DjayDetector::current(home.platform), expected);
-}
-
-TEST(DjayDetector, LooksAtBothLibraries) {
-  const struct {
-    const char* name;
-    std::optional<std::optional<double>> first;
-    std::optional<std::optional<double>> second;
-    bool isFound;
-  } rows[] = {
-      {"ended", 300, std::nullopt, false},
-      {"in the future", -5, std::nullopt, false},
-      {"only the second", std::nullopt, 30, true},
-      {"the first has ended", 300, 30, true},
-      {"the first is empty", std::optional<double>(), 30, false},
-      {"none", std::nullopt, std::nullopt, false},
+TEST(DjayDetector, TakesTheFirstTrackThatCanStillPlay) {
+  const std::tuple<const char*, std::vector<std::optional<double>>, bool> rows[] = {
+      {"ended", {300}, false},
+      {"in the future", {-5}, false},
+      {"the first has ended", {300, 30}, true},
+      {"the first is empty", {std::nullopt, 30}, false},
   };
-  for (const auto& row : rows) {
+  for (const auto& [name, libraries, isFound] : rows) {
     DjayHome home;
-    if (row.first) home.addLibrary(firstPath, *row.first);
-    if (row.second) home.addLibrary(secondPath, *row.second);
-    EXPECT_EQ(home.current(), row.isFound ? found : noSession) << row.name;
+    home.addLibrary(firstPath, libraries.front());
+    if (libraries.size() > 1) home.addLibrary(secondPath, libraries.back());
+    EXPECT_EQ(outcome(DjayDetector::current, home.platform), isFound ? found : noSession) << name;
   }
 }
 
 TEST(DjayDetector, NeedsNeitherTempoNorAnApplicationInTheList) {
   DjayHome home;
-  home.addLibrary(firstPath, 30);
-  const auto path = home.environment.home / firstPath;
-  EXPECT_EQ(DjayDetector::readBPM(path, identifier), 124.5);
-  EXPECT_EQ(DjayDetector::readBPM(path, ""), 0);
-  EXPECT_EQ(DjayDetector::readBPM(path, "x' OR 1 = 1 OR items.key = 'xxxx"), 0);
-  EXPECT_EQ(DjayDetector::readBPM(path, std::string(32, 'f')), 0);
+  home.addLibrary(secondPath, 30);
+  EXPECT_EQ(DjayDetector::current(home.platform).bpm, 124.5);
+  for (const auto& unknown :
+       {std::string("x' OR 1 = 1 OR items.key = 'xxxx"), std::string(32, 'f')})
+    EXPECT_EQ(DjayDetector::readBPM(home.environment.home / secondPath, unknown), 0);
   home.applications.running = {{"", "Djay.app", 3, true}};
-  EXPECT_EQ(home.current(), found) << "terminated, but still listed";
+  EXPECT_EQ(outcome(DjayDetector::current, home.platform), found) << "terminated, but still listed";
   home.applications.running.clear();
-  EXPECT_EQ(home.current(), noSession);
+  EXPECT_EQ(outcome(DjayDetector::current, home.platform), noSession);
   home.processes.running = {"djayapp"};
-  EXPECT_EQ(home.current(), found);
+  EXPECT_EQ(outcome(DjayDetector::current, home.platform), found);
 }
 
 } // namespace
-} // namespace velmor

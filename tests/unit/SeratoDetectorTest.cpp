@@ -5,7 +5,8 @@
 
 #include <gtest/gtest.h>
 
-namespace velmor {
+using namespace velmor;
+
 namespace {
 
 constexpr auto firstPath = "Music/_Serato_/Library/master.sqlite";
@@ -21,45 +22,28 @@ std::string history(const std::string& entries) {
          entries;
 }
 
-std::string current(const Platform& platform) {
-  return outcome([&] { return SeratoDetector::current(platform); });
-}
-
 TEST(SeratoDetector, ReportsTheNewestOpenEntry) {
   const std::pair<const char*, std::string> rows[] = {
-      {"(1,'A','Early','','',0,'',100,-1,1,''), (2,'A','Late','','',0,'',200,-1,1,'')",
-       "Late / A / "},
       {"(1,'A','First','','',0,'',100,-1,1,''), (2,'A','Second','','',0,'',100,-1,1,'')",
        "Second / A / "},
-      {"(1,'A','Open','','',0,'',100,-1,1,''), (2,'A','Ended','','',0,'',200,260,1,'')",
-       "Open / A / "},
-      {"(1,'A','Loaded','','',0,'',100,-1,0,'')", noSession},
-      {"(1,'  ','Blank','','',0,'',100,-1,1,''), (2,'A',' ','','',0,'',100,-1,1,'')", noSession},
-      {"(1,'A',char(9)||'Tab'||char(0)||char(0),'','',0,'',100,-1,1,'')", "Tab / A / "},
-      {"(1,'A',char(10),'','',0,'',100,-1,1,'')", noSession},
+      {"(1,'A','Late','Al','',0,'',200,-1,1,''), (2,'A','Early','','',0,'',100,-1,1,'')",
+       "Late / A / Al"},
+      {"(1,'A','Ended','','',0,'',300,360,1,''), (2,'A','Loaded','','',0,'',400,-1,0,'')",
+       noSession},
+      {"(1,' ','Blank','','',0,'',100,-1,1,''), (2,'A',char(10),'','',0,'',100,-1,1,'')",
+       noSession},
   };
   for (const auto& [entries, track] : rows) {
     HomeWithDatabases home;
+    home.addDatabase(secondPath, history(entries));
+    EXPECT_EQ(outcome(SeratoDetector::current, home.platform), noSession) << "not running";
     home.processes.running = {"serato dj"};
-    home.addDatabase(firstPath, history(entries));
-    EXPECT_EQ(current(home.platform), track) << entries;
+    EXPECT_EQ(outcome(SeratoDetector::current, home.platform), track) << entries;
+    home.addDatabase(firstPath, history("(1,'A','T','','',124.5,'F#m',100,-1,1,'Pro')"));
+    const NowPlayingTrack preferred{"T",   "A",   "",    "",
+                                    124.5, "F#m", "Pro", "Serato performance history"};
+    EXPECT_EQ(SeratoDetector::current(home.platform), preferred);
   }
 }
 
-TEST(SeratoDetector, TakesTheRowAsItIs) {
-  HomeWithDatabases home;
-  home.processes.running = {"serato dj pro"};
-  home.addDatabase(secondPath,
-                   history("(1,'A','T','Al','G',124.5,'F#m',100,-1,1,'Serato DJ Pro')"));
-  const NowPlayingTrack full{
-      "T", "A", "Al", "G", 124.5, "F#m", "Serato DJ Pro", "Serato performance history"};
-  EXPECT_EQ(SeratoDetector::current(home.platform), full) << "from the second place";
-  home.addDatabase(firstPath, history("(1,'A','T',NULL,NULL,NULL,NULL,100,-1,1,NULL)"));
-  const NowPlayingTrack sparse{"T", "A", "", "", 0, "", "", "Serato performance history"};
-  EXPECT_EQ(SeratoDetector::current(home.platform), sparse);
-  home.processes.running.clear();
-  EXPECT_EQ(current(home.platform), noSession);
-}
-
 } // namespace
-} // namespace velmor

@@ -40,7 +40,6 @@ public:
   }
 
   [[nodiscard]] std::vector<std::uint8_t> bytes() const { return {blob.begin(), blob.end()}; }
-  [[nodiscard]] const std::string& content() const { return blob; }
 
 private:
   TsafBuilder& name(const std::string& text) {
