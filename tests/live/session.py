@@ -175,16 +175,18 @@ class Session:
         # The server itself picks a display that nobody uses.
         reading, writing = os.pipe()
         self.start(["Xvfb", "-displayfd", str(writing), "-screen", "0", "1440x900x24",
-                    "-nolisten", "tcp"], pass_fds=[writing])
+                    "-nolisten", "tcp", "-noreset"], pass_fds=[writing])
         os.close(writing)
         with os.fdopen(reading) as answer:
             number = answer.readline().strip()
         if not number:
             raise RuntimeError("no display: " + self.log("Xvfb"))
         self.environment["DISPLAY"] = ":" + number
+        asked = ["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"]
+        # It may name its display before it lets the first program in.
+        waitUntil(lambda: self.run(asked).returncode == 0, "the display answers")
         self.start(list(self.manager))
-        waitUntil(lambda: "window id" in self.run(
-            ["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"]).stdout, "a window manager runs")
+        waitUntil(lambda: "window id" in self.run(asked).stdout, "a window manager runs")
 
     def _startBus(self):
         socket = os.path.join(self.runtime, "bus")
