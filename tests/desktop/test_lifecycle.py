@@ -7,7 +7,7 @@ import unittest
 
 from velmor_window import CLOSE, FULL, MINIMISE, SQUARE, VelmorDesktop, hungPlayer
 
-from players import Provider, configure, mpv, tagged
+from players import Provider, configure, playSong
 from session import Session, waitUntil
 
 ENDS_WITHIN = 5
@@ -17,7 +17,7 @@ ENDS_WITHIN = 5
 class LifecycleTest(unittest.TestCase):
     def open(self, **options):
         self.desktop = self.enterContext(VelmorDesktop(**options))
-        process = self.desktop.open(x=200, y=150, width=507, height=651)
+        process = self.desktop.open(200, 150)
         self.desktop.waitForFrame((200, 150, *FULL))
         return process
 
@@ -30,8 +30,7 @@ class LifecycleTest(unittest.TestCase):
         self.assertEqual(desktop.run([desktop.program]).returncode, 0)
         waitUntil(lambda: desktop.active() == desktop.client().id, "the first one is active")
         self.assertIsNone(process.poll())
-        desktop.click(MINIMISE)
-        desktop.waitForSize(SQUARE)
+        desktop.shrink()
         self.assertEqual(desktop.run([desktop.program]).returncode, 0)
         desktop.waitForSize(SQUARE)
 
@@ -43,8 +42,7 @@ class LifecycleTest(unittest.TestCase):
                 desktop.drag((200, 4), 50, 0)
                 desktop.waitForFrame((250, 150, *FULL))
                 if "compact" in how:
-                    desktop.click(MINIMISE)
-                    desktop.waitForSize(SQUARE)
+                    desktop.shrink()
                 self.endsCleanly(process, how.split()[0])
                 place = 200 if how == "quit" else 250
                 self.assertEqual(desktop.saved(), (place, 150, *FULL))
@@ -66,15 +64,12 @@ class LifecycleTest(unittest.TestCase):
         provider = Provider(desktop, "--delay", "60")
         extractor = {"ESSENTIA_EXTRACTOR": "/bin/false"} if state == "capture" else {}
         desktop.environment.update(provider.environment, **extractor)
-        mpv(desktop, tagged(desktop, "song.flac", title="Song", artist="Band"))
-        desktop.waitForTrack(title="Song")
+        playSong(desktop, title="Song", artist="Band")
         configure(desktop)
         process = desktop.open()
-        desktop.click((250, 137))
-        if state == "capture":
-            waitUntil(lambda: "ffmpeg" in desktop.children(process).values(), "it listens")
-        else:
-            waitUntil(lambda: os.path.exists(provider.path) and provider.requests(), "it has asked")
+        desktop.ask()
+        begun = provider.requests if state == "request" else lambda: desktop.listens(process)
+        waitUntil(begun, f"the {state} is under way")
         return process
 
     def endsCleanly(self, process, how):
@@ -104,7 +99,7 @@ class LifecycleTest(unittest.TestCase):
     def testADeadPageIsReportedAndTheWindowLivesOn(self):
         desktop = self.desktop = self.enterContext(VelmorDesktop())
         desktop.environment["VELMOR_LOG_STDERR"] = "1"
-        process = desktop.open(x=200, y=150, width=507, height=651)
+        process = desktop.open(200, 150)
         for child, name in desktop.children(process).items():
             if name.startswith("WebKitWebProces"):
                 os.kill(child, signal.SIGKILL)

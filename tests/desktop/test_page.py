@@ -1,12 +1,11 @@
 """The page in its window: what it hears of real players, and what it may not do."""
 
-import os
 import unittest
 
 from page_probe import Probe
-from velmor_window import BACKGROUND, FULL, MINIMISE, SQUARE, VelmorDesktop
+from velmor_window import BACKGROUND, FULL, VelmorDesktop
 
-from players import Provider, configure, mpv, tagged
+from players import Provider, configure, mpv, playSong, tagged
 from session import waitUntil
 
 # Each leads out of the page or wants more than it gets; what answers is told.
@@ -99,24 +98,22 @@ class PageTest(unittest.TestCase):
         desktop = self.desktop
         provider = Provider(desktop)
         desktop.environment.update(provider.environment)
-        mpv(desktop, tagged(desktop, "song.flac", title="Song", artist="Band"))
-        desktop.waitForTrack(title="Song")
+        playSong(desktop, title="Song", artist="Band")
         probe = self.open(WATCH_LIST, window={"x": 200, "y": 150, "width": 507, "height": 651})
         # The button is no place to drag the window by, and a drag eats no click that follows.
         desktop.drag((250, 137), 60, 500)
         desktop.waitForFrame((200, 150, *FULL))
         desktop.drag(BACKGROUND, 60, -50)
         desktop.waitForFrame((260, 200, *FULL))
-        self.assertFalse(os.path.exists(provider.path) and provider.requests())
-        desktop.click((250, 137))
+        self.assertEqual(provider.requests(), [])
+        desktop.ask()
         waitUntil(lambda: probe.names("ranking"), "the ranking is on the page")
         desktop.screenshot("ranking")
         self.assertIn("Song", str(provider.requests()[-1]))
 
     def testTellsTheModeAndAbout(self):
         probe = self.open()
-        self.desktop.click(MINIMISE)
-        self.desktop.waitForSize(SQUARE)
+        self.desktop.shrink()
         self.desktop.click((40, 40))
         self.desktop.waitForSize(FULL)
         waitUntil(lambda: probe.events("compact-mode") == [("compact-mode", True),

@@ -7,7 +7,7 @@ import unittest
 from stalls import ANIMATION, dragPause, paintingPause
 from velmor_window import VelmorDesktop, hungPlayer, withScript
 
-from players import Provider, configure, mpv, tagged
+from players import Provider, configure, playSong
 from session import waitUntil
 
 FROZEN = os.path.join(os.path.dirname(os.path.abspath(os.environ["VELMOR"])), "velmor-frozen")
@@ -31,19 +31,18 @@ class StallTest(unittest.TestCase):
         desktop.open()
         return desktop
 
-    def pauses(self, program):
-        desktop = self.openWithHungPlayer(program)
-        painting = paintingPause(desktop, forSeconds(8))
-        drag = dragPause(desktop, forSeconds(8))
-        print(f"{os.path.basename(program)}: painting {painting * 1000:.0f} ms, "
-              f"drag {drag * 1000:.0f} ms at most")
+    def pauses(self, desktop, what, seconds):
+        painting = paintingPause(desktop, forSeconds(seconds))
+        drag = dragPause(desktop, forSeconds(seconds))
+        print(f"{what}: painting {painting * 1000:.0f} ms, drag {drag * 1000:.0f} ms at most")
         return painting, drag
 
     def testNothingStandsStillDuringAPoll(self):
-        self.assertLess(max(self.pauses(os.environ["VELMOR"])), SMOOTH)
+        desktop = self.openWithHungPlayer(os.environ["VELMOR"])
+        self.assertLess(max(self.pauses(desktop, "poll", 8)), SMOOTH)
 
     def testTheMeasurementFindsAWindowThatStandsStill(self):
-        painting, _ = self.pauses(FROZEN)
+        painting, _ = self.pauses(self.openWithHungPlayer(FROZEN), "frozen", 8)
         self.assertGreater(painting, STOOD_STILL)
 
     def testNothingStandsStillDuringACapture(self):
@@ -51,18 +50,14 @@ class StallTest(unittest.TestCase):
         provider = Provider(desktop)
         desktop.environment.update(provider.environment, ESSENTIA_EXTRACTOR="/bin/false")
         desktop.program = withScript(desktop.root, ANIMATION)
-        mpv(desktop, tagged(desktop, "song.flac", title="A", artist="B"))
-        desktop.waitForTrack(title="A")
+        playSong(desktop, title="A", artist="B")
         configure(desktop)
         process = desktop.open()
-        desktop.click((250, 137))
-        capturing = lambda: "ffmpeg" in desktop.children(process).values()
-        waitUntil(capturing, "the capture has begun")
-        painting = paintingPause(desktop, forSeconds(5))
-        drag = dragPause(desktop, forSeconds(5))
-        self.assertTrue(capturing(), "the capture outlasts the measurement")
-        print(f"capture: painting {painting * 1000:.0f} ms, drag {drag * 1000:.0f} ms at most")
-        self.assertLess(max(painting, drag), SMOOTH)
+        desktop.ask()
+        waitUntil(lambda: desktop.listens(process), "the capture has begun")
+        longest = max(self.pauses(desktop, "capture", 5))
+        self.assertTrue(desktop.listens(process), "the capture outlasts the measurement")
+        self.assertLess(longest, SMOOTH)
 
 
 if __name__ == "__main__":

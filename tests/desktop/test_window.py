@@ -37,14 +37,14 @@ class WindowTest(unittest.TestCase):
         desktop.waitForFrame(moved)
 
     def testAPlaceOffTheScreenIsCentredAndSaved(self):
-        self.desktop.open(x=4000, y=100, width=507, height=651)
+        self.desktop.open(4000, 100)
         waitUntil(lambda: self.desktop.frame() in CENTRES, "it is in the middle")
         self.assertIn(self.desktop.saved(), CENTRES)
 
     def testShrinksToASquareAndBack(self):
         desktop = self.desktop
         x, y = 200, 150
-        process = desktop.open(x=x, y=y, width=507, height=651)
+        process = desktop.open(x, y)
         desktop.waitForFrame((x, y, *FULL))
         desktop.click(MINIMISE)
         desktop.waitForFrame((x + FULL[0] - 82, y, *SQUARE))
@@ -71,7 +71,7 @@ class WindowTest(unittest.TestCase):
 
     def testStaysAboveWhateverIsRaised(self):
         desktop = self.desktop
-        desktop.open(x=200, y=150, width=507, height=651)
+        desktop.open(200, 150)
         others = [desktop.otherWindow(), desktop.otherWindow(above=True)]
         for size in (FULL, SQUARE):
             for other in others:
@@ -81,13 +81,12 @@ class WindowTest(unittest.TestCase):
                 self.assertEqual(desktop.active(), other.id, "without taking the focus")
             self.shot(f"above-{size[0]}")
             if size == FULL:
-                desktop.click(MINIMISE)
-                desktop.waitForSize(SQUARE)
+                desktop.shrink()
 
     def testAHundredCyclesDoNotDrift(self):
         desktop = self.desktop
         place = (301, 97, *FULL)
-        desktop.open(x=301, y=97, width=507, height=651)
+        desktop.open(301, 97)
         desktop.waitForFrame(place)
         for cycle in range(100):
             desktop.click(MINIMISE)

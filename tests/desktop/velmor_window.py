@@ -16,7 +16,7 @@ from Xlib.ext import xtest
 
 from players import configure
 from session import Session, descendants, waitUntil
-from standins import runScriptAs, writeState
+from standins import startPlayer, writeState
 
 MANAGERS = {
     "openbox": ("openbox", "--sm-disable"),
@@ -53,10 +53,11 @@ class VelmorDesktop(Session):
 
     # The program
 
-    def open(self, **window):
+    def open(self, *origin):
         """Starts the window, with this saved place if any, and waits until it is there."""
-        if window:
-            configure(self, window=window)
+        if origin:
+            place = dict(zip(("x", "y", "width", "height"), (*origin, *FULL)))
+            configure(self, window=place)
         process = self.start([self.program], log="velmor.log")
         waitUntil(self.frame, "the window is on the screen")
         waitUntil(lambda: self.pixel(*BACKGROUND) == LIGHT, "the page shows")
@@ -82,6 +83,17 @@ class VelmorDesktop(Session):
             except OSError:
                 continue
         return names
+
+    def listens(self, process):
+        return "ffmpeg" in self.children(process).values()
+
+    def ask(self):
+        """Presses the button that asks for suggestions."""
+        self.click((250, 137))
+
+    def shrink(self):
+        self.click(MINIMISE)
+        self.waitForSize(SQUARE)
 
     # What the X server says
 
@@ -189,8 +201,7 @@ class VelmorDesktop(Session):
         self.button(1, False)
 
     def key(self, *keys):
-        subprocess.run(["xdotool", "key", *keys], env={**os.environ, **self.environment},
-                       check=True)
+        self.tool("key", *keys)
 
     def tool(self, *arguments):
         subprocess.run(["xdotool", *arguments], env={**os.environ, **self.environment}, check=True)
@@ -229,12 +240,7 @@ class VelmorDesktop(Session):
 def hungPlayer(desktop):
     """A player on the session bus that answers nothing: each look for the track waits for it."""
     path = writeState(desktop, "player", {"status": "Playing", "metadata": {}})
-    player = runScriptAs(desktop, "player", "mpris_player.py", "hung", "Hung", path)
-    waitUntil(lambda: "mpris.MediaPlayer2.hung" in desktop.run(
-        ["gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path",
-         "/org/freedesktop/DBus", "--method", "org.freedesktop.DBus.ListNames"]).stdout,
-              "the player is on the bus")
-    player.send_signal(signal.SIGSTOP)
+    startPlayer(desktop, "Hung", path).send_signal(signal.SIGSTOP)
 
 
 def withScript(root, script, program=None, allowed=""):

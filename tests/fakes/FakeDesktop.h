@@ -7,7 +7,7 @@
 
 namespace velmor {
 
-/// One screen, and a mouse that a test moves.
+/// One screen, unless a test attaches more.
 class FakeWindowServer : public WindowServer {
 public:
   std::shared_ptr<Window> makeWindow(const Rect& content, unsigned styleMask) override {
@@ -20,53 +20,25 @@ public:
     return nullptr;
   }
   std::vector<Screen> screens() const override { return attached; }
-  Point mouseLocation() const override { return mouse; }
-  std::unique_ptr<DesktopObservation> observe(DesktopNotification notification,
-                                              MainLoop::Work work) override {
-    const auto position = observers.emplace(notification, std::move(work));
-    return std::make_unique<Observation>(*this, position);
-  }
-  void notify(DesktopNotification notification) {
-    const auto [begin, end] = observers.equal_range(notification);
-    for (auto observer = begin; observer != end; ++observer)
-      observer->second();
+  Point mouseLocation() const override { return {}; }
+  std::unique_ptr<DesktopObservation> observe(DesktopNotification, MainLoop::Work) override {
+    return nullptr;
   }
 
   std::vector<std::shared_ptr<FakeWindow>> windows;
   std::vector<Screen> attached{
       {.frame = {{0, 0}, {1440, 900}}, .visibleFrame = {{0, 0}, {1440, 875}}}};
-  Point mouse;
-  std::multimap<DesktopNotification, MainLoop::Work> observers;
-
-private:
-  class Observation : public DesktopObservation {
-  public:
-    Observation(FakeWindowServer& observed, decltype(observers)::iterator registered)
-        : server(observed), position(registered) {}
-    Observation(const Observation&) = delete;
-    Observation& operator=(const Observation&) = delete;
-    ~Observation() override { server.observers.erase(position); }
-
-  private:
-    FakeWindowServer& server;
-    decltype(observers)::iterator position;
-  };
 };
 
+/// An application whose messages to the user a test reads.
 class FakeApplication : public Application {
 public:
-  bool handOverToRunningInstance() override { return runsAlready; }
-  void setDelegate(std::weak_ptr<ApplicationDelegate> heard) override {
-    delegate = std::move(heard);
-  }
-  void setMainMenu(std::vector<MenuItem> items) override { menu = std::move(items); }
-  void activateIgnoringOtherApps() override { ++activations; }
+  bool handOverToRunningInstance() override { return false; }
+  void setDelegate(std::weak_ptr<ApplicationDelegate>) override {}
+  void setMainMenu(std::vector<MenuItem>) override {}
+  void activateIgnoringOtherApps() override {}
   void runAlert(const std::string& message) override { alerts.push_back(message); }
 
-  bool runsAlready = false;
-  std::weak_ptr<ApplicationDelegate> delegate;
-  std::vector<MenuItem> menu;
-  int activations = 0;
   std::vector<std::string> alerts;
 };
 

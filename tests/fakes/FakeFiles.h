@@ -1,37 +1,74 @@
 #pragma once
 
-#include "platform/Environment.h"
 #include "platform/FileManager.h"
 
 #include <map>
-#include <set>
 
 namespace velmor {
 
 /// Files in memory. A test may make any write fail.
 class FakeFiles : public FileManager {
 public:
+  using Path = std::filesystem::path;
   struct File {
     std::string bytes;
     unsigned permissions = 0600;
     std::chrono::system_clock::time_point modified{};
   };
 
-  void createFolder(const std::filesystem::path& path, unsigned permissions) override;
-  std::optional<std::string> read(const std::filesystem::path& path) const override;
-  void writeAtomically(const std::filesystem::path& path, std::string_view bytes) override;
-  void setPermissions(const std::filesystem::path& path, unsigned permissions) override;
-  void remove(const std::filesystem::path& path) override;
-  bool exists(const std::filesystem::path& path) const override;
-  bool isExecutable(const std::filesystem::path& path) const override;
-  std::optional<std::uint64_t> size(const std::filesystem::path& path) const override;
-  std::vector<FolderEntry> list(const std::filesystem::path& folder) const override;
+  void createFolder(const Path& path, unsigned permissions) override {
+    failWith(writeFailure);
+    folders.emplace(path, permissions);
+  }
+  std::optional<std::string> read(const Path& path) const override {
+    const auto found = files.find(path);
+    return found == files.end() ? std::nullopt : std::optional(found->second.bytes);
+  }
+  void writeAtomically(const Path& path, std::string_view bytes) override {
+    failWith(writeFailure);
+    files[path].bytes = bytes;
+  }
+  void setPermissions(const Path& path, unsigned permissions) override {
+    failWith(permissionFailure);
+    files[path].permissions = permissions;
+  }
+  void remove(const Path& path) override {
+    const auto isInside = [&](const auto& item) {
+      const auto relative = item.first.lexically_relative(path);
+      return !relative.empty() && *relative.begin() != "..";
+    };
+    std::erase_if(files, isInside);
+    std::erase_if(folders, isInside);
+  }
+  bool exists(const Path& path) const override {
+    return files.contains(path) || folders.contains(path);
+  }
+  bool isExecutable(const Path& path) const override {
+    const auto found = files.find(path);
+    return found != files.end() && (found->second.permissions & 0100U) != 0;
+  }
+  std::optional<std::uint64_t> size(const Path& path) const override {
+    const auto bytes = read(path);
+    return bytes ? std::optional(bytes->size()) : std::nullopt;
+  }
+  std::vector<FolderEntry> list(const Path& folder) const override {
+    std::vector<FolderEntry> entries;
+    for (const auto& [path, file] : files) {
+      if (path.parent_path() == folder) entries.push_back({path, file.modified});
+    }
+    return entries;
+  }
 
-  std::map<std::filesystem::path, File> files;
-  std::map<std::filesystem::path, unsigned> folders;
+  std::map<Path, File> files;
+  std::map<Path, unsigned> folders;
   /// Every write and every folder creation throws FileError with this text while it is not empty.
   std::string writeFailure;
   std::string permissionFailure;
+
+private:
+  static void failWith(const std::string& failure) {
+    if (!failure.empty()) throw FileError(failure);
+  }
 };
 
 } // namespace velmor

@@ -18,32 +18,19 @@ public:
     return {running.contains(child.arguments.back()) ? 0 : 1, "", ""};
   }
 
-  /// How often pgrep was asked about the name.
-  [[nodiscard]] int asked(const std::string& name) const {
-    int count = 0;
-    for (const auto& child : started) {
-      if (child.executable == "/usr/bin/pgrep" && child.arguments.back() == name) ++count;
-    }
-    return count;
-  }
-
   std::set<std::string> running;
   std::function<ChildResult(const ChildProcess&)> handler;
   std::vector<ChildProcess> started;
 };
 
-/// Answers scripts in the order in which they come, by their text.
+/// Answers scripts by their text.
 class FakeScripts : public ScriptHost {
 public:
-  ChildResult run(const std::string& script, const std::string& permissionLabel) override {
-    scripts.push_back(script);
-    labels.push_back(permissionLabel);
+  ChildResult run(const std::string& script, const std::string&) override {
     return handler ? handler(script) : ChildResult{};
   }
 
   std::function<ChildResult(const std::string&)> handler;
-  std::vector<std::string> scripts;
-  std::vector<std::string> labels;
 };
 
 } // namespace velmor

@@ -14,13 +14,19 @@
 
 namespace velmor {
 
+/// The value of a key, if the map has one.
+template <typename Map, typename Key>
+std::optional<typename Map::mapped_type> valueIn(const Map& map, const Key& key) {
+  const auto found = map.find(key);
+  return found == map.end() ? std::nullopt : std::optional(found->second);
+}
+
 /// The smaller system services, each a plain list or map that a test fills and reads.
 
 class FakeEnvironment : public Environment {
 public:
   std::optional<std::string> variable(std::string_view name) const override {
-    const auto found = variables.find(name);
-    return found == variables.end() ? std::nullopt : std::optional(found->second);
+    return valueIn(variables, name);
   }
   std::filesystem::path homeDirectory() const override { return home; }
   std::filesystem::path applicationSupportDirectory() const override { return "/home/dj/.config"; }
@@ -36,12 +42,10 @@ public:
                                                 std::string_view subdirectory) const override {
     auto path = std::filesystem::path(subdirectory) / name;
     path += "." + std::string(extension);
-    const auto found = resources.find(path);
-    return found == resources.end() ? std::nullopt : std::optional(found->second);
+    return valueIn(resources, path);
   }
   std::optional<std::string> informationEntry(std::string_view key) const override {
-    const auto found = information.find(key);
-    return found == information.end() ? std::nullopt : std::optional(found->second);
+    return valueIn(information, key);
   }
 
   /// From "Web/index.html" to where it lies.
@@ -69,10 +73,9 @@ public:
 
 class FakeWorkspace : public Workspace {
 public:
-  void openURL(const std::string& url) override { opened.push_back(url); }
+  void openURL(const std::string&) override {}
   void terminate() override { ++terminations; }
   bool isTerminating() const override { return terminations > 0; }
-  std::vector<std::string> opened;
   int terminations = 0;
 };
 
@@ -83,9 +86,9 @@ public:
   class Element : public AccessibilityElement {
   public:
     AccessibilityResult attribute(const std::string& name) override {
-      const auto found = attributes.find(name);
-      if (found == attributes.end()) return {errorCode, {}};
-      return {accessibilityError::success, found->second};
+      const auto value = valueIn(attributes, name);
+      if (!value) return {errorCode, {}};
+      return {accessibilityError::success, *value};
     }
     int setAttribute(const std::string& name, const AccessibilityValue& value) override {
       written[name] = value;
@@ -98,8 +101,7 @@ public:
   };
 
   AccessibilityElementPtr application(std::int32_t processIdentifier) override {
-    const auto found = applications.find(processIdentifier);
-    if (found != applications.end()) return found->second;
+    if (const auto found = valueIn(applications, processIdentifier)) return *found;
     auto refusing = std::make_shared<Element>();
     refusing->errorCode = errorCode;
     return refusing;

@@ -5,7 +5,6 @@
 #include "platform/Window.h"
 
 #include <map>
-#include <set>
 
 namespace velmor {
 
@@ -32,7 +31,8 @@ public:
   WebViewConfiguration configuration;
 };
 
-/// A window that does at once what it is told. `orders` keeps the calls whose order matters.
+/// A window on a screen of 1440 by 900 that does at once what it is told. `orders` keeps the calls
+/// whose order matters.
 class FakeWindow : public Window {
 public:
   FakeWindow(const Rect& content, unsigned mask) : style(mask), place(content) {}
@@ -47,12 +47,7 @@ public:
   }
   void setLevel(int height) override { level = height; }
   void setCollectionBehavior(unsigned bits) override { behavior = bits; }
-  void setButtonHidden(WindowButton button, bool isHidden) override {
-    if (isHidden)
-      shownButtons.erase(button);
-    else
-      shownButtons.insert(button);
-  }
+  void setButtonHidden(WindowButton button, bool hidden) override { isHidden[button] = hidden; }
   std::optional<Rect> buttonFrame(WindowButton button) const override {
     return button == WindowButton::Miniaturize ? minimiseButton : std::nullopt;
   }
@@ -65,7 +60,7 @@ public:
     orders.emplace_back("frame");
   }
   void center() override {
-    place.origin = {(screen.width() - place.width()) / 2, (screen.height() - place.height()) / 2};
+    place.origin = {(1440 - place.width()) / 2, (900 - place.height()) / 2};
   }
   bool isVisible() const override { return visible; }
   bool isMiniaturized() const override { return miniaturized; }
@@ -98,12 +93,11 @@ public:
   unsigned style;
   int level = windowLevel::normal;
   unsigned behavior = 0;
-  std::set<WindowButton> shownButtons;
+  std::map<WindowButton, bool> isHidden;
   std::optional<Rect> minimiseButton;
   Size minimum;
   Size maximum;
   Rect place;
-  Rect screen{{0, 0}, {1440, 900}};
   bool visible = false;
   bool miniaturized = false;
   std::shared_ptr<FakePageView> page;

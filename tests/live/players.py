@@ -56,6 +56,8 @@ class Provider:
         }
 
     def requests(self):
+        if not os.path.exists(self.path):
+            return []
         with open(self.path, encoding="utf-8") as record:
             return [json.loads(line) for line in record]
 

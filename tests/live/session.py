@@ -161,6 +161,15 @@ class Session:
         waitUntil(matching, lambda: f"a track with {expected}; last seen {seen[-1]}")
         return seen[-1]
 
+    def call(self, destination, path, method, bus="--session"):
+        """What a method on a bus answers, "" when it does not."""
+        return self.run(["gdbus", "call", bus, "--dest", destination, "--object-path", path,
+                         "--method", method]).stdout
+
+    def busNames(self):
+        return self.call("org.freedesktop.DBus", "/org/freedesktop/DBus",
+                         "org.freedesktop.DBus.ListNames")
+
     def log(self, name):
         """What the program of that name has printed so far."""
         with open(os.path.join(self.root, name + ".log"), encoding="utf-8", errors="replace") as log:
@@ -195,17 +204,16 @@ class Session:
             file.write(BUS_CONFIGURATION.format(socket=socket))
         self.start(["dbus-daemon", "--nofork", "--config-file", configuration])
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=" + socket
-        waitUntil(lambda: self._call("--session", "org.freedesktop.DBus", "/org/freedesktop/DBus",
-                                     "org.freedesktop.DBus.GetId"), "the session bus answers")
+        waitUntil(self.busNames, "the session bus answers")
 
     def _startAccessibility(self):
         self.start(["/usr/libexec/at-spi-bus-launcher", "--launch-immediately"])
-        address = waitUntil(lambda: self._call("--session", "org.a11y.Bus", "/org/a11y/bus",
-                                               "org.a11y.Bus.GetAddress"), "the launcher answers")
+        address = waitUntil(lambda: self.call("org.a11y.Bus", "/org/a11y/bus",
+                                              "org.a11y.Bus.GetAddress"), "the launcher answers")
         # Programs that come up before the registry does are never listed by it.
-        waitUntil(lambda: self._call(
-            "--address=" + address.split("'")[1], "org.a11y.atspi.Registry",
-            "/org/a11y/atspi/accessible/root", "org.a11y.atspi.Accessible.GetChildren"),
+        waitUntil(lambda: self.call(
+            "org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root",
+            "org.a11y.atspi.Accessible.GetChildren", "--address=" + address.split("'")[1]),
             "the accessibility registry answers")
 
     def _startSound(self):
@@ -217,10 +225,6 @@ class Session:
         self.environment["PULSE_SERVER"] = "unix:" + socket
         waitUntil(lambda: "speakers" in self.run(["pactl", "list", "short", "sinks"]).stdout,
                   "the sound server answers")
-
-    def _call(self, bus, destination, path, method):
-        return self.run(["gdbus", "call", bus, "--dest", destination, "--object-path", path,
-                         "--method", method]).stdout
 
 
 def builtVelmor():

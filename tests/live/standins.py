@@ -3,6 +3,8 @@
 import json
 import os
 
+from session import waitUntil
+
 PYTHON = "/usr/bin/python3"
 FOLDER = os.path.dirname(os.path.abspath(__file__))
 
@@ -34,3 +36,11 @@ def writeState(desktop, name, state):
         json.dump(state, file)
     os.replace(path + ".new", path)
     return path
+
+
+def startPlayer(desktop, name, path):
+    """A media player of this name on the session bus that does what the file at `path` says."""
+    player = runScriptAs(desktop, name, "mpris_player.py", name.lower(), name, path)
+    waitUntil(lambda: "mpris.MediaPlayer2." + name.lower() in desktop.busNames(),
+              name + " is on the bus")
+    return player

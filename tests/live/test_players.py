@@ -4,8 +4,8 @@ import os
 import signal
 import unittest
 
-from session import NO_SESSION, Session, waitUntil
-from standins import runScriptAs, writeState
+from session import NO_SESSION, Session
+from standins import runScriptAs, startPlayer, writeState
 
 PAUSED = "media player is paused. Start playback and try again.\n"
 SONG = {"xesam:title": "It's “Here” | Now", "xesam:artist": ["Sigur Rós", "Björk"],
@@ -23,13 +23,7 @@ class PlayersTest(unittest.TestCase):
         return writeState(self.desktop, name, {"status": status, "metadata": given})
 
     def start(self, name, **changes):
-        path = self.play(name, **changes)
-        player = runScriptAs(self.desktop, name, "mpris_player.py", name.lower(), name, path)
-        waitUntil(lambda: "mpris.MediaPlayer2." + name.lower() in self.desktop.run(
-            ["gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path",
-             "/org/freedesktop/DBus", "--method", "org.freedesktop.DBus.ListNames"]).stdout,
-                  name + " is on the bus")
-        return player
+        return startPlayer(self.desktop, name, self.play(name, **changes))
 
     def named(self):
         return self.desktop.named("title", "artist", "album", "source")

@@ -37,9 +37,8 @@ class SuggestionTest(unittest.TestCase):
             self.assertIn('- Song: It\'s "Ænima" 東京\n- Artist: Sigur Rós\n',
                           tinker["messages"][0]["content"][0]["text"])
             self.assertIn("instructions", openAI)
-            desktop.run(["gdbus", "call", "--session", "--dest", "org.mpris.MediaPlayer2.mpv",
-                         "--object-path", "/org/mpris/MediaPlayer2", "--method",
-                         "org.mpris.MediaPlayer2.Player.Pause"])
+            desktop.call("org.mpris.MediaPlayer2.mpv", "/org/mpris/MediaPlayer2",
+                         "org.mpris.MediaPlayer2.Player.Pause")
             waitUntil(lambda: desktop.named() == NO_SESSION, "nothing plays")
 
     def testNamesWhatABrowserPlays(self):

@@ -33,13 +33,6 @@ const copied = (page) => page.evaluate(() => navigator.clipboard.readText());
 const reply = (page, value) => page.evaluate((v) => window.__velmorResolve(window.native.waiting, v), value);
 const waits = { SuggestTracks: { wait: true } };
 
-on('the start asks for settings, state and version, then starts the detection', {}, async (page) => {
-  const messages = await page.evaluate(() => window.native.calls);
-  assert.deepEqual(messages.map((m) => m.method), ['GetSettings', 'GetState', 'GetAppInfo', 'StartAutoDetection']);
-  assert.equal(new Set(messages.map((m) => m.id)).size, 4);
-  assert.ok(messages.every((m) => typeof m.id === 'string' && Array.isArray(m.args)));
-});
-
 on('a second press sends no second request, and the time runs', { answers: waits }, async (page, says) => {
   await page.click('#ask');
   await page.click('#ask', { force: true });

@@ -139,11 +139,6 @@ TEST_F(HttpTest, IdleTimeAndTotalTimeAreTwoLimits) {
             timedOut);
 }
 
-TEST_F(HttpTest, QuittingStopsRequests) {
-  quit.request_stop();
-  EXPECT_EQ(failure({.url = first.url("/silent")}), "The request was stopped.");
-}
-
 TEST_F(HttpTest, OneSessionServesSeveralThreads) {
   const auto session = client.makeSession({});
   std::vector<std::future<HttpResponse>> answers;

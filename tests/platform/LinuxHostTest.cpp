@@ -1,12 +1,9 @@
-#include "platform/Environment.h"
 #include "platform/Host.h"
-#include "platform/ProcessLauncher.h"
 #include "platform/Workspace.h"
 #include "tests/platform/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
-#include <csignal>
 #include <fstream>
 #include <sstream>
 #include <thread>
@@ -14,28 +11,6 @@
 namespace velmor {
 
 namespace {
-
-TEST(LinuxHostTest, EndsItsLoopAndAllWaitingOnRequest) {
-  ::setenv("TINKER_API_KEY", "tk-secret", 1);
-  auto host = makeHost();
-  const auto& platform = host->platform();
-  EXPECT_EQ(platform.environment.variable("TINKER_API_KEY"), "tk-secret");
-  EXPECT_EQ(std::getenv("TINKER_API_KEY"), nullptr);
-
-  host->onTerminationRequest([&] { platform.workspace.terminate(); });
-  int exitStatus = 0;
-  platform.mainLoop.startWorker(
-      [&] {
-        const ChildProcess asking{"/bin/sh", {"-c", "kill -TERM $PPID; while :; do :; done"}};
-        exitStatus = platform.processes.run(asking).exitStatus;
-      },
-      [] {});
-  EXPECT_FALSE(platform.workspace.isTerminating());
-  host->run();
-  EXPECT_TRUE(platform.workspace.isTerminating());
-  host.reset();
-  EXPECT_EQ(exitStatus, 128 + SIGTERM);
-}
 
 TEST(LinuxHostTest, OpensAddressesAsOneArgument) {
   const TemporaryFolder folder;

@@ -23,8 +23,27 @@ inline void waitUntilRunning(const httplib::Server& server) {
 class TestServer {
 public:
   TestServer() {
-    for (const auto& [path, answer] : answers())
-      server.Get(path, answer).Post(path, answer).Put(path, answer);
+    on("/echo", [](const Request& request, Response& response) {
+      response.set_content(described(request), "text/plain");
+    });
+    on("/redirect", [](const Request& request, Response& response) {
+      response.status = std::stoi(request.get_param_value("status"));
+      response.set_header("Location", request.get_param_value("to"));
+    });
+    on("/bytes", [](const Request& request, Response& response) {
+      response.set_content(std::string(count(request), 'x'), "x/y");
+    });
+    on("/loop", [this](const Request&, Response& response) {
+      ++loopRequests;
+      response.set_redirect("/loop");
+    });
+    on("/silent", [this](const Request&, Response&) { pause(std::chrono::hours(1)); });
+    on("/trickle", [this](const Request& request, Response& response) {
+      response.set_content_provider(count(request), "x/y", [this](auto, auto, auto& sink) {
+        pause(std::chrono::milliseconds(50));
+        return sink.write("x", 1);
+      });
+    });
     thread = std::jthread([this] { server.listen_after_bind(); });
     waitUntilRunning(server);
   }
@@ -50,37 +69,12 @@ private:
   using Request = httplib::Request;
   using Response = httplib::Response;
 
-  std::map<std::string, httplib::Server::Handler> answers() {
-    return {
-        {"/echo",
-         [](const Request& request, Response& response) {
-           response.set_content(described(request), "text/plain");
-         }},
-        {"/redirect",
-         [](const Request& request, Response& response) {
-           response.status = std::stoi(request.get_param_value("status"));
-           response.set_header("Location", request.get_param_value("to"));
-         }},
-        {"/bytes",
-         [](const Request& request, Response& response) {
-           const auto count = std::stoul(request.get_param_value("count"));
-           response.set_content(std::string(count, 'x'), "x/y");
-         }},
-        {"/loop",
-         [this](const Request&, Response& response) {
-           ++loopRequests;
-           response.set_redirect("/loop");
-         }},
-        {"/silent", [this](const Request&, Response&) { pause(std::chrono::hours(1)); }},
-        {"/trickle",
-         [this](const Request& request, Response& response) {
-           const auto count = std::stoul(request.get_param_value("count"));
-           response.set_content_provider(count, "x/y", [this](auto, auto, auto& sink) {
-             pause(std::chrono::milliseconds(50));
-             return sink.write("x", 1);
-           });
-         }},
-    };
+  void on(const std::string& path, const httplib::Server::Handler& answer) {
+    server.Get(path, answer).Post(path, answer).Put(path, answer);
+  }
+
+  static std::size_t count(const Request& request) {
+    return std::stoul(request.get_param_value("count"));
   }
 
   static std::string described(const Request& request) {

@@ -1,11 +1,11 @@
 #include "JsonBody.h"
 #include "RequestCheck.h"
 #include "WantedRequest.h"
+#include "ai/RecommendationPrompt.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <regex>
 #include <tuple>
 #include <vector>
 
@@ -19,28 +19,18 @@ using Pointer = json::json_pointer;
 constexpr Protocol modelProtocols[] = {Protocol::responses, Protocol::messages};
 
 constexpr const char* key = "local-demo-key";
-constexpr const char* promptText =
-    R"(The currently playing track was verified through the macOS system media session.
-
-Current track:
-- Song: Night "Drive"
-- Artist: Nobody & Co
-- Album: 
-- BPM: 128.00
-- Key: 8A
-- Genre: House
-- Energy: 70/100
-- Audio/source notes: Verified by a test
-- Source application: mpv
-
-Recommend exactly COUNT real songs for the next DJ mix. Never recommend the current track. Prioritize similar BPM (normally within +/- 10 BPM unless half/double time is appropriate), compatible Camelot key, related genre and mood, suitable energy progression, phrasing, and overall set flow. Do not invent facts about the current track when a field is empty or zero.
-
-Submit playbackDetected=true, playbackEvidence="macOS system media session reports Playing", the supplied current track, and exactly COUNT ranked recommendations through the required tool.)";
 
 // Requests as they must look. Those that Velmor itself sends meet the check in the live tests.
 
 std::string rightPrompt(int count = 5) {
-  return std::regex_replace(promptText, std::regex("COUNT"), std::to_string(count));
+  const TrackMetadata track{.song = "Night \"Drive\"",
+                            .artist = "Nobody & Co",
+                            .bpm = 128,
+                            .key = "8A",
+                            .genre = "House",
+                            .energy = 70,
+                            .other = "Verified by a test"};
+  return RecommendationPrompt::text(track, "mpv", 10, count);
 }
 
 json rightBody(Protocol protocol, const std::string& prompt = rightPrompt(), int count = 5) {

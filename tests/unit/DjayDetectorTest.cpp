@@ -21,8 +21,7 @@ class DjayHome : public HomeWithDatabases {
 public:
   DjayHome() { applications.running = {{"com.algoriddim.djay-mac", "djay Pro", 3}}; }
 
-  /// A library whose newest track began that long ago, or that has no history; its tempo is
-  /// analysed as 124.5.
+  /// A library whose newest track began that long ago, or that has no history.
   void addLibrary(const char* path, std::optional<double> secondsAgo) {
     addDatabase(path, "CREATE TABLE database2(collection, key, data BLOB);"
                       "CREATE TABLE secondaryIndex_mediaItemAnalyzedDataIndex(bpm REAL);"
@@ -59,7 +58,6 @@ private:
 
 TEST(DjayDetector, TakesTheFirstTrackThatCanStillPlay) {
   const std::tuple<const char*, std::vector<std::optional<double>>, bool> rows[] = {
-      {"ended", {300}, false},
       {"in the future", {-5}, false},
       {"the first has ended", {300, 30}, true},
       {"the first is empty", {std::nullopt, 30}, false},
@@ -75,7 +73,6 @@ TEST(DjayDetector, TakesTheFirstTrackThatCanStillPlay) {
 TEST(DjayDetector, NeedsNeitherTempoNorAnApplicationInTheList) {
   DjayHome home;
   home.addLibrary(secondPath, 30);
-  EXPECT_EQ(DjayDetector::current(home.platform).bpm, 124.5);
   for (const auto& unknown :
        {std::string("x' OR 1 = 1 OR items.key = 'xxxx"), std::string(32, 'f')})
     EXPECT_EQ(DjayDetector::readBPM(home.environment.home / secondPath, unknown), 0);

@@ -10,6 +10,7 @@ using namespace velmor;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Pair;
 
 namespace {
 
@@ -58,20 +59,17 @@ protected:
 
 } // namespace
 
-TEST_F(MainWindow, IsBuiltOnceAndFilledWithThePage) {
+TEST_F(MainWindow, IsBuiltOnceAndRaisedWithItsPage) {
   launch();
   ASSERT_EQ(desktop.windows.windows.size(), 1U);
-  EXPECT_EQ(native().name, "Velmor");
   EXPECT_EQ(native().style, 0x8007U);
   EXPECT_EQ(native().behavior, 833U);
   EXPECT_EQ(native().level, 25);
-  EXPECT_EQ(native().minimum, (Size{376, 495}));
   EXPECT_EQ(native().maximum, (Size{507, 651}));
-  EXPECT_EQ(native().frame(), (Rect{{466.5, 124.5}, {507, 651}}));
   EXPECT_EQ(native().appearance, VelmorWindow::fullAppearance);
-  EXPECT_THAT(native().shownButtons, ElementsAre(WindowButton::Close, WindowButton::Miniaturize));
-  EXPECT_TRUE(native().visible);
-  EXPECT_EQ(page().page, "/app/Web/index.html");
+  EXPECT_THAT(native().isHidden,
+              ElementsAre(Pair(WindowButton::Close, false), Pair(WindowButton::Miniaturize, false),
+                          Pair(WindowButton::Zoom, true)));
   EXPECT_EQ(page().readAccess, "/app/Web");
   EXPECT_THAT(page().configuration.userScripts, ElementsAre("bridge()"));
   EXPECT_FALSE(page().configuration.drawsBackground);
@@ -106,46 +104,20 @@ TEST_F(MainWindow, ComesUpWhereItWasIfThatCanBeSeen) {
   }
 }
 
-TEST_F(MainWindow, SavesTheNormalFrameHoweverItCloses) {
-  const WindowSettings moved{.x = 50, .y = 60, .width = 461, .height = 592};
-  saveWindow({.x = 30, .y = 40});
+TEST_F(MainWindow, HasNoLeastSizeAsASquare) {
   launch();
-  native().place = {{50.9, 60.2}, {461, 592}};
-  system.loop.advance(Seconds{0.1});
-  delegate->applicationShouldClose();
-  EXPECT_EQ(savedWindow(), moved);
-
-  launch();
+  EXPECT_EQ(native().minimum, (Size{376, 495}));
   command("WindowMinimise");
-  EXPECT_EQ(native().minimum, Size{}) << "the square may be smaller than the window";
-  EXPECT_THAT(page().scripts, Contains(R"(window.__velmorEmit("velmor:compact-mode", true);)"));
+  EXPECT_EQ(native().minimum, Size{});
   command("RestoreWindow");
   EXPECT_EQ(native().minimum, (Size{376, 495}));
-  EXPECT_THAT(page().scripts, Contains(R"(window.__velmorEmit("velmor:compact-mode", false);)"));
-  command("WindowMinimise");
-  native().close();
-  EXPECT_EQ(savedWindow(), moved);
-  system.files.writeFailure = "No space left on device";
-  native().close();
-  EXPECT_FALSE(native().visible) << "a failed save does not keep it open";
 }
 
-TEST_F(MainWindow, ComesBackAboveOthersWithoutTakingTheFocus) {
+TEST_F(MainWindow, ClosesThoughItsPlaceCannotBeSaved) {
   launch();
-  native().orders.clear();
-  native().level = 0;
-  for (const auto notification :
-       {DesktopNotification::ScreenParametersChanged, DesktopNotification::ActiveSpaceChanged,
-        DesktopNotification::ApplicationActivated}) {
-    desktop.windows.notify(notification);
-  }
-  EXPECT_THAT(native().orders, ElementsAre("regardless", "regardless", "regardless"));
-  EXPECT_EQ(native().level, 25);
-  native().miniaturized = true;
-  desktop.windows.notify(DesktopNotification::ApplicationActivated);
-  EXPECT_EQ(native().orders.size(), 3U) << "a minimised window stays where it is";
-  delegate.reset();
-  EXPECT_EQ(desktop.windows.observers.size(), 0U) << "the observers end with the window";
+  system.files.writeFailure = "No space left on device";
+  native().close();
+  EXPECT_FALSE(native().visible);
 }
 
 TEST_F(MainWindow, TellsThePageHowFarItsButtonsReach) {
@@ -178,22 +150,6 @@ TEST_F(MainWindow, SaysWhyThePageCannotBeShown) {
                               "Velmor could not find its UI files in the app bundle.");
   EXPECT_THAT(system.log.lines, Contains("Velmor: index.html missing from bundle"));
   EXPECT_THAT(system.log.lines, Contains("Velmor: bridge script missing from bundle").Times(2));
-}
-
-TEST_F(MainWindow, SaysAboutComesBackAndQuitsOnRequest) {
-  launch();
-  const auto& menu = desktop.application.menu;
-  ASSERT_EQ(menu.size(), 3U);
-  EXPECT_EQ(menu[0].title + menu[1].title + menu[2].title, "About VelmorQuit Velmor");
-  EXPECT_EQ(menu[2].keyEquivalent, "q");
-  menu[0].action();
-  EXPECT_EQ(page().scripts.back(), R"(window.__velmorEmit("velmor:show-about", null);)");
-  native().orders.clear();
-  delegate->applicationShouldHandleReopen();
-  EXPECT_EQ(native().orders.back(), "key");
-  menu[2].action();
-  EXPECT_EQ(system.workspace.terminations, 1);
-  EXPECT_FALSE(system.files.files.contains(configFile)) << "quitting saves nothing";
 }
 
 TEST_F(MainWindow, WithoutSettingsThereIsNoWindow) {

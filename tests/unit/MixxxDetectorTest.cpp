@@ -59,24 +59,9 @@ TEST(MixxxDetector, ShowsWhatTheTitleSays) {
   MixxxHome home;
   home.addDatabase(plain, library(loggedTrack, "(1, '2026-11-15 23:58:00', 1)"));
   for (const auto& [title, track] : rows) {
-    home.windows.windows = {{5, title}};
+    home.windows.windows = {{4, "X - Other process | Mixxx"}, {5, title}};
     EXPECT_EQ(outcome(MixxxDetector::current, home.platform), track) << title;
   }
-}
-
-TEST(MixxxDetector, PrefersTheAccessibleTitle) {
-  MixxxHome home;
-  home.windows.windows = {
-      {4, "X - Other process | Mixxx"}, {5, "Mixxx"}, {5, "A - Listed | Mixxx"}};
-  EXPECT_EQ(outcome(MixxxDetector::current, home.platform), "Listed / A / ");
-  const auto window = std::make_shared<FakeAccessibility::Element>();
-  window->attributes = {{"AXTitle", ""}, {"AXTitleUIElement", "A - Accessible | Mixxx"}};
-  home.accessibility.applications[5] = std::make_shared<FakeAccessibility::Element>();
-  home.accessibility.applications[5]->attributes["AXWindows"] =
-      std::vector<AccessibilityElementPtr>{std::make_shared<FakeAccessibility::Element>(), window};
-  EXPECT_EQ(outcome(MixxxDetector::current, home.platform), "Accessible / A / ");
-  home.applications.running.clear();
-  EXPECT_EQ(outcome(MixxxDetector::current, home.platform), noSession) << "not running";
 }
 
 TEST(MixxxDetector, CompletesTheTitleFromTheLibrary) {

@@ -34,7 +34,7 @@ public:
   void rekordboxPlays() {
     applications.running.push_back({"", "Rekordbox.app", 12});
     accessibility.applications[12] = RekordboxScreen::application(
-        RekordboxScreen::texts({"From rekordbox", "A", "0:30", "-3:00", "128.00", "8A"}, {}));
+        RekordboxScreen::texts({"From rekordbox", "A", "0:30", "128.00", "8A"}, {}));
   }
   void djayRuns() { processes.running.insert("djay"); }
   void spotifyPlays() { player("Spotify", "From Spotify\036A\036B", ""); }

@@ -9,14 +9,13 @@
 
 namespace velmor {
 
-/// rekordbox's window as Accessibility shows it: two decks side by side and much else.
+/// rekordbox's window as Accessibility shows it, with two decks side by side.
 class RekordboxScreen {
 public:
   struct Deck {
     std::string title;
     std::string artist;
     std::string elapsed;
-    std::string remaining;
     std::string bpm;
     std::string key;
   };
@@ -24,13 +23,7 @@ public:
   static constexpr Rect window{{100, 40}, {1440, 900}};
 
   static std::vector<UIAText> texts(const Deck& left, const Deck& right) {
-    std::vector<UIAText> texts{
-        {"PERFORMANCE", {{112, 44}, {380, 14}}},           // as wide as a title, but too low
-        {"1.1 Bars", {{420, 150}, {90, 16}}},              // as high as a title, but too narrow
-        {"All Tracks by Artist", {{130, 560}, {500, 18}}}, // large, but in the library
-        {"Some Other Song", {{130, 580}, {400, 14}}},
-        {"126.00", {{620, 580}, {40, 14}}},
-    };
+    std::vector<UIAText> texts;
     addDeck(texts, left, 120);
     addDeck(texts, right, 830);
     return texts;
@@ -64,9 +57,7 @@ private:
                                {deck.artist, {{x + 2, 114}, {300, 14}}},
                                {deck.elapsed, {{x + 320, 115}, {40, 14}}},
                                {deck.bpm, {{x + 420, 112}, {60, 20}}},
-                               {deck.key, {{x + 500, 116}, {30, 14}}},
-                               {deck.remaining, {{x + 370, 115}, {40, 14}}},
-                               {"9:59", {{x + 500, 180}, {40, 14}}}}); // on the waveform
+                               {deck.key, {{x + 500, 116}, {30, 14}}}});
   }
 };
 

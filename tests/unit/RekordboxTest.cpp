@@ -11,8 +11,7 @@ using namespace velmor;
 
 namespace {
 
-const RekordboxScreen::Deck leftDeck{"Strobe", "deadmau5", "1:47", "-2:13", "128.00", "F♯m"};
-const RekordboxScreen::Deck rightDeck{"Opus", "Eric Prydz", "12:75", "-6:01", "126.5", "8A"};
+const RekordboxScreen::Deck strobe{"Strobe", "deadmau5", "1:47", "128.00", "F♯m"};
 
 /// "Title, Artist, bpm, key, elapsed; " of every deck.
 std::string decksOf(const std::vector<UIAText>& texts, const Rect& root) {
@@ -22,11 +21,6 @@ std::string decksOf(const std::vector<UIAText>& texts, const Rect& root) {
              std::to_string(deck.elapsed) + "; ";
   }
   return decks;
-}
-
-TEST(RekordboxDetector, FindsBothDecksAmongDecoys) {
-  EXPECT_EQ(decksOf(RekordboxScreen::texts(leftDeck, rightDeck), RekordboxScreen::window),
-            "Strobe, deadmau5, 128.00, F♯m, 107; Opus, Eric Prydz, 126.5, 8A, 0; ");
 }
 
 TEST(RekordboxDetector, JudgesTextsByTheirPlaces) {
@@ -92,7 +86,7 @@ protected:
 };
 
 TEST_F(RekordboxWindow, MustBeThereAndLargeEnough) {
-  const auto texts = RekordboxScreen::texts(leftDeck, rightDeck);
+  const auto texts = RekordboxScreen::texts(strobe, strobe);
   const auto app = RekordboxScreen::application(texts);
   EXPECT_EQ(read(app), "2");
   EXPECT_EQ(app->written.at("AXEnhancedUserInterface"), AccessibilityValue(true));
@@ -179,9 +173,8 @@ protected:
   /// One poll with these clocks; the title, or "" when nothing plays.
   std::string poll(const std::string& left, const std::string& right,
                    const std::string& rightTitle = "Right") {
-    system.accessibility.applications[2] = RekordboxScreen::application(
-        RekordboxScreen::texts({"Left", "A", left, "-9:00", "128.00", "8A"},
-                               {rightTitle, "A", right, "-9:00", "abc", "Am"}));
+    system.accessibility.applications[2] = RekordboxScreen::application(RekordboxScreen::texts(
+        {"Left", "A", left, "128.00", "8A"}, {rightTitle, "A", right, "abc", "Am"}));
     return current();
   }
 
@@ -221,9 +214,8 @@ TEST_F(RekordboxSession, RemembersItsClocksUntilRekordboxHasQuit) {
   EXPECT_EQ(poll("1:05", "3:42"), "Right / A / ");
   // It is there at the first look and gone at the second.
   const auto application = std::exchange(system.applications.running, {});
-  system.processes.handler = [&](const ChildProcess& child) {
-    const bool isThere =
-        child.arguments.back() == "rekordbox" && system.processes.asked("rekordbox") == 1;
+  system.processes.handler = [looks = 0](const ChildProcess& child) mutable {
+    const bool isThere = child.arguments.back() == "rekordbox" && ++looks == 1;
     return ChildResult{isThere ? 0 : 1, "", ""};
   };
   EXPECT_EQ(current(), noSession);

@@ -65,21 +65,14 @@ TEST_F(SuggestionTest, LabelsEverySource) {
   EXPECT_EQ(result.currentTrack.confidence, 100);
 }
 
-TEST_F(SuggestionTest, ListensWhenTheExtractorIsInstalled) {
+TEST_F(SuggestionTest, PutsWhatItHearsInPlaceOfWhatItWasTold) {
   EXPECT_EQ(listen(0, R"({"rhythm":{"bpm":127.9},"lowlevel":{"average_loudness":0.87654},
                           "tonal":{"key_edma":{"key":"F#","scale":"minor"}}})"),
             "ok");
-  EXPECT_EQ(result.notice, "Detected through sight and analyzed with Essentia.");
-  EXPECT_EQ(result.currentTrack.bpm, 127.9);
-  EXPECT_EQ(result.currentTrack.key, "11A");
+  EXPECT_NE(prompt.find("- BPM: 127.90\n- Key: 11A\n"), std::string::npos);
   EXPECT_EQ(result.currentTrack.other, "Essentia audio analysis; average loudness 0.877");
-  EXPECT_TRUE(controller.getState().essentiaAvailable);
-
   EXPECT_EQ(listen(2, ""), "ok");
-  EXPECT_EQ(result.notice,
-            "Detected through sight; Essentia audio analysis was unavailable for this sample.");
   EXPECT_NE(prompt.find("- BPM: 100.00\n- Key: 8A\n"), std::string::npos);
-
   EXPECT_EQ(listen(0, "{}"), "ok");
   EXPECT_EQ(result.currentTrack.key, "");
 }

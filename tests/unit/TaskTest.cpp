@@ -1,19 +1,12 @@
 #include "platform/TaskGroup.h"
 #include "platform/Waiting.h"
-#include "tests/unit/Outcome.h"
+#include "tests/fakes/FakeMainLoop.h"
 
 #include <gtest/gtest.h>
-
-#include <stdexcept>
 
 using namespace velmor;
 
 namespace {
-
-Task<int> workedOut(MainLoop& loop, int value) {
-  if (value < 0) throw std::runtime_error("negative");
-  co_return co_await onWorker(loop, [value] { return value * 2; });
-}
 
 Task<void> countSleeps(MainLoop& loop, int& count) {
   for (;;) {
@@ -25,14 +18,6 @@ Task<void> countSleeps(MainLoop& loop, int& count) {
 }
 
 } // namespace
-
-TEST(Task, GivesResultsAndFailuresToWhoAwaits) {
-  FakeMainLoop loop;
-  int doubled = 0;
-  EXPECT_EQ(taskOutcome(loop, workedOut(loop, 21), doubled), "ok");
-  EXPECT_EQ(doubled, 42);
-  EXPECT_EQ(taskOutcome(loop, workedOut(loop, -1), doubled), "negative");
-}
 
 TEST(Task, CancellingEndsASleepAndIsSeenAtTheNextCheck) {
   FakeMainLoop loop;
@@ -60,7 +45,7 @@ TEST(Task, DestroyingTheGroupEndsWhatStillWaits) {
     TaskGroup tasks(loop);
     tasks.start(countSleeps(loop, count));
     const auto waitForWorker = [](MainLoop& mainLoop, int& value) -> Task<void> {
-      value += 100 * co_await workedOut(mainLoop, 1);
+      value += co_await onWorker(mainLoop, [] { return 100; });
     };
     tasks.start(waitForWorker(loop, count));
     loop.runPending();

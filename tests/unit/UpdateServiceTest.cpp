@@ -40,10 +40,7 @@ TEST_F(UpdateServiceTest, AsksTheConfiguredServer) {
   EXPECT_EQ(system.http.requests.back().url, "https://versions.example.invalid/v1/macos");
   system.environment.variables["VELMORDJ_VERSION_URL"] = " /http://127.0.0.1:9/base// \n";
   (void)check(200, "");
-  const auto& request = system.http.requests.back();
-  EXPECT_EQ(request.method + " " + request.url, "GET http://127.0.0.1:9/base/v1/macos");
-  EXPECT_EQ(request.headers.at(0),
-            std::pair(std::string("Accept"), std::string("application/json")));
+  EXPECT_EQ(system.http.requests.back().url, "http://127.0.0.1:9/base/v1/macos");
   EXPECT_EQ(system.http.configurations.back().requestTimeout, Seconds{8});
   EXPECT_EQ(system.http.configurations.back().resourceTimeout, Seconds{8});
 }
