@@ -19,8 +19,8 @@ using Statement = std::unique_ptr<sqlite3_stmt, decltype(&sqlite3_finalize)>;
 
 constexpr int busyTimeoutMilliseconds = 150;
 
-/// True for a write-ahead-logging database without its log: nobody has it open. SQLite would
-/// create the log and its index beside it even for a reader, and leave them there.
+/// True for a write-ahead-logging database without its log or the log's index: nobody has it open.
+/// SQLite would create what is missing even for a reader, and leave it there.
 bool isLeftBehind(const std::filesystem::path& path) {
   constexpr std::size_t writeVersion = 18;
   constexpr std::size_t readVersion = 19;
@@ -29,10 +29,13 @@ bool isLeftBehind(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
   if (!file.read(header.data(), header.size())) return false;
   if (header[writeVersion] != writeAheadLog || header[readVersion] != writeAheadLog) return false;
-  auto log = path;
-  log += "-wal";
-  std::error_code ignored;
-  return !std::filesystem::exists(log, ignored);
+  const auto isMissing = [&path](const char* suffix) {
+    auto companion = path;
+    companion += suffix;
+    std::error_code ignored;
+    return !std::filesystem::exists(companion, ignored);
+  };
+  return isMissing("-wal") || isMissing("-shm");
 }
 
 Connection open(const std::filesystem::path& path) {

@@ -101,6 +101,11 @@ TEST_F(SQLiteReading, SeesWhatALiveLogHoldsAndLeavesItAlone) {
     EXPECT_EQ(read(), Row{"logged"}) << path;
     EXPECT_EQ(folderContent(), before) << path;
   }
+  // Copied without its index: what only the log holds stays unknown, and no index comes back.
+  std::filesystem::remove(path.string() + "-shm");
+  const auto before = folderContent();
+  EXPECT_FALSE(read());
+  EXPECT_EQ(folderContent(), before);
 }
 
 TEST_F(SQLiteReading, ReadsALogDatabaseLeftBehindWithoutATrace) {
