@@ -62,8 +62,8 @@ Written by `scripts/bench`; every number is set against a baseline measured in t
 ## A poll
 
 One detection in the real backend, {polls} rounds, against the child processes that it starts, started again by
-themselves with the same arguments and by the same launcher. Aim: at most 1.10. Spotify is stood in for by a script, whose own time to answer
-counts for the poll.
+themselves with the same arguments and by the same launcher. Aim: at most 1.10. Spotify is
+stood in for by a script, whose own time to answer counts for the poll.
 
 {pollResult}
 ## Reading the media session
@@ -75,9 +75,9 @@ is kept between readings; the first one makes it. Aim: five times faster.
 ## Starting
 
 From the start of the process until the page is seen in its window on the screen, {starts} rounds, against a
-program that opens a window with the same page and nothing else, drawn on the processor by its settings alone
-(Velmor loads no graphics drivers either), and against WebKitGTK's MiniBrowser as it comes. Without Velmor under it the page says that it
-misses it. Aim: at most 1.05 of the bare program.
+program that opens a window with the same page and nothing else, drawn on the processor
+by its settings alone (Velmor loads no graphics drivers either), and against WebKitGTK's MiniBrowser as
+it comes. Without Velmor under it the page says that it misses it. Aim: at most 1.05 of the bare program.
 
 {startResult}
 ## Memory
