@@ -71,6 +71,7 @@ bool AtspiBus::isSwitchedOn() const {
 std::optional<std::string> AtspiBus::nameOf(std::int32_t process) const {
   const auto names = registeredNames();
   std::vector<BusCall> calls;
+  calls.reserve(names.size());
   for (const auto& name : names) {
     calls.push_back({"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
                      "GetConnectionUnixProcessID", textTuple({name}), "(u)"});

@@ -12,6 +12,7 @@ namespace velmor {
 struct AtspiReference {
   std::string name;
   std::string path;
+  // NOLINTNEXTLINE(modernize-use-nullptr): Clang takes the comparison with zero for a pointer.
   auto operator<=>(const AtspiReference&) const = default;
 };
 

@@ -79,7 +79,7 @@ void CurlTransfer::setHeaders(const HttpRequest& request) {
     if (!isOneLine(name) || !isOneLine(value)) {
       throw TransportError("A header of the request contains a line break.");
     }
-    add(value.empty() ? name + ";" : name + ": " + value);
+    add(name + (value.empty() ? ";" : ": " + value));
   }
   curl_easy_setopt(easy.get(), CURLOPT_HTTPHEADER, headers.get());
 }

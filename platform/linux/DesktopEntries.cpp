@@ -113,7 +113,7 @@ std::optional<DesktopEntry> DesktopEntries::first(const Matches& matches) const 
 
 std::optional<DesktopEntry> DesktopEntries::forWindowClass(const std::string& windowClass) const {
   if (windowClass.empty()) return std::nullopt;
-  const auto stated =
+  auto stated =
       first([&](const auto& entry) { return equalInAnyCase(entry.windowClass, windowClass); });
   if (stated) return stated;
   // Most programs that do not state their class use their own name.

@@ -55,9 +55,11 @@ std::vector<EwmhClient> readEwmhClients() {
   const auto windows = reader.numbers(reader.request(reader.rootWindow(), "_NET_CLIENT_LIST"));
   // All requests go out before the first answer is awaited: one round trip for all windows.
   std::vector<WindowQuery> queries;
+  queries.reserve(windows.size());
   for (const auto window : windows)
     queries.push_back(ask(reader, window));
   std::vector<EwmhClient> clients;
+  clients.reserve(queries.size());
   for (const auto& query : queries)
     clients.push_back(collect(reader, query));
   return clients;

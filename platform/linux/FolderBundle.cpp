@@ -28,7 +28,7 @@ FolderBundle::FolderBundle(fs::path folder)
 
 fs::path FolderBundle::folderOfExecutable(const fs::path& executable) {
   const auto place = executable.parent_path();
-  const auto inBuildTree = place / "share" / "velmor";
+  auto inBuildTree = place / "share" / "velmor";
   std::error_code ignored;
   if (fs::is_directory(inBuildTree, ignored)) return inBuildTree;
   return place.parent_path() / "share" / "velmor";

@@ -48,8 +48,10 @@ Screen screen(GdkMonitor* monitor) {
 
 std::vector<Screen> GtkScreens::all() {
   auto* const display = gdk_display_get_default();
+  const int count = gdk_display_get_n_monitors(display);
   std::vector<GdkMonitor*> monitors;
-  for (int number = 0; number < gdk_display_get_n_monitors(display); ++number)
+  monitors.reserve(static_cast<std::size_t>(count));
+  for (int number = 0; number < count; ++number)
     monitors.push_back(gdk_display_get_monitor(display, number));
   const auto isMain = [main = mainMonitor()](GdkMonitor* monitor) { return monitor == main; };
   std::stable_partition(monitors.begin(), monitors.end(), isMain);
