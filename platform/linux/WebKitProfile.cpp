@@ -18,7 +18,7 @@ GObjectPtr<WebKitWebContext> makeContext(const std::filesystem::path& folder) {
 } // namespace
 
 void WebKitProfile::drawOnProcessor() {
-  // The settings alone would still have it load the drivers: a tenth of a start and of the memory.
+  // The settings alone would still have it load the drivers, which takes a tenth of a start.
   // Who has set the variable knows better.
   g_setenv(processorVariable, "1", FALSE);
 }
