@@ -36,24 +36,6 @@ private:
   std::vector<ChildProcess> children;
 };
 
-Platform withLauncher(const Platform& system, ProcessLauncher& launcher) {
-  return {.mainLoop = system.mainLoop,
-          .clock = system.clock,
-          .environment = system.environment,
-          .files = system.files,
-          .bundle = system.bundle,
-          .log = system.log,
-          .processes = launcher,
-          .http = system.http,
-          .applications = system.applications,
-          .mediaRemote = system.mediaRemote,
-          .accessibility = system.accessibility,
-          .windows = system.windows,
-          .scripts = system.scripts,
-          .workspace = system.workspace,
-          .record = system.record};
-}
-
 template <typename Work>
 double secondsOf(Work work) {
   const auto start = std::chrono::steady_clock::now();
@@ -81,7 +63,7 @@ std::string detect(NowPlayingDetector& detector) {
 
 nlohmann::json timePolls(const Platform& system, int rounds) {
   RecordingLauncher launcher(system.processes);
-  const auto observed = withLauncher(system, launcher);
+  const auto observed = system.with(launcher);
   NowPlayingDetector detector(observed);
   nlohmann::json report;
   for (int round = 0; round <= rounds; ++round) {

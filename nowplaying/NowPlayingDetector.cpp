@@ -1,5 +1,6 @@
 #include "nowplaying/NowPlayingDetector.h"
 
+#include "nowplaying/ApplicationsSnapshot.h"
 #include "nowplaying/DjayDetector.h"
 #include "nowplaying/MediaRemoteClient.h"
 #include "nowplaying/MixxxDetector.h"
@@ -27,44 +28,46 @@ std::optional<NowPlayingTrack> attempt(const Platform& platform, Reader reader) 
   }
 }
 
+std::optional<NowPlayingTrack> currentMixxx(const Platform& platform) {
+  if (!MixxxDetector::isRunning(platform)) return std::nullopt;
+  return attempt(platform, MixxxDetector::current);
+}
+
+std::optional<NowPlayingTrack> currentDjay(const Platform& platform) {
+  if (!DjayDetector::isRunning(platform)) return std::nullopt;
+  return attempt(platform, DjayDetector::current);
+}
+
+std::optional<NowPlayingTrack> currentPlayer(const Platform& platform, const std::string& name) {
+  return StreamingAppDetector::current(platform, name, {name}, "macOS media",
+                                       "macOS media session");
+}
+
+bool isPlayerPaused(const Platform& platform, const std::string& name) {
+  return ProcessUtils::isRunning(platform, {name}) &&
+         StreamingAppDetector::isPaused(platform, name);
+}
+
 } // namespace
 
 NowPlayingDetector::NowPlayingDetector(const Platform& system) : platform(system) {}
 
 NowPlayingTrack NowPlayingDetector::current() {
-  if (auto track = currentMixxx()) return *track;
+  ApplicationsSnapshot applications(platform.applications);
+  const auto now = platform.with(applications);
+  if (auto track = currentMixxx(now)) return *track;
   // While rekordbox runs, a DJ plays with it: what else sounds on the machine is not the set.
-  if (RekordboxDetector::isRunning(platform)) return currentRekordbox();
-  if (auto track = currentDjay()) return *track;
-  if (auto track = currentPlayer(spotify)) return *track;
-  if (auto track = currentPlayer(music)) return *track;
-  if (auto track = MediaRemoteClient::currentTrackWorker(platform)) return *track;
-  if (auto track = attempt(platform, VirtualDJDetector::current)) return *track;
-  if (auto track = attempt(platform, SeratoDetector::current)) return *track;
-  if (isPlayerPaused(spotify) || isPlayerPaused(music)) {
+  if (RekordboxDetector::isRunning(now)) return currentRekordbox();
+  if (auto track = currentDjay(now)) return *track;
+  if (auto track = currentPlayer(now, spotify)) return *track;
+  if (auto track = currentPlayer(now, music)) return *track;
+  if (auto track = MediaRemoteClient::currentTrackWorker(now)) return *track;
+  if (auto track = attempt(now, VirtualDJDetector::current)) return *track;
+  if (auto track = attempt(now, SeratoDetector::current)) return *track;
+  if (isPlayerPaused(now, spotify) || isPlayerPaused(now, music)) {
     throw NowPlayingError::playbackPaused("media player");
   }
   throw NowPlayingError::noActiveSession();
-}
-
-std::optional<NowPlayingTrack> NowPlayingDetector::currentMixxx() const {
-  if (!MixxxDetector::isRunning(platform)) return std::nullopt;
-  return attempt(platform, MixxxDetector::current);
-}
-
-std::optional<NowPlayingTrack> NowPlayingDetector::currentDjay() const {
-  if (!DjayDetector::isRunning(platform)) return std::nullopt;
-  return attempt(platform, DjayDetector::current);
-}
-
-std::optional<NowPlayingTrack> NowPlayingDetector::currentPlayer(const std::string& name) const {
-  return StreamingAppDetector::current(platform, name, {name}, "macOS media",
-                                       "macOS media session");
-}
-
-bool NowPlayingDetector::isPlayerPaused(const std::string& name) const {
-  return ProcessUtils::isRunning(platform, {name}) &&
-         StreamingAppDetector::isPaused(platform, name);
 }
 
 } // namespace velmor

@@ -35,11 +35,6 @@ public:
                              const std::string& fingerprint);
 
 private:
-  std::optional<NowPlayingTrack> currentMixxx() const;
-  std::optional<NowPlayingTrack> currentDjay() const;
-  std::optional<NowPlayingTrack> currentPlayer(const std::string& name) const;
-  bool isPlayerPaused(const std::string& name) const;
-
   NowPlayingTrack currentRekordbox();
   std::optional<RekordboxDeck> trackRekordbox(const std::vector<RekordboxDeck>& decks);
   void resetRekordboxState();

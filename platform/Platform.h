@@ -2,6 +2,8 @@
 
 #include "platform/PlatformRecord.h"
 
+#include <type_traits>
+
 namespace velmor {
 
 class Accessibility;
@@ -37,6 +39,33 @@ struct Platform {
   ScriptHost& scripts;
   Workspace& workspace;
   const PlatformRecord& record;
+
+  /// The same system with one part exchanged, such as one that watches or hastens the real one.
+  template <typename Other>
+  [[nodiscard]] Platform with(Other& other) const {
+    const auto part = [&other]<typename Part>(Part& own) -> Part& {
+      if constexpr (std::is_base_of_v<Part, Other>) {
+        return other;
+      } else {
+        return own;
+      }
+    };
+    return {.mainLoop = part(mainLoop),
+            .clock = part(clock),
+            .environment = part(environment),
+            .files = part(files),
+            .bundle = part(bundle),
+            .log = part(log),
+            .processes = part(processes),
+            .http = part(http),
+            .applications = part(applications),
+            .mediaRemote = part(mediaRemote),
+            .accessibility = part(accessibility),
+            .windows = part(windows),
+            .scripts = part(scripts),
+            .workspace = part(workspace),
+            .record = record};
+  }
 };
 
 } // namespace velmor

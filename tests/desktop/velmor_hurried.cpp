@@ -35,26 +35,8 @@ public:
   const Platform& platform() const override { return parts; }
 
 private:
-  static Platform with(const Platform& system, MainLoop& loop) {
-    return {.mainLoop = loop,
-            .clock = system.clock,
-            .environment = system.environment,
-            .files = system.files,
-            .bundle = system.bundle,
-            .log = system.log,
-            .processes = system.processes,
-            .http = system.http,
-            .applications = system.applications,
-            .mediaRemote = system.mediaRemote,
-            .accessibility = system.accessibility,
-            .windows = system.windows,
-            .scripts = system.scripts,
-            .workspace = system.workspace,
-            .record = system.record};
-  }
-
   HurriedLoop loop{host.platform().mainLoop};
-  Platform parts = with(host.platform(), loop);
+  Platform parts = host.platform().with(loop);
 };
 
 } // namespace

@@ -61,8 +61,12 @@ public:
 
 class FakeApplications : public RunningApplications {
 public:
-  std::vector<RunningApplication> list() override { return running; }
+  std::vector<RunningApplication> list() override {
+    ++listings;
+    return running;
+  }
   std::vector<RunningApplication> running;
+  int listings = 0;
 };
 
 class FakeWindowList : public WindowList {

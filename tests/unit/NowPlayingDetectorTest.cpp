@@ -122,6 +122,9 @@ TEST(NowPlayingDetector, LooksForPausedPlayersLast) {
                            "spotify, track? Spotify, music, track? Music, virtualdj, "
                            "serato dj pro, serato dj lite, serato dj, "
                            "spotify, paused? Spotify, music, paused? Music, ");
+  EXPECT_EQ(machine.applications.listings, 1);
+  EXPECT_THROW((void)detector.current(), NowPlayingError);
+  EXPECT_EQ(machine.applications.listings, 2) << "each look sees the desktop afresh";
 }
 
 } // namespace
