@@ -49,7 +49,7 @@ std::optional<std::string_view> takeModeSuffix(std::string& root) {
 } // namespace
 
 std::string CamelotKey::toCamelot(std::string_view key) {
-  const std::string asGiven(text::trimmed(key));
+  std::string asGiven(text::trimmed(key));
   if (asGiven.empty()) return "";
 
   const std::string compact = text::replacingAll(asGiven, " ", "");

@@ -12,13 +12,13 @@ void TaskHandle::cancel() const {
 
 /// The outermost coroutine of a task; it exists to tell the group when the task has ended.
 struct TaskGroup::Driver {
-  struct promise_type {
+  struct Promise {
     TaskContext* context = nullptr;
     TaskGroup* group = nullptr;
     const Running* running = nullptr;
 
     Driver get_return_object() {
-      return Driver{std::coroutine_handle<promise_type>::from_promise(*this)};
+      return Driver{std::coroutine_handle<Promise>::from_promise(*this)};
     }
     std::suspend_always initial_suspend() const noexcept { return {}; }
     void return_void() const noexcept {}
@@ -28,7 +28,7 @@ struct TaskGroup::Driver {
       struct LeaveGroup {
         bool await_ready() const noexcept { return false; }
         // The group destroys the coroutine, and with it this object: nothing may follow.
-        void await_suspend(std::coroutine_handle<promise_type> driver) const noexcept {
+        void await_suspend(std::coroutine_handle<Promise> driver) const noexcept {
           driver.promise().group->ended(driver.promise().running);
         }
         void await_resume() const noexcept {}
@@ -37,7 +37,8 @@ struct TaskGroup::Driver {
     }
   };
 
-  std::coroutine_handle<promise_type> coroutine;
+  using promise_type = Promise;
+  std::coroutine_handle<Promise> coroutine;
 };
 
 struct TaskGroup::Running {

@@ -23,7 +23,7 @@ constexpr double insetWithoutButtons = 54;
 std::shared_ptr<MainWindowController>
 MainWindowController::make(const Platform& platform, const Desktop& desktop,
                            const ConfigStore& configStore, std::shared_ptr<MainWindowOwner> app) {
-  const std::shared_ptr<MainWindowController> controller(
+  std::shared_ptr<MainWindowController> controller(
       new MainWindowController(platform, desktop, std::move(app)));
   controller->makeWindow(configStore.current().window);
   controller->makeWebView();

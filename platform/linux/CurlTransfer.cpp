@@ -79,7 +79,10 @@ void CurlTransfer::setHeaders(const HttpRequest& request) {
     if (!isOneLine(name) || !isOneLine(value)) {
       throw TransportError("A header of the request contains a line break.");
     }
-    add(name + (value.empty() ? ";" : ": " + value));
+    auto line = name;
+    line += value.empty() ? ";" : ": ";
+    line += value;
+    add(line);
   }
   curl_easy_setopt(easy.get(), CURLOPT_HTTPHEADER, headers.get());
 }

@@ -63,6 +63,7 @@ std::uint32_t XcbPropertyReader::rootWindow() const {
 
 void XcbPropertyReader::lookUpAtoms(const std::vector<std::string>& atomNames) {
   std::vector<xcb_intern_atom_cookie_t> cookies;
+  cookies.reserve(atomNames.size());
   for (const auto& name : atomNames) {
     cookies.push_back(xcb_intern_atom(connection.get(), 1, static_cast<std::uint16_t>(name.size()),
                                       name.c_str()));
@@ -91,8 +92,8 @@ std::vector<std::uint32_t> XcbPropertyReader::numbers(XcbPropertyRequest request
 std::string XcbPropertyReader::text(XcbPropertyRequest request) const {
   const auto answer = reply(connection.get(), request);
   if (!answer || answer->format != 8) return "";
-  const std::string bytes(static_cast<const char*>(xcb_get_property_value(answer.get())),
-                          answer->value_len);
+  std::string bytes(static_cast<const char*>(xcb_get_property_value(answer.get())),
+                    answer->value_len);
   if (answer->type == XCB_ATOM_STRING) return fromLatin1(bytes);
   if (g_utf8_validate_len(bytes.data(), bytes.size(), nullptr)) return bytes;
   // Compound text switches its encoding with escape sequences; without any it is Latin-1 too.
