@@ -7,11 +7,10 @@ import shutil
 import subprocess
 import sys
 
-ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
-sys.path.insert(0, os.path.join(ROOT, "tests", "live"))
+from polls import pollTable, sessionTable
+from windows import windowTables
 
-from polls import pollTable, sessionTable  # noqa: E402
-from windows import windowTables  # noqa: E402
+ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 
 
 def output(*command):

@@ -5,7 +5,7 @@ import os
 
 from players import mpv, tagged
 from session import Session, waitUntil
-from standins import idleAs, runScriptAs, writeState
+from standins import PLAYER, idleAs, runScriptAs, writeState
 from series import Series, table
 
 PROGRAM = os.path.join(os.path.dirname(os.path.abspath(os.environ["VELMOR"])), "bench",
@@ -26,7 +26,7 @@ def player(desktop):
 def spotify(desktop):
     state = writeState(desktop, "spotify", {"status": "Playing", "metadata": {
         "xesam:title": "Opus", "xesam:artist": ["Eric Prydz"], "xesam:album": "Opus"}})
-    runScriptAs(desktop, "spotify", "mpris_player.py", "spotify", "Spotify", state)
+    runScriptAs(desktop, "spotify", PLAYER, "spotify", "Spotify", state)
     desktop.waitForTrack(title="Opus")
 
 

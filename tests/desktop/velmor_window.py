@@ -5,12 +5,8 @@ import os
 import shutil
 import signal
 import subprocess
-import sys
 import time
 
-sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "live"))
-
-# pylint: disable=wrong-import-position
 from Xlib import X, Xatom, Xutil, display, error, protocol
 from Xlib.ext import xtest
 

@@ -5,7 +5,7 @@ import signal
 import unittest
 
 from session import NO_SESSION, Session
-from standins import runScriptAs, startPlayer, writeState
+from standins import PLAYER, runScriptAs, startPlayer, writeState
 
 PAUSED = "media player is paused. Start playback and try again.\n"
 SONG = {"xesam:title": "It's “Here” | Now", "xesam:artist": ["Sigur Rós", "Björk"],
@@ -56,7 +56,7 @@ class PlayersTest(unittest.TestCase):
         self.assertEqual(self.named()[0], SONG["xesam:title"])
 
     def testAProcessWithoutASessionIsPassedOver(self):
-        runScriptAs(self.desktop, "Spotify", "mpris_player.py", "another", "Another",
+        runScriptAs(self.desktop, "Spotify", PLAYER, "another", "Another",
                     self.play("Spotify"))
         self.desktop.waitForTrack(title=SONG["xesam:title"], source="another")
 

@@ -5,8 +5,10 @@ import signal
 import unittest
 
 from session import Session, waitUntil
-from standins import FOLDER, runScriptAs, writeState
+from standins import runScriptAs, writeState
 
+FOLDER = os.path.dirname(os.path.abspath(__file__))
+WINDOW = os.path.join(FOLDER, "rekordbox_window.py")
 LAYOUT = os.path.join(FOLDER, "data", "rekordbox-layout.json")
 NO_DECK = ("rekordbox is running but no active deck was detected. Play a track in Performance "
            "mode, then try again.\n")
@@ -26,7 +28,7 @@ def showDecks(desktop, first, second):
 
 def showWindow(desktop, first, second):
     """Brings the window up and waits until the window manager shows it."""
-    process = runScriptAs(desktop, "rekordbox", "rekordbox_window.py", LAYOUT,
+    process = runScriptAs(desktop, "rekordbox", WINDOW, LAYOUT,
                           showDecks(desktop, first, second))
     waitUntil(lambda: desktop.run(["xdotool", "search", "--onlyvisible", "--name",
                                    "^rekordbox$"]).stdout, "the window is there")

@@ -9,6 +9,7 @@ from standins import runScriptAs, writeState
 
 SONG = {"title": "Für Élise – “Edit” 100%", "artist": "Nick Cave & The Bad Seeds", "album": "A+B",
         "genre": "Drum & Bass", "bpm": "174.5", "key": "8A"}
+SERVICE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "virtualdj_service.py")
 TOKEN = "s3cr3t+/="
 
 
@@ -20,7 +21,7 @@ class VirtualDJTest(unittest.TestCase):
         return writeState(self.desktop, "control", {"song": song, "token": token})
 
     def start(self, song):
-        process = runScriptAs(self.desktop, "virtualdj", "virtualdj_service.py", self.serve(song))
+        process = runScriptAs(self.desktop, "virtualdj", SERVICE, self.serve(song))
         waitUntil(lambda: "LISTEN" in self.desktop.run(
             ["lsof", "-nP", "-iTCP", "-sTCP:LISTEN", "-a", "-p", str(process.pid)]).stdout,
                   "the service listens")

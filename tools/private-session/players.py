@@ -1,4 +1,4 @@
-"""Real players for live tests, and the model provider that Velmor asks in them."""
+"""Real players for a private session, and the model provider that Velmor asks in it."""
 
 import json
 import os

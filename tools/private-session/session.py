@@ -1,4 +1,5 @@
-"""A private desktop for live tests: display, window manager, buses, sound server and home.
+"""A private desktop: display, window manager, buses, sound server and home, of its own. Live tests,
+benchmarks and the demonstration run Velmor in it; the variable VELMOR names the built program.
 
     with Session() as desktop:
         player = desktop.start(["mpv", "--idle"])
@@ -42,26 +43,27 @@ _libc = ctypes.CDLL(None, use_errno=True)
 
 
 class Session:
-    """Take what a test needs; without `bus` there is no session bus at all.
+    """Take what is needed; without `bus` there is no session bus at all.
 
-    Process names are the one thing that sessions share: a test that starts programs under names
-    that Velmor looks for asks to be `alone`, and no other session of this machine runs beside it.
+    Process names are the one thing that sessions share: who starts programs under names that
+    Velmor looks for asks to be `alone`, and no other session of this machine runs beside it.
     """
 
     def __init__(self, display=True, bus=True, sound=False, accessibility=False, alone=False,
-                 manager=("openbox", "--sm-disable")):
+                 manager=("openbox", "--sm-disable"), screen="1440x900"):
         services = ((bus, self._startBus), (display, self._startDisplay),
                     (accessibility, self._startAccessibility), (sound, self._startSound))
         self.services = [start for wanted, start in services if wanted]
         self.alone = alone
         self.manager = manager
+        self.screen = screen
         self.processes = []
 
     def __enter__(self):
         self.turn = _takeTurn(self.alone)
         _libc.prctl(_PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0)
         self.before = set(descendants(os.getpid()))
-        self.root = tempfile.mkdtemp(prefix="velmor-live-")
+        self.root = tempfile.mkdtemp(prefix="velmor-session-")
         self.home = self._folder("home")
         self.runtime = self._folder("runtime")
         self.environment = {
@@ -134,7 +136,7 @@ class Session:
             capture_output=True, text=True, timeout=timeout, **options)
 
     def velmor(self, *arguments, **options):
-        """Runs the program under test."""
+        """Runs Velmor to its end."""
         return self.run([builtVelmor(), *arguments], **options)
 
     def nowPlaying(self, environment=None):
@@ -183,7 +185,7 @@ class Session:
     def _startDisplay(self):
         # The server itself picks a display that nobody uses.
         reading, writing = os.pipe()
-        self.start(["Xvfb", "-displayfd", str(writing), "-screen", "0", "1440x900x24",
+        self.start(["Xvfb", "-displayfd", str(writing), "-screen", "0", self.screen + "x24",
                     "-nolisten", "tcp", "-noreset"], pass_fds=[writing])
         os.close(writing)
         with os.fdopen(reading) as answer:
@@ -228,7 +230,7 @@ class Session:
 
 
 def builtVelmor():
-    """The program under test, which the variable VELMOR names."""
+    """The program that runs in the session, which the variable VELMOR names."""
     return os.path.abspath(os.environ["VELMOR"])
 
 
@@ -245,7 +247,7 @@ def waitUntil(condition, what, seconds=DEADLINE):
 
 def _takeTurn(alone):
     """Waits for the sessions that this one must not run beside; closing the result lets them."""
-    path = os.path.join(tempfile.gettempdir(), "velmor-live.lock")
+    path = os.path.join(tempfile.gettempdir(), "velmor-session.lock")
     lock = os.open(path, os.O_RDONLY | os.O_CREAT | os.O_CLOEXEC, 0o666)
     fcntl.flock(lock, fcntl.LOCK_EX if alone else fcntl.LOCK_SH)
     return lock

@@ -6,7 +6,7 @@ import os
 from session import waitUntil
 
 PYTHON = "/usr/bin/python3"
-FOLDER = os.path.dirname(os.path.abspath(__file__))
+PLAYER = os.path.join(os.path.dirname(os.path.abspath(__file__)), "mpris_player.py")
 
 
 def startAs(desktop, name, program, *arguments, **options):
@@ -20,8 +20,8 @@ def startAs(desktop, name, program, *arguments, **options):
 
 
 def runScriptAs(desktop, name, script, *arguments):
-    """Runs a script of this folder so that the process goes by this name."""
-    return startAs(desktop, name, PYTHON, os.path.join(FOLDER, script), *arguments)
+    """Runs a Python script so that the process goes by this name."""
+    return startAs(desktop, name, PYTHON, script, *arguments)
 
 
 def idleAs(desktop, name):
@@ -40,7 +40,7 @@ def writeState(desktop, name, state):
 
 def startPlayer(desktop, name, path):
     """A media player of this name on the session bus that does what the file at `path` says."""
-    player = runScriptAs(desktop, name, "mpris_player.py", name.lower(), name, path)
+    player = runScriptAs(desktop, name, PLAYER, name.lower(), name, path)
     waitUntil(lambda: "mpris.MediaPlayer2." + name.lower() in desktop.busNames(),
               name + " is on the bus")
     return player
