@@ -19,6 +19,7 @@ constexpr int failure = 1;
 constexpr int unusable = 2;
 /// The rekordbox reader tells a playing deck by its clock, which takes a second look.
 constexpr Seconds secondLook{1.5};
+constexpr auto rekordbox = "rekordbox";
 
 std::shared_ptr<AppController> makeController(const Platform& platform) {
   return std::make_shared<AppController>(platform, std::make_shared<ConfigStore>(platform));
@@ -129,20 +130,25 @@ Task<void> Program::reporting(Task<void> command) {
   }
 }
 
-Task<void> Program::now(AppController& controller, bool json) {
-  if (controller.isRekordboxRunning()) {
-    try {
-      static_cast<void>(controller.detectTrack());
-    } catch (const std::exception&) {
-      // The first look only notes where the decks' clocks stand.
-    }
-    co_await Sleep(host.platform().mainLoop, secondLook);
+Task<void> Program::noteClocks(AppController& controller) {
+  if (!controller.isRekordboxRunning()) co_return;
+  try {
+    const auto track = controller.detectTrack();
+    if (track.source != rekordbox) co_return;
+  } catch (const std::exception&) {
+    // The look that counts will say what is wrong.
   }
+  co_await Sleep(host.platform().mainLoop, secondLook);
+}
+
+Task<void> Program::now(AppController& controller, bool json) {
+  co_await noteClocks(controller);
   const auto track = controller.detectTrack();
   out << (json ? TrackText::json(track) : TrackText::readable(track)) << std::flush;
 }
 
 Task<void> Program::suggest(AppController& controller, bool json) {
+  co_await noteClocks(controller);
   const auto result = co_await controller.suggestTracks();
   out << (json ? jsonEncoder().encode(result) + "\n" : TrackText::readable(result)) << std::flush;
 }

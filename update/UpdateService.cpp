@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <regex>
 
 namespace velmor {
 
@@ -28,8 +29,12 @@ std::string chosenEndpoint(const Environment& environment) {
   return std::string(withoutSlashes(text::trimmed(address)));
 }
 
-/// True for a text of characters that an address may hold.
-bool isValidURL(std::string_view address) {
+/// True when the characters are those of an address and a host, if it names one, is well formed.
+bool isValidURL(const std::string& address) {
+  const std::regex hostAndPort(R"([^/?#]*://([^/?#@]*@)?)"
+                               R"((\[[^\]]*\]|[^\]:\[/?#@]*)(:[0-9]*)?([/?#].*)?)");
+  const bool namesHost = address.find("://") != std::string::npos;
+  if (namesHost && !std::regex_match(address, hostAndPort)) return false;
   constexpr std::string_view allowed = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ"
                                        "0123456789-._~:/?#[]@!$&'()*+,;=%";
   return address.find_first_not_of(allowed) == std::string_view::npos;
@@ -76,6 +81,8 @@ UpdateInfo UpdateService::check() const {
     info.releaseNotesUrl = text::trimmed(release.releaseNotesURL);
   } catch (const UpdateError& error) {
     info.offline = error.isOffline;
+  } catch (const std::exception&) {
+    // No release is known, whatever has gone wrong on this side.
   }
   return info;
 }

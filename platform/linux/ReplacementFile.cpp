@@ -44,13 +44,20 @@ bool isAbandoned(std::string_view name, std::string_view prefix) {
   return ::kill(writer, 0) != 0 && errno == ESRCH;
 }
 
+/// Where the file itself lies: a link in its place, such as one into a folder of dotfiles, stays.
+fs::path resolved(const fs::path& path) {
+  std::error_code failure;
+  const auto real = fs::canonical(path, failure);
+  return failure ? path : real;
+}
+
 fs::path folderOf(const fs::path& path) {
   return path.has_parent_path() ? path.parent_path() : fs::path(".");
 }
 
 } // namespace
 
-ReplacementFile::ReplacementFile(fs::path original) : target(std::move(original)) {
+ReplacementFile::ReplacementFile(const fs::path& original) : target(resolved(original)) {
   constexpr mode_t ownerOnly = 0600;
   do {
     path = folderOf(target) / freshName(target);
@@ -88,9 +95,10 @@ void ReplacementFile::replaceOriginal() {
 }
 
 void ReplacementFile::removeAbandoned(const fs::path& original) {
-  const auto prefix = namePrefix(original);
+  const auto target = resolved(original);
+  const auto prefix = namePrefix(target);
   std::error_code failure;
-  fs::directory_iterator position(folderOf(original), failure);
+  fs::directory_iterator position(folderOf(target), failure);
   while (!failure && position != fs::directory_iterator()) {
     if (isAbandoned(position->path().filename().native(), prefix)) {
       ::unlink(position->path().c_str());

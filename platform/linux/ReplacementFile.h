@@ -12,7 +12,7 @@ namespace velmor {
 class ReplacementFile {
 public:
   /// Creates the file, empty, in the folder of `original`.
-  explicit ReplacementFile(std::filesystem::path original);
+  explicit ReplacementFile(const std::filesystem::path& original);
   ReplacementFile(const ReplacementFile&) = delete;
   ReplacementFile& operator=(const ReplacementFile&) = delete;
   ~ReplacementFile();

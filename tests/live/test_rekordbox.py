@@ -4,6 +4,7 @@ import os
 import signal
 import unittest
 
+from players import Provider
 from session import Session, waitUntil
 from standins import runScriptAs, writeState
 
@@ -48,6 +49,11 @@ class RekordboxTest(unittest.TestCase):
             # Of two that play it is the one that began last.
             showDecks(desktop, {"elapsed": 3}, {"elapsed": 300})
             desktop.waitForTrack(title=FIRST["title"])
+
+            # It is paused near its beginning: a suggestion looks twice before it takes the other.
+            showDecks(desktop, {"elapsed": 3, **paused}, {"elapsed": 300})
+            suggested = desktop.velmor("suggest", environment=Provider(desktop).environment)
+            self.assertIn(SECOND["title"], suggested.stdout.splitlines()[0], suggested.stderr)
 
             unplayed = {"plays": False, "elapsed": 0}
             showDecks(desktop, unplayed, unplayed)

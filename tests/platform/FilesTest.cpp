@@ -35,6 +35,15 @@ TEST_F(FilesTest, WrittenFilesArePrivateAndLeaveNothingElse) {
   EXPECT_EQ(filesInFolder(), 1U);
 }
 
+TEST_F(FilesTest, ALinkStaysAndItsFileIsReplaced) {
+  const TemporaryFolder other;
+  files.writeAtomically(other.path / "real", "old");
+  fs::create_symlink(other.path / "real", path);
+  files.writeAtomically(path, "new");
+  EXPECT_TRUE(fs::is_symlink(path));
+  EXPECT_EQ(files.read(other.path / "real"), "new");
+}
+
 TEST_F(FilesTest, FailedWritesKeepTheOldFileAndCleanUp) {
   files.writeAtomically(path, "old");
   std::signal(SIGXFSZ, SIG_IGN);
