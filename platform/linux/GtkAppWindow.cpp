@@ -2,6 +2,7 @@
 
 #include "platform/linux/GtkMainMenu.h"
 #include "platform/linux/GtkStyle.h"
+#include "platform/linux/GtkWindowProperty.h"
 #include "platform/linux/WebKitPageView.h"
 
 #include <gdk/gdkx.h>
@@ -18,36 +19,21 @@ constexpr Seconds afterFirstPicture{2};
 /// A window manager that has not brought the window back by then is asked again.
 constexpr Seconds longestComingBack{1};
 
-/// The window that lies above all others, as far as the window manager tells.
-std::optional<::Window> topmost(GdkScreen* screen) {
-  GdkAtom type = nullptr;
-  int length = 0;
-  guchar* list = nullptr;
-  if (gdk_property_get(gdk_screen_get_root_window(screen),
-                       gdk_atom_intern_static_string("_NET_CLIENT_LIST_STACKING"), GDK_NONE, 0,
-                       G_MAXINT, FALSE, &type, nullptr, &length, &list) == FALSE)
-    return std::nullopt;
-  std::optional<::Window> last;
-  const auto size = static_cast<std::size_t>(length) / sizeof(::Window);
-  if (size > 0) last = reinterpret_cast<::Window*>(list)[size - 1];
-  g_free(list);
-  return last;
-}
-
 /// Raises the window above the one that is topmost now. Some window managers take a plain raise as
 /// a wish for the keyboard focus.
 void raiseAboveTopmost(GdkWindow* surface) {
-  const auto sibling = topmost(gdk_window_get_screen(surface));
+  const auto stack =
+      GtkWindowProperty::list(gdk_get_default_root_window(), "_NET_CLIENT_LIST_STACKING");
   const auto own = gdk_x11_window_get_xid(surface);
-  if (sibling == own) return;
+  if (!stack.empty() && stack.back() == own) return;
   auto* const display = gdk_window_get_display(surface);
   XWindowChanges changes{};
   changes.stack_mode = Above;
-  changes.sibling = sibling.value_or(None);
+  changes.sibling = stack.empty() ? None : stack.back();
   gdk_x11_display_error_trap_push(display);
   XReconfigureWMWindow(gdk_x11_display_get_xdisplay(display), own,
                        gdk_x11_screen_get_screen_number(gdk_window_get_screen(surface)),
-                       sibling ? CWSibling | CWStackMode : CWStackMode, &changes);
+                       stack.empty() ? CWStackMode : CWSibling | CWStackMode, &changes);
   gdk_x11_display_error_trap_pop_ignored(display);
 }
 
@@ -65,7 +51,8 @@ GtkAppWindow::GtkAppWindow(const Context& surroundings, const Rect& content, uns
     , buttons(
           overlay, [this] { close(); }, [this] { miniaturize(); })
     , glass(overlay, [this](void* event) { context.menu.popUp(window.get(), event); })
-    , place(context.loop, toplevel(window), GtkScreens::toX(content)) {
+    , place(context.loop, toplevel(window), GtkScreens::toX(content))
+    , companion(context.loop, window.get()) {
   gtk_window_set_decorated(toplevel(window), FALSE);
   gtk_container_add(GTK_CONTAINER(window.get()), GTK_WIDGET(overlay));
   gtk_widget_show(GTK_WIDGET(overlay));
@@ -79,6 +66,7 @@ GtkAppWindow::GtkAppWindow(const Context& surroundings, const Rect& content, uns
 
 GtkAppWindow::~GtkAppWindow() {
   signals.disconnect();
+  companion.setEnabled(false);
   page.reset();
   gtk_widget_destroy(window.get());
 }
@@ -142,6 +130,7 @@ void GtkAppWindow::setCollectionBehavior(unsigned behavior) {
   const gboolean leftOut = (behavior & collectionBehavior::ignoresCycle) != 0 ? TRUE : FALSE;
   gtk_window_set_skip_taskbar_hint(toplevel(window), leftOut);
   gtk_window_set_skip_pager_hint(toplevel(window), leftOut);
+  companion.setEnabled((behavior & collectionBehavior::fullScreenAuxiliary) != 0);
 }
 
 void GtkAppWindow::setButtonHidden(WindowButton button, bool hidden) {
@@ -175,8 +164,9 @@ void GtkAppWindow::stateChanged(unsigned changed, unsigned state) {
   iconified = (state & GDK_WINDOW_STATE_ICONIFIED) != 0;
   if (!iconified) {
     comingBack.reset();
-  } else if ((style & styleMask::miniaturizable) == 0) {
-    // Out of the taskbar and without a button, it could not be found again.
+  } else if (companion.leave() || (style & styleMask::miniaturizable) == 0) {
+    // It went along with what it lay on; or, out of the taskbar and without a button, it could not
+    // be found again.
     deminiaturize();
   }
 }

@@ -3,6 +3,7 @@
 #include "platform/Window.h"
 #include "platform/linux/GObjectPtr.h"
 #include "platform/linux/GtkFrame.h"
+#include "platform/linux/GtkFullScreenCompanion.h"
 #include "platform/linux/GtkGlass.h"
 #include "platform/linux/GtkWindowButtons.h"
 
@@ -87,6 +88,7 @@ private:
   GtkWindowButtons buttons;
   GtkGlass glass;
   GtkFrame place;
+  GtkFullScreenCompanion companion;
   std::shared_ptr<WebKitPageView> page;
   bool shown = false;
   bool iconified = false;

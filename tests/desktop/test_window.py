@@ -72,7 +72,8 @@ class WindowTest(unittest.TestCase):
     def testStaysAboveWhateverIsRaised(self):
         desktop = self.desktop
         desktop.open(200, 150)
-        others = [desktop.otherWindow(), desktop.otherWindow(above=True)]
+        others = [desktop.otherWindow(), desktop.otherWindow("ABOVE"),
+                  desktop.otherWindow("FULLSCREEN")]
         for size in (FULL, SQUARE):
             for other in others:
                 desktop.activate(other)
@@ -80,6 +81,10 @@ class WindowTest(unittest.TestCase):
                 waitUntil(lambda: desktop.topmost() == desktop.client().id, "Velmor is above")
                 self.assertEqual(desktop.active(), other.id, "without taking the focus")
             self.shot(f"above-{size[0]}")
+            # A full-screen program that goes does not take Velmor along.
+            desktop.tool("windowminimize", str(other.id))
+            waitUntil(lambda: "HIDDEN" in desktop.states(other), "the other window is gone")
+            desktop.waitForSize(size)
             if size == FULL:
                 desktop.shrink()
 

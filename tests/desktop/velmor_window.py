@@ -113,8 +113,8 @@ class VelmorDesktop(Session):
         place = window.translate_coords(self.rootWindow, 0, 0)
         return (-place.x, SCREEN[1] + place.y - size.height, size.width, size.height)
 
-    def states(self):
-        window = self.client()
+    def states(self, window=None):
+        window = window or self.client()
         names = self._property(window, "_NET_WM_STATE") or []
         states = {self.x.get_atom_name(atom).removeprefix("_NET_WM_STATE_") for atom in names}
         # Some say it so, some as a state.
@@ -204,17 +204,17 @@ class VelmorDesktop(Session):
 
     # Other windows
 
-    def otherWindow(self, above=False):
-        """Another application's window over most of the screen, if wanted one that asks to be kept
-        above others as well."""
+    def otherWindow(self, state=None):
+        """Another application's window over most of the screen, if wanted in one of the states that
+        window managers know."""
         root = self.x.screen()
         window = root.root.create_window(0, 0, 1400, 850, 0, root.root_depth,
                                          background_pixel=0x336699)
         window.set_wm_name("other")
         window.set_wm_hints(flags=Xutil.InputHint, input=1)
-        if above:
+        if state:
             window.change_property(self.x.get_atom("_NET_WM_STATE"), Xatom.ATOM, 32,
-                                   [self.x.get_atom("_NET_WM_STATE_ABOVE")])
+                                   [self.x.get_atom("_NET_WM_STATE_" + state)])
         window.map()
         self.x.sync()
         waitUntil(lambda: window.id in (self._property(self.rootWindow, "_NET_CLIENT_LIST") or []),
