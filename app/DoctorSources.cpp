@@ -34,17 +34,18 @@ DoctorFinding absent(const std::string& name, const std::string& advice) {
 /// The state of a running program that is known by its database alone.
 DoctorFinding database(const Platform& platform, const std::string& name, const Paths& paths,
                        const std::string& missingAdvice) {
+  const auto readable = std::ranges::find_if(paths, SQLiteReader::canRead);
+  if (readable != paths.end()) {
+    return {name, State::ready, "running, reads " + readable->string(), ""};
+  }
   const auto found =
       std::ranges::find_if(paths, [&](const auto& path) { return platform.files.exists(path); });
   if (found == paths.end()) {
     return {name, State::faulty, "running, but there is no " + paths.front().string(),
             missingAdvice};
   }
-  if (!SQLiteReader::canRead(*found)) {
-    return {name, State::faulty, "running, but " + found->string() + " cannot be read",
-            "Give your user the right to read the file and its folder."};
-  }
-  return {name, State::ready, "running, reads " + found->string(), ""};
+  return {name, State::faulty, "running, but " + found->string() + " cannot be read",
+          "Give your user the right to read the file and its folder."};
 }
 
 } // namespace

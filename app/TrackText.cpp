@@ -2,6 +2,7 @@
 
 #include "model/JsonCoding.h"
 #include "model/Number.h"
+#include "model/RecordReader.h"
 #include "model/Text.h"
 
 #include <vector>
@@ -52,7 +53,7 @@ std::string TrackText::json(const NowPlayingTrack& track) {
                                              {"artist", track.artist},
                                              {"album", track.album},
                                              {"genre", track.genre},
-                                             {"bpm", track.bpm},
+                                             {"bpm", finite(track.bpm)},
                                              {"key", track.key},
                                              {"source", track.source},
                                              {"detection", track.detection}}) +

@@ -60,8 +60,10 @@ const nlohmann::json& RecordReader::member(const char* key, Type type) const {
   return value;
 }
 
-double finite(double value) {
+nlohmann::json finite(double value) {
   if (!std::isfinite(value)) throw EncodingError("a number is not finite");
+  const bool isWhole = std::trunc(value) == value && std::abs(value) < integerLimit;
+  if (isWhole) return static_cast<std::int64_t>(value);
   return value;
 }
 

@@ -39,7 +39,8 @@ private:
   const nlohmann::json& object;
 };
 
-/// A number as JSON can carry it. Throws EncodingError for NaN and infinities.
-[[nodiscard]] double finite(double value);
+/// A number as JSON can carry it, a whole one without a fraction: 128, not 128.0. Throws
+/// EncodingError for NaN and infinities.
+[[nodiscard]] nlohmann::json finite(double value);
 
 } // namespace velmor

@@ -30,7 +30,7 @@ TEST(TrackText, PrintsNoControlCharacters) {
                               .detection = "d"};
   EXPECT_EQ(TrackText::readable(track), "Ä  – T ]0;x \uFFFD 2J (124.0 BPM) [Mixxx: d]\n");
   EXPECT_EQ(TrackText::json({.title = "\x1B"}),
-            R"({"album":"","artist":"","bpm":0.0,"detection":"","genre":"","key":"","source":"",)"
+            R"({"album":"","artist":"","bpm":0,"detection":"","genre":"","key":"","source":"",)"
             R"("title":"\u001b"})"
             "\n");
 }

@@ -33,7 +33,7 @@ TEST(Records, RoundTripWithoutUnknownKeys) {
   auto json = analysisJson();
   json["thoughts"] = "…";
   json["currentTrack"]["year"] = 1999;
-  EXPECT_EQ(Json::parse(jsonEncoder().encode(decode(json))), analysisJson());
+  EXPECT_EQ(jsonEncoder().encode(decode(json)), analysisJson().dump());
 }
 
 TEST(Records, EveryKeyIsRequiredInItsOwnType) {

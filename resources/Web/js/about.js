@@ -2,7 +2,7 @@
 (() => {
   'use strict';
 
-  const { dialogs, dom, native, text } = Velmor;
+  const { dialogs, dom, native, state, text, update } = Velmor;
   const { make } = dom;
   const about = dom.byId('about');
   const facts = make('p', { class: 'about-version' });
@@ -59,6 +59,10 @@
     dom.setText(facts, `Version ${version}${date ? `, built ${date}` : ''}`);
   });
 
-  Velmor.showAbout = () => dialogs.open(about);
+  Velmor.showAbout = () => {
+    // The menu can be had from the square, too, where there is no room for it.
+    if (state.compact) native.call('RestoreWindow').catch((error) => update({ error: error.message }));
+    dialogs.open(about);
+  };
   native.on('show-about', Velmor.showAbout);
 })();

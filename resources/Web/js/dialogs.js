@@ -31,7 +31,7 @@
     ['C', 'Copy the card’s song'],
     ['F', 'Find the card’s song'],
     ['L W H', 'List, wheel, history'],
-    ['M', 'Shrink to the square'],
+    ['M', 'Shrink to the square and back'],
     [',', 'Settings'],
     ['?', 'This help'],
     ['Esc', 'Close what is open'],

@@ -16,8 +16,11 @@
     });
   }
 
-  /** Runs a command of the native side; rejects with an Error whose message can be shown. */
-  function call(method, args = [], seconds = 30) {
+  /**
+   * Runs a command of the native side; rejects with an Error whose message can be shown. A command
+   * may have to wait until Velmor has listened.
+   */
+  function call(method, args = [], seconds = 60) {
     if (!window.velmor || !window.webkit?.messageHandlers?.velmor) {
       update({ bridge: 'missing' });
       return Promise.reject(new Error(missing));

@@ -26,7 +26,7 @@
     const isNew = song.id !== state.track?.id || !song.id;
     const latest = state.history.find((entry) => entry.kind === 'track');
     if (isNew && !(song.id && latest?.song.id === song.id)) remember({ kind: 'track', song });
-    update({ track: song, playing: 'playing', permission: '' });
+    update({ track: song, heardAt: new Date(), playing: 'playing', permission: '' });
   }
 
   const tolerance = () => text.number(state.settings?.bpmTolerance) || 10;

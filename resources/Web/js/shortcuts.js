@@ -22,8 +22,9 @@
     queueMicrotask(() => Velmor.focusCard(rank));
   }
 
-  const minimise = () =>
-    native.call('WindowMinimise').catch((error) => update({ error: error.message }));
+  const resize = () =>
+    native.call(state.compact ? 'RestoreWindow' : 'WindowMinimise')
+      .catch((error) => update({ error: error.message }));
 
   const table = {
     s: suggest.ask,
@@ -34,7 +35,7 @@
     l: () => update({ view: 'list' }),
     w: () => update({ view: 'wheel' }),
     h: () => update({ view: 'history' }),
-    m: minimise,
+    m: resize,
     ',': () => Velmor.openSettings(),
     '?': dialogs.openHelp,
     ArrowDown: () => goTo(focusedRank() + 1),

@@ -10,6 +10,7 @@
     app: null, // AppState
     info: null, // AppInfo
     track: null, // the song last seen, see text.song
+    heardAt: null, // when it was seen last
     playing: 'unknown', // 'unknown', 'playing', 'stopped', 'permission'
     permission: '', // the sentence to show while permission is needed
     run: null, // { kind: 'manual' | 'auto', startedAt }

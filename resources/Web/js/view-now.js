@@ -5,11 +5,13 @@
   const { camelot, dom, text, suggest } = Velmor;
   const { byId, setText, show } = dom;
 
-  /** One of: missing, permission, playing, stopped, finding, listening, idle. */
+  /** One of: missing, permission, playing, heard, stopped, finding, starting, listening, idle. */
   function situation(state) {
     if (state.bridge === 'missing') return 'missing';
     if (state.playing === 'permission') return 'permission';
-    if (state.track) return state.playing === 'stopped' ? 'stopped' : 'playing';
+    if (state.track && state.playing === 'stopped') return 'stopped';
+    // Without the automatic detection nobody looks whether it still plays.
+    if (state.track) return state.settings?.autoSuggestTracks ? 'playing' : 'heard';
     if (state.run) return 'finding';
     if (state.bridge === 'starting') return 'starting';
     return state.settings?.autoSuggestTracks ? 'listening' : 'idle';
@@ -68,10 +70,10 @@
 
   function render(state) {
     const now = situation(state);
-    const hasTrack = now === 'playing' || now === 'stopped';
+    const hasTrack = now === 'playing' || now === 'heard' || now === 'stopped';
     byId('now').dataset.state = now;
     byId('lamp').dataset.state = now;
-    setText(byId('now-state'), labels[now]);
+    setText(byId('now-state'), now === 'heard' ? `Heard at ${text.clock(state.heardAt)}` : labels[now]);
     show(byId('now-figures'), hasTrack);
     if (hasTrack) renderTrack(state);
     else renderWords(state, now);
@@ -80,6 +82,6 @@
     setText(byId('source-text'), state.ranking?.source || state.app?.provider || 'Velmor');
   }
 
-  Velmor.view(['bridge', 'playing', 'permission', 'track', 'run', 'ranking', 'settings', 'app'], render);
+  Velmor.view(['bridge', 'playing', 'permission', 'track', 'heardAt', 'run', 'ranking', 'settings', 'app'], render);
   Velmor.situation = situation;
 })();
