@@ -43,6 +43,8 @@ on('a second press sends no second request, and the time runs', { answers: waits
   await reply(page, demo.result());
   await page.waitForSelector('.card');
   await says('#ask', 'Suggest next tracks');
+  // Nobody looks whether it still plays.
+  await says('#now-state', 'Heard at');
   await page.keyboard.press('s');
   assert.equal(await calls(page, 'SuggestTracks'), 2);
 });
@@ -290,6 +292,10 @@ on('the square tells what is new until the list is touched', { settings: auto },
   await page.waitForSelector('#square.busy', { state: 'attached' });
   await emit(page, 'suggestions-ready', demo.result(kiara));
   await page.waitForSelector('#square:not(.busy) .compact-new', { state: 'attached' });
+  await emit(page, 'show-about');
+  await page.keyboard.press('Escape');
+  await page.keyboard.press('m');
+  assert.equal(await calls(page, 'RestoreWindow'), 2);
   assert.equal(await words(), 'Key 8A, 128 BPM, new suggestions');
   await emit(page, 'compact-mode', false);
   await page.hover('.card');
