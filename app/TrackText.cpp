@@ -2,7 +2,6 @@
 
 #include "model/JsonCoding.h"
 #include "model/Number.h"
-#include "model/RecordReader.h"
 #include "model/Text.h"
 
 #include <vector>
@@ -53,7 +52,7 @@ std::string TrackText::json(const NowPlayingTrack& track) {
                                              {"artist", track.artist},
                                              {"album", track.album},
                                              {"genre", track.genre},
-                                             {"bpm", finite(track.bpm)},
+                                             {"bpm", jsonNumber(track.bpm)},
                                              {"key", track.key},
                                              {"source", track.source},
                                              {"detection", track.detection}}) +

@@ -68,7 +68,7 @@ void to_json(nlohmann::json& json, const AppConfig& config) {
       {"openaiApiKey", config.openaiApiKey},
       {"aiModel", config.aiModel},
       {"recommendationCount", config.recommendationCount},
-      {"bpmTolerance", finite(config.bpmTolerance)},
+      {"bpmTolerance", jsonNumber(config.bpmTolerance)},
       {"autoSuggestTracks", config.autoSuggestTracks},
       {"theme", config.theme},
       {"window", config.window},

@@ -1,5 +1,8 @@
 #include "model/JsonCoding.h"
 
+#include <cmath>
+#include <cstdint>
+
 namespace velmor {
 
 std::string JsonEncoder::write(const nlohmann::json& json) {
@@ -13,6 +16,13 @@ nlohmann::json JsonDecoder::parse(std::string_view text) {
     // The library's own words name byte offsets, which help nobody who reads them on stage.
     throw DecodingError("The data couldn't be read because it isn't in the correct format.");
   }
+}
+
+nlohmann::json jsonNumber(double value) {
+  if (!std::isfinite(value)) throw EncodingError("a number is not finite");
+  const bool isWhole = std::trunc(value) == value && std::abs(value) < integerLimit;
+  if (isWhole) return static_cast<std::int64_t>(value);
+  return value;
 }
 
 const JsonEncoder& jsonEncoder() {

@@ -47,6 +47,13 @@ public:
   [[nodiscard]] static nlohmann::json parse(std::string_view text);
 };
 
+/// 2^63: from here on a double does not fit into the integers.
+inline constexpr double integerLimit = 9223372036854775808.0;
+
+/// A number as JSON can carry it, a whole one without a fraction: 128, not 128.0. Throws
+/// EncodingError for NaN and infinities.
+[[nodiscard]] nlohmann::json jsonNumber(double value);
+
 /// The coders that everything between the page, the providers and Velmor goes through.
 [[nodiscard]] const JsonEncoder& jsonEncoder();
 [[nodiscard]] const JsonDecoder& jsonDecoder();

@@ -9,7 +9,7 @@ void to_json(nlohmann::json& json, const Recommendation& recommendation) {
       {"song", recommendation.song},
       {"artist", recommendation.artist},
       {"album", recommendation.album},
-      {"bpm", finite(recommendation.bpm)},
+      {"bpm", jsonNumber(recommendation.bpm)},
       {"key", recommendation.key},
       {"genre", recommendation.genre},
       {"energy", recommendation.energy},

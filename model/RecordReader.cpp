@@ -1,5 +1,7 @@
 #include "model/RecordReader.h"
 
+#include <cmath>
+
 namespace velmor {
 
 using Type = nlohmann::json::value_t;
@@ -10,9 +12,6 @@ DecodingError unreadable(const char* key, const char* reason) {
   return DecodingError(std::string("The data couldn't be read because “") + key + "” " + reason +
                        ".");
 }
-
-/// 2^63: from here on a double does not fit into the integers.
-constexpr double integerLimit = 9223372036854775808.0;
 
 } // namespace
 
@@ -57,13 +56,6 @@ const nlohmann::json& RecordReader::member(const char* key) const {
 const nlohmann::json& RecordReader::member(const char* key, Type type) const {
   const auto& value = member(key);
   if (value.type() != type) throw unreadable(key, "has the wrong type");
-  return value;
-}
-
-nlohmann::json finite(double value) {
-  if (!std::isfinite(value)) throw EncodingError("a number is not finite");
-  const bool isWhole = std::trunc(value) == value && std::abs(value) < integerLimit;
-  if (isWhole) return static_cast<std::int64_t>(value);
   return value;
 }
 

@@ -4,7 +4,6 @@
 
 #include <nlohmann/json.hpp>
 
-#include <cmath>
 #include <cstdint>
 #include <string>
 
@@ -38,9 +37,5 @@ private:
 
   const nlohmann::json& object;
 };
-
-/// A number as JSON can carry it, a whole one without a fraction: 128, not 128.0. Throws
-/// EncodingError for NaN and infinities.
-[[nodiscard]] nlohmann::json finite(double value);
 
 } // namespace velmor

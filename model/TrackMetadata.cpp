@@ -6,9 +6,9 @@ namespace velmor {
 
 void to_json(nlohmann::json& json, const TrackMetadata& track) {
   json = {
-      {"song", track.song},       {"artist", track.artist}, {"album", track.album},
-      {"bpm", finite(track.bpm)}, {"key", track.key},       {"genre", track.genre},
-      {"energy", track.energy},   {"other", track.other},   {"confidence", track.confidence},
+      {"song", track.song},           {"artist", track.artist}, {"album", track.album},
+      {"bpm", jsonNumber(track.bpm)}, {"key", track.key},       {"genre", track.genre},
+      {"energy", track.energy},       {"other", track.other},   {"confidence", track.confidence},
   };
 }
 

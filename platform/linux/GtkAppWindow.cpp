@@ -66,7 +66,6 @@ GtkAppWindow::GtkAppWindow(const Context& surroundings, const Rect& content, uns
 
 GtkAppWindow::~GtkAppWindow() {
   signals.disconnect();
-  companion.setEnabled(false);
   page.reset();
   gtk_widget_destroy(window.get());
 }
@@ -164,11 +163,12 @@ void GtkAppWindow::stateChanged(unsigned changed, unsigned state) {
   iconified = (state & GDK_WINDOW_STATE_ICONIFIED) != 0;
   if (!iconified) {
     comingBack.reset();
-  } else if (companion.leave() || (style & styleMask::miniaturizable) == 0) {
-    // It went along with what it lay on; or, out of the taskbar and without a button, it could not
-    // be found again.
-    deminiaturize();
+    return;
   }
+  const bool wentAlong = companion.leave();
+  // Out of the taskbar and without a button, it could not be found again.
+  const bool isLost = (style & styleMask::miniaturizable) == 0;
+  if (wentAlong || isLost) deminiaturize();
 }
 
 void GtkAppWindow::sizeChanged() {

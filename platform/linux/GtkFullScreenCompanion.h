@@ -1,11 +1,11 @@
 #pragma once
 
 #include "platform/MainLoop.h"
-#include "platform/linux/GObjectPtr.h"
+#include "platform/linux/GtkPropertyWatch.h"
 
 #include <memory>
+#include <optional>
 
-struct _GdkWindow;
 struct _GtkWidget;
 
 namespace velmor {
@@ -19,7 +19,7 @@ public:
       : loop(mainLoop), companion(widget) {}
   GtkFullScreenCompanion(const GtkFullScreenCompanion&) = delete;
   GtkFullScreenCompanion& operator=(const GtkFullScreenCompanion&) = delete;
-  ~GtkFullScreenCompanion() { setEnabled(false); }
+  ~GtkFullScreenCompanion() { leave(); }
 
   void setEnabled(bool enabled);
 
@@ -27,8 +27,6 @@ public:
   bool leave();
 
 private:
-  struct Filter;
-
   void followSoon();
   void follow();
   void watch(unsigned long window);
@@ -37,9 +35,10 @@ private:
 
   MainLoop& loop;
   _GtkWidget* companion;
-  bool isEnabled = false;
+  /// Set while it is enabled.
+  std::optional<GtkPropertyWatch> desktop;
   /// The window that had the focus last, when it is not the companion.
-  GObjectPtr<_GdkWindow> watched;
+  std::optional<GtkPropertyWatch> other;
   bool hasJoined = false;
   std::unique_ptr<Timer> pending;
 };

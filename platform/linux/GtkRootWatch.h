@@ -2,12 +2,11 @@
 
 #include "platform/MainLoop.h"
 #include "platform/WindowServer.h"
+#include "platform/linux/GtkPropertyWatch.h"
 #include "platform/linux/SignalConnections.h"
 
 #include <list>
 #include <memory>
-
-struct _GdkWindow;
 
 namespace velmor {
 
@@ -17,7 +16,6 @@ public:
   explicit GtkRootWatch(MainLoop& mainLoop);
   GtkRootWatch(const GtkRootWatch&) = delete;
   GtkRootWatch& operator=(const GtkRootWatch&) = delete;
-  ~GtkRootWatch();
 
   [[nodiscard]] std::unique_ptr<DesktopObservation> observe(DesktopNotification notification,
                                                             MainLoop::Work work);
@@ -27,13 +25,12 @@ private:
     DesktopNotification notification;
     MainLoop::Work work;
   };
-  struct Filter;
 
   void notify(DesktopNotification notification);
 
   MainLoop& loop;
-  _GdkWindow* root;
   std::list<std::weak_ptr<Observer>> observers;
+  GtkPropertyWatch properties;
   SignalConnections signals;
 };
 
