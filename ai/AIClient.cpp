@@ -4,11 +4,11 @@
 #include "ai/OpenAIResponses.h"
 #include "ai/RecommendationPrompt.h"
 #include "ai/TinkerMessages.h"
-#include "model/JsonCoding.h"
+#include "base/Json.h"
+#include "base/Text.h"
+#include "base/VelmorError.h"
 #include "model/ModelProvider.h"
-#include "model/Text.h"
-#include "model/VelmorError.h"
-#include "platform/Waiting.h"
+#include "platform/async/Waiting.h"
 
 namespace velmor {
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "model/Analysis.h"
+#include "model/Records.h"
 #include "platform/HttpSession.h"
 #include "platform/Platform.h"
-#include "platform/Task.h"
+#include "platform/async/Task.h"
 
 #include <nlohmann/json_fwd.hpp>
 

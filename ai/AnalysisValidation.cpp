@@ -1,8 +1,8 @@
 #include "ai/AnalysisValidation.h"
 
+#include "base/Text.h"
+#include "base/VelmorError.h"
 #include "model/CamelotKey.h"
-#include "model/Text.h"
-#include "model/VelmorError.h"
 
 #include <algorithm>
 

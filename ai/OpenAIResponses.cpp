@@ -4,8 +4,8 @@
 #include "ai/AnalysisValidation.h"
 #include "ai/ProviderAnswer.h"
 #include "ai/RecommendationPrompt.h"
-#include "model/JsonCoding.h"
-#include "model/VelmorError.h"
+#include "base/Json.h"
+#include "base/VelmorError.h"
 
 #include <optional>
 

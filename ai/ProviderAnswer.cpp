@@ -1,7 +1,7 @@
 #include "ai/ProviderAnswer.h"
 
-#include "model/JsonCoding.h"
-#include "model/VelmorError.h"
+#include "base/Json.h"
+#include "base/VelmorError.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #include "ai/RecommendationPrompt.h"
 
-#include "model/Number.h"
-#include "model/Text.h"
+#include "base/Number.h"
+#include "base/Text.h"
 
 namespace velmor {
 

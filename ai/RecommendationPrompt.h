@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/TrackMetadata.h"
+#include "model/Records.h"
 
 #include <cstdint>
 #include <string>

@@ -4,9 +4,9 @@
 #include "ai/AnalysisValidation.h"
 #include "ai/ProviderAnswer.h"
 #include "ai/RecommendationPrompt.h"
-#include "model/JsonCoding.h"
-#include "model/Text.h"
-#include "model/VelmorError.h"
+#include "base/Json.h"
+#include "base/Text.h"
+#include "base/VelmorError.h"
 
 namespace velmor {
 

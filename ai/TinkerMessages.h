@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/Analysis.h"
+#include "model/Records.h"
 
 #include <nlohmann/json_fwd.hpp>
 

@@ -1,6 +1,6 @@
 #include "analysis/ExtractorReport.h"
 
-#include "model/JsonCoding.h"
+#include "base/Json.h"
 
 namespace velmor {
 

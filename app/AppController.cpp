@@ -3,8 +3,8 @@
 #include "analysis/AudioAnalysisService.h"
 #include "model/ModelProvider.h"
 #include "platform/Environment.h"
-#include "platform/Waiting.h"
 #include "platform/Workspace.h"
+#include "platform/async/Waiting.h"
 
 namespace velmor {
 

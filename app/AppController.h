@@ -6,7 +6,7 @@
 #include "nowplaying/NowPlayingDetector.h"
 #include "nowplaying/NowPlayingError.h"
 #include "platform/Desktop.h"
-#include "platform/TaskGroup.h"
+#include "platform/async/TaskGroup.h"
 #include "ui/MainWindowOwner.h"
 #include "ui/WindowModeManager.h"
 #include "update/UpdateService.h"

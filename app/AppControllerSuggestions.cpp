@@ -1,12 +1,12 @@
 #include "analysis/AudioAnalysisService.h"
 #include "app/AppController.h"
+#include "base/Number.h"
+#include "base/Text.h"
+#include "base/VelmorError.h"
 #include "model/CamelotKey.h"
 #include "model/ModelProvider.h"
-#include "model/Number.h"
-#include "model/Text.h"
-#include "model/VelmorError.h"
 #include "nowplaying/RekordboxDetector.h"
-#include "platform/Waiting.h"
+#include "platform/async/Waiting.h"
 
 #include <array>
 #include <utility>

@@ -1,9 +1,9 @@
 #include "app/AppController.h"
-#include "model/JsonCoding.h"
+#include "base/Json.h"
+#include "base/Text.h"
 #include "model/ModelProvider.h"
-#include "model/Text.h"
-#include "platform/Waiting.h"
 #include "platform/Workspace.h"
+#include "platform/async/Waiting.h"
 
 namespace velmor {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/DoctorReport.h"
+#include "app/Doctor.h"
 #include "platform/Platform.h"
 
 #include <vector>

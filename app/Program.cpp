@@ -4,11 +4,11 @@
 #include "app/Doctor.h"
 #include "app/StreamWebView.h"
 #include "app/TrackText.h"
-#include "model/JsonCoding.h"
+#include "base/Json.h"
 #include "platform/Application.h"
 #include "platform/LineInput.h"
-#include "platform/Waiting.h"
 #include "platform/Workspace.h"
+#include "platform/async/Waiting.h"
 #include "ui/WebBridge.h"
 
 namespace velmor {

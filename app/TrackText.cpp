@@ -1,8 +1,8 @@
 #include "app/TrackText.h"
 
-#include "model/JsonCoding.h"
-#include "model/Number.h"
-#include "model/Text.h"
+#include "base/Json.h"
+#include "base/Number.h"
+#include "base/Text.h"
 
 #include <vector>
 

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "model/NowPlayingTrack.h"
-#include "model/VisionResult.h"
+#include "model/Records.h"
 
 #include <string>
 

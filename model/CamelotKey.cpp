@@ -1,6 +1,6 @@
 #include "model/CamelotKey.h"
 
-#include "model/Text.h"
+#include "base/Text.h"
 
 #include <array>
 #include <optional>

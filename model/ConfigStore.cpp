@@ -1,6 +1,6 @@
 #include "model/ConfigStore.h"
 
-#include "model/JsonCoding.h"
+#include "base/Json.h"
 #include "model/ModelProvider.h"
 #include "platform/Environment.h"
 #include "platform/FileManager.h"

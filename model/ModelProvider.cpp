@@ -1,6 +1,6 @@
 #include "model/ModelProvider.h"
 
-#include "model/Text.h"
+#include "base/Text.h"
 
 namespace velmor {
 

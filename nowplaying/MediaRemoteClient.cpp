@@ -1,6 +1,6 @@
 #include "nowplaying/MediaRemoteClient.h"
 
-#include "model/Text.h"
+#include "base/Text.h"
 #include "platform/MediaRemote.h"
 
 namespace velmor {

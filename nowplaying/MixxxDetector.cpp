@@ -1,6 +1,6 @@
 #include "nowplaying/MixxxDetector.h"
 
-#include "model/Text.h"
+#include "base/Text.h"
 #include "nowplaying/MixxxLibrary.h"
 #include "nowplaying/NowPlayingError.h"
 #include "nowplaying/ProcessUtils.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/NowPlayingTrack.h"
+#include "model/Records.h"
 #include "platform/Platform.h"
 #include "platform/RunningApplications.h"
 

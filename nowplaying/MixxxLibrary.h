@@ -1,7 +1,7 @@
 #pragma once
 
-#include "model/NowPlayingTrack.h"
-#include "nowplaying/PlayPeriod.h"
+#include "model/Records.h"
+#include "nowplaying/SeratoDetector.h"
 #include "platform/Platform.h"
 
 #include <filesystem>

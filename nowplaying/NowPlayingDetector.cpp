@@ -1,6 +1,6 @@
 #include "nowplaying/NowPlayingDetector.h"
 
-#include "nowplaying/ApplicationsSnapshot.h"
+#include "base/Number.h"
 #include "nowplaying/DjayDetector.h"
 #include "nowplaying/MediaRemoteClient.h"
 #include "nowplaying/MixxxDetector.h"
@@ -10,6 +10,12 @@
 #include "nowplaying/SeratoDetector.h"
 #include "nowplaying/StreamingAppDetector.h"
 #include "nowplaying/VirtualDJDetector.h"
+
+#include <algorithm>
+#include <tuple>
+
+// rekordbox shows every loaded deck alike. The one that plays is the one whose clock moves, which
+// takes two looks to see.
 
 namespace velmor {
 
@@ -68,6 +74,83 @@ NowPlayingTrack NowPlayingDetector::current() {
     throw NowPlayingError::playbackPaused("media player");
   }
   throw NowPlayingError::noActiveSession();
+}
+
+namespace {
+
+bool hasMoved(const RekordboxDeck& deck, const NowPlayingDetector::Elapsed& previous) {
+  const auto found = previous.find(deck.fingerprint());
+  return found != previous.end() && found->second != deck.elapsed;
+}
+
+} // namespace
+
+NowPlayingTrack NowPlayingDetector::currentRekordbox() {
+  if (!RekordboxDetector::isRunning(platform)) {
+    resetRekordboxState();
+    throw NowPlayingError::noActiveSession();
+  }
+  const auto deck = trackRekordbox(RekordboxDetector::readDecksViaAccessibility(platform));
+  if (!deck) throw NowPlayingError::noActiveSession();
+  NowPlayingTrack track;
+  track.title = deck->title;
+  track.artist = deck->artist;
+  track.bpm = number::parseDouble(deck->bpm).value_or(0);
+  track.key = deck->key;
+  track.source = "rekordbox";
+  track.detection = "rekordbox deck metadata";
+  return track;
+}
+
+/// Chooses the playing deck and remembers all clocks. One poll without a moving clock keeps the
+/// deck that was last reported, if it is still shown; the second in a row gives nothing.
+std::optional<RekordboxDeck>
+NowPlayingDetector::trackRekordbox(const std::vector<RekordboxDeck>& decks) {
+  const std::lock_guard guard(lock);
+  auto chosen = selectRekordboxDeck(decks, rekordboxElapsed);
+  if (chosen) {
+    rekordboxCurrent = chosen->fingerprint();
+    rekordboxUnchanged = 0;
+  } else {
+    if (rekordboxUnchanged == 0) chosen = rekordboxDeckByFingerprint(decks, rekordboxCurrent);
+    ++rekordboxUnchanged;
+  }
+  rekordboxElapsed.clear();
+  for (const auto& deck : decks)
+    rekordboxElapsed[deck.fingerprint()] = deck.elapsed;
+  return chosen;
+}
+
+std::optional<RekordboxDeck>
+NowPlayingDetector::selectRekordboxDeck(const std::vector<RekordboxDeck>& decks,
+                                        const Elapsed& previous) {
+  const bool isFirstPoll = previous.empty();
+  std::vector<const RekordboxDeck*> candidates;
+  for (const auto& deck : decks) {
+    if (deck.fingerprint() == RekordboxDeck::emptyFingerprint) continue;
+    if (isFirstPoll ? deck.elapsed > 0 : hasMoved(deck, previous)) candidates.push_back(&deck);
+  }
+  const auto first = std::ranges::min_element(candidates, {}, [](const RekordboxDeck* deck) {
+    return std::tuple(deck->elapsed, deck->top);
+  });
+  if (first == candidates.end()) return std::nullopt;
+  return **first;
+}
+
+std::optional<RekordboxDeck>
+NowPlayingDetector::rekordboxDeckByFingerprint(const std::vector<RekordboxDeck>& decks,
+                                               const std::string& fingerprint) {
+  if (fingerprint.empty()) return std::nullopt;
+  const auto found = std::ranges::find(decks, fingerprint, &RekordboxDeck::fingerprint);
+  if (found == decks.end()) return std::nullopt;
+  return *found;
+}
+
+void NowPlayingDetector::resetRekordboxState() {
+  const std::lock_guard guard(lock);
+  rekordboxElapsed.clear();
+  rekordboxCurrent.clear();
+  rekordboxUnchanged = 0;
 }
 
 } // namespace velmor

@@ -1,8 +1,9 @@
 #pragma once
 
-#include "model/NowPlayingTrack.h"
-#include "nowplaying/RekordboxDeck.h"
+#include "model/Records.h"
+#include "nowplaying/RekordboxDetector.h"
 #include "platform/Platform.h"
+#include "platform/RunningApplications.h"
 
 #include <cstdint>
 #include <map>
@@ -12,6 +13,22 @@
 #include <vector>
 
 namespace velmor {
+
+/// The running applications as they were at the first question: listing them asks the desktop and
+/// every media player, which is too dear to be done again for each source of one look. One thread.
+class ApplicationsSnapshot : public RunningApplications {
+public:
+  explicit ApplicationsSnapshot(RunningApplications& applications) : live(applications) {}
+
+  std::vector<RunningApplication> list() override {
+    if (!taken) taken = live.list();
+    return *taken;
+  }
+
+private:
+  RunningApplications& live;
+  std::optional<std::vector<RunningApplication>> taken;
+};
 
 /// Finds the track that is playing now. It asks one source after the other, in a fixed order, and
 /// remembers nothing between calls but rekordbox's clocks. Any thread.

@@ -1,7 +1,7 @@
 #include "nowplaying/ProcessUtils.h"
 
-#include "model/Number.h"
-#include "model/Text.h"
+#include "base/Number.h"
+#include "base/Text.h"
 #include "platform/ProcessLauncher.h"
 
 #include <algorithm>

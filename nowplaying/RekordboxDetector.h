@@ -1,7 +1,6 @@
 #pragma once
 
-#include "nowplaying/RekordboxDeck.h"
-#include "nowplaying/UIAText.h"
+#include "platform/Accessibility.h"
 #include "platform/Platform.h"
 #include "platform/RunningApplications.h"
 
@@ -12,6 +11,30 @@
 #include <vector>
 
 namespace velmor {
+
+/// One visible text of a window; the name is trimmed and never empty.
+struct UIAText {
+  std::string name;
+  Rect rect;
+};
+
+/// One deck as rekordbox shows it.
+struct RekordboxDeck {
+  std::string title;
+  std::string artist;
+  /// The texts as shown; "" when none was recognised.
+  std::string bpm;
+  std::string key;
+  /// Playing time in whole seconds; 0 when no clock was recognised.
+  std::int64_t elapsed = 0;
+  /// Where the title begins; smaller is higher on screen.
+  double top = 0;
+
+  /// Tells tracks apart from one poll to the next, whatever deck they are on. A deck without
+  /// title and artist has `emptyFingerprint`.
+  [[nodiscard]] std::string fingerprint() const;
+  static constexpr std::string_view emptyFingerprint{"\0", 1};
+};
 
 /// Reads rekordbox's decks from the texts of its window, told apart by where they stand. Stateless;
 /// any thread.

@@ -1,8 +1,8 @@
 #include "nowplaying/SQLiteReader.h"
 
-#include "model/Text.h"
+#include "base/Text.h"
 #include "nowplaying/NowPlayingError.h"
-#include "nowplaying/PercentEncoding.h"
+#include "nowplaying/VirtualDJNetworkControl.h"
 
 #include <sqlite3.h>
 

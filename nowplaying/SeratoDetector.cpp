@@ -1,6 +1,6 @@
 #include "nowplaying/SeratoDetector.h"
 
-#include "model/Number.h"
+#include "base/Number.h"
 #include "nowplaying/NowPlayingError.h"
 #include "nowplaying/ProcessUtils.h"
 #include "nowplaying/SQLiteReader.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/NowPlayingTrack.h"
+#include "model/Records.h"
 #include "platform/Platform.h"
 
 #include <optional>
@@ -8,6 +8,12 @@
 #include <vector>
 
 namespace velmor {
+
+/// Runs a script that asks a media player and returns its trimmed answer, "" when the script
+/// failed. `permissionLabel` names the player in the refusal that the user reads. Throws
+/// NowPlayingError::automationDenied, or LaunchError when the script could not be run.
+[[nodiscard]] std::string runAppleScript(const Platform& platform, const std::string& script,
+                                         const std::optional<std::string>& permissionLabel);
 
 /// Asks a media player that answers scripts about its track. Stateless; any thread.
 class StreamingAppDetector {

@@ -1,6 +1,6 @@
 #include "nowplaying/TsafArchive.h"
 
-#include "model/Text.h"
+#include "base/Text.h"
 
 #include <algorithm>
 #include <bit>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "nowplaying/HistoryItem.h"
+#include "nowplaying/SeratoDetector.h"
 
 #include <cstddef>
 #include <cstdint>

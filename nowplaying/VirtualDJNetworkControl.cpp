@@ -1,9 +1,8 @@
 #include "nowplaying/VirtualDJNetworkControl.h"
 
-#include "model/Number.h"
-#include "model/Text.h"
+#include "base/Number.h"
+#include "base/Text.h"
 #include "nowplaying/NowPlayingError.h"
-#include "nowplaying/PercentEncoding.h"
 #include "nowplaying/ProcessUtils.h"
 #include "platform/Environment.h"
 #include "platform/HttpSession.h"
@@ -15,6 +14,25 @@
 #include <set>
 
 namespace velmor {
+
+std::string percentEncoded(std::string_view text, std::string_view allowed) {
+  constexpr std::string_view digits = "0123456789ABCDEF";
+  constexpr std::string_view unreserved = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz"
+                                          "0123456789-._~";
+  std::string encoded;
+  for (const char character : text) {
+    if (unreserved.find(character) != std::string_view::npos ||
+        allowed.find(character) != std::string_view::npos) {
+      encoded += character;
+      continue;
+    }
+    const auto byte = static_cast<unsigned char>(character);
+    encoded += '%';
+    encoded += digits[byte >> 4U];
+    encoded += digits[byte & 0xFU];
+  }
+  return encoded;
+}
 
 namespace {
 

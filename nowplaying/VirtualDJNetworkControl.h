@@ -1,13 +1,18 @@
 #pragma once
 
-#include "model/NowPlayingTrack.h"
+#include "model/Records.h"
 #include "platform/Platform.h"
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 #include <vector>
 
 namespace velmor {
+
+/// The text with every byte encoded as %XX that is neither a letter, a digit, one of "-._~" nor in
+/// `allowed`.
+[[nodiscard]] std::string percentEncoded(std::string_view text, std::string_view allowed);
 
 /// VirtualDJ's network control: a small HTTP service on a port of the user's choice, found among
 /// those on which VirtualDJ listens. Stateless; any thread.

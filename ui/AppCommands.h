@@ -1,11 +1,8 @@
 #pragma once
 
 #include "model/AppConfig.h"
-#include "model/AppInfo.h"
-#include "model/AppState.h"
-#include "model/UpdateInfo.h"
-#include "model/VisionResult.h"
-#include "platform/Task.h"
+#include "model/Records.h"
+#include "platform/async/Task.h"
 
 #include <string>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/WindowSettings.h"
+#include "model/AppConfig.h"
 #include "platform/Geometry.h"
 
 namespace velmor {

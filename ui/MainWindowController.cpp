@@ -1,6 +1,6 @@
 #include "ui/MainWindowController.h"
 
-#include "model/Number.h"
+#include "base/Number.h"
 #include "platform/Application.h"
 #include "platform/Bundle.h"
 #include "platform/FileManager.h"

@@ -1,6 +1,6 @@
 #include "ui/WebBridge.h"
 
-#include "model/JsonCoding.h"
+#include "base/Json.h"
 
 #include <functional>
 #include <map>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "model/VelmorError.h"
-#include "platform/TaskGroup.h"
+#include "base/VelmorError.h"
 #include "platform/WebView.h"
+#include "platform/async/TaskGroup.h"
 #include "ui/AppCommands.h"
 #include "ui/EventSink.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/WindowSettings.h"
+#include "model/AppConfig.h"
 #include "platform/MainLoop.h"
 #include "ui/CompactDragView.h"
 

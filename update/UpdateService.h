@@ -1,15 +1,41 @@
 #pragma once
 
-#include "model/UpdateInfo.h"
+#include "model/Records.h"
 #include "platform/HttpSession.h"
 #include "platform/Platform.h"
 
 #include <array>
 #include <memory>
+#include <optional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
 namespace velmor {
+
+/// A version check that gave no release.
+class UpdateError : public std::runtime_error {
+public:
+  UpdateError(bool offline, const std::string& message)
+      : std::runtime_error(message), isOffline(offline) {}
+
+  /// The server could not be reached.
+  const bool isOffline;
+};
+
+/// What the version server answers. Every member may be missing or null.
+struct ReleaseResponse {
+  bool ok = false;
+  std::string platform;
+  std::string version;
+  std::string downloadURL;
+  std::string releaseNotesURL;
+  std::string error;
+  std::string message;
+
+  /// Nothing when the body is not such an answer: not an object, or a member of a wrong type.
+  [[nodiscard]] static std::optional<ReleaseResponse> decode(std::string_view body);
+};
 
 struct ReleaseResponse;
 

@@ -1,6 +1,6 @@
 #include "platform/linux/LinuxRecord.h"
 
-#include "platform/linux/OutputMonitors.h"
+#include "platform/linux/desktop/SoundServer.h"
 
 namespace velmor {
 

@@ -1,6 +1,6 @@
 #include "platform/linux/ProcessSetup.h"
 
-#include "platform/linux/SessionBusAddress.h"
+#include "platform/linux/bus/SessionBus.h"
 
 #include <fcntl.h>
 #include <unistd.h>

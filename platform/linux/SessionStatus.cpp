@@ -1,10 +1,9 @@
 #include "platform/linux/SessionStatus.h"
 
 #include "platform/Environment.h"
-#include "platform/linux/AtspiBus.h"
-#include "platform/linux/BusWait.h"
-#include "platform/linux/SessionBusAddress.h"
-#include "platform/linux/SoundServer.h"
+#include "platform/linux/accessibility/AtspiBus.h"
+#include "platform/linux/bus/SessionBus.h"
+#include "platform/linux/desktop/SoundServer.h"
 
 #include <xcb/xcb.h>
 

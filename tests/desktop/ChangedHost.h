@@ -1,8 +1,8 @@
 #pragma once
 
 #include "app/Program.h"
-#include "platform/linux/GlibMainLoop.h"
 #include "platform/linux/LinuxHost.h"
+#include "platform/linux/loop/GlibMainLoop.h"
 
 #include <iostream>
 

@@ -1,5 +1,5 @@
-#include "model/Number.h"
-#include "model/Text.h"
+#include "base/Number.h"
+#include "base/Text.h"
 #include "nowplaying/NowPlayingDetector.h"
 #include "nowplaying/RekordboxDetector.h"
 #include "tests/fuzz/FuzzTarget.h"

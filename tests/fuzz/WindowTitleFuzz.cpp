@@ -1,4 +1,4 @@
-#include "model/Text.h"
+#include "base/Text.h"
 #include "nowplaying/MixxxDetector.h"
 #include "nowplaying/MixxxLibrary.h"
 #include "tests/fuzz/FuzzTarget.h"

@@ -1,6 +1,5 @@
-#include "platform/linux/AtspiCache.h"
-
-#include "platform/linux/AtspiCalls.h"
+#include "platform/linux/accessibility/AtspiBus.h"
+#include "platform/linux/accessibility/AtspiTree.h"
 
 #include <gio/gio.h>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "platform/OsascriptHost.h"
-#include "platform/linux/PosixEnvironment.h"
-#include "platform/linux/PosixProcessLauncher.h"
+#include "platform/linux/system/PosixEnvironment.h"
+#include "platform/linux/system/PosixProcessLauncher.h"
 #include "tests/platform/TemporaryFolder.h"
 
 #include <fcntl.h>

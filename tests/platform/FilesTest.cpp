@@ -1,5 +1,5 @@
-#include "platform/linux/PosixEnvironment.h"
-#include "platform/linux/PosixFileManager.h"
+#include "platform/linux/system/PosixEnvironment.h"
+#include "platform/linux/system/PosixFileManager.h"
 #include "tests/platform/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
-#include "platform/linux/CurlHttpClient.h"
-#include "platform/linux/PosixProcessLauncher.h"
+#include "platform/linux/http/CurlHttpClient.h"
+#include "platform/linux/system/PosixProcessLauncher.h"
 #include "tests/platform/TemporaryFolder.h"
 #include "tests/platform/TestServer.h"
 

@@ -1,5 +1,5 @@
-#include "platform/linux/GlibMainLoop.h"
-#include "platform/linux/StandardInputLines.h"
+#include "platform/linux/loop/GlibMainLoop.h"
+#include "platform/linux/loop/StandardInputLines.h"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>

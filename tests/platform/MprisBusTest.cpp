@@ -1,6 +1,7 @@
-#include "platform/linux/FileDescriptor.h"
-#include "platform/linux/MprisBusSource.h"
-#include "platform/linux/MprisMediaRemote.h"
+#include "platform/linux/media/MprisBus.h"
+
+#include "platform/linux/media/MprisMediaRemote.h"
+#include "platform/linux/system/FileDescriptor.h"
 #include "tests/fakes/FakeSystem.h"
 #include "tests/platform/FakePlayer.h"
 #include "tests/platform/PrivateBus.h"

@@ -1,10 +1,8 @@
-#include "platform/linux/MprisBusSource.h"
-#include "platform/linux/MprisDescription.h"
-#include "platform/linux/MprisProperties.h"
-#include "platform/linux/MprisScriptHost.h"
-#include "platform/linux/MprisSessionChoice.h"
-#include "platform/linux/PlaybackHistory.h"
-#include "platform/linux/SessionBusAddress.h"
+#include "platform/linux/bus/SessionBus.h"
+#include "platform/linux/media/MprisBus.h"
+#include "platform/linux/media/MprisPlayer.h"
+#include "platform/linux/media/MprisScriptHost.h"
+#include "platform/linux/media/MprisSession.h"
 #include "tests/fakes/FakeSystem.h"
 
 #include <gio/gio.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/GObjectPtr.h"
+#include "platform/linux/glib/GlibHandles.h"
 
 #include <gio/gio.h>
 

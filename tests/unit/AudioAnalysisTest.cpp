@@ -1,5 +1,5 @@
 #include "analysis/AudioAnalysisService.h"
-#include "model/VelmorError.h"
+#include "base/VelmorError.h"
 #include "tests/fakes/FakePlatform.h"
 
 #include <gmock/gmock.h>

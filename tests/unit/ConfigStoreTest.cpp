@@ -1,6 +1,6 @@
 #include "model/ConfigStore.h"
 
-#include "model/JsonCoding.h"
+#include "base/Json.h"
 #include "tests/fakes/FakePlatform.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/AppController.h"
-#include "model/JsonCoding.h"
+#include "base/Json.h"
 #include "tests/fakes/FakePlatform.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "model/NowPlayingTrack.h"
-#include "platform/TaskGroup.h"
+#include "model/Records.h"
+#include "platform/async/TaskGroup.h"
 #include "tests/fakes/FakeMainLoop.h"
 
 #include <optional>

@@ -1,7 +1,7 @@
 #include "ai/AnalysisValidation.h"
 #include "ai/OpenAIResponses.h"
 #include "ai/TinkerMessages.h"
-#include "model/VelmorError.h"
+#include "base/VelmorError.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>

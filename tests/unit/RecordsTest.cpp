@@ -1,8 +1,7 @@
-#include "model/Analysis.h"
+#include "model/Records.h"
+
+#include "base/Json.h"
 #include "model/AppConfig.h"
-#include "model/JsonCoding.h"
-#include "model/UpdateInfo.h"
-#include "model/VisionResult.h"
 
 #include <gtest/gtest.h>
 

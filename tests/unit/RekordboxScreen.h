@@ -1,6 +1,6 @@
 #pragma once
 
-#include "nowplaying/UIAText.h"
+#include "nowplaying/RekordboxDetector.h"
 #include "tests/fakes/FakeSystem.h"
 
 #include <memory>

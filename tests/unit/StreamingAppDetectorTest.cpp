@@ -1,6 +1,6 @@
 #include "nowplaying/StreamingAppDetector.h"
 
-#include "model/Text.h"
+#include "base/Text.h"
 #include "nowplaying/NowPlayingError.h"
 #include "tests/fakes/FakePlatform.h"
 #include "tests/unit/Outcome.h"

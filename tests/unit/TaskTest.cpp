@@ -1,5 +1,5 @@
-#include "platform/TaskGroup.h"
-#include "platform/Waiting.h"
+#include "platform/async/TaskGroup.h"
+#include "platform/async/Waiting.h"
 #include "tests/fakes/FakeMainLoop.h"
 
 #include <gtest/gtest.h>

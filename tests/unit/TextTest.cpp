@@ -1,6 +1,6 @@
-#include "model/Text.h"
+#include "base/Text.h"
 
-#include "model/Number.h"
+#include "base/Number.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 #include "ui/WebBridge.h"
 
-#include "model/JsonCoding.h"
-#include "model/Text.h"
-#include "platform/Waiting.h"
+#include "base/Json.h"
+#include "base/Text.h"
+#include "platform/async/Waiting.h"
 #include "tests/fakes/FakeMainLoop.h"
 #include "tests/fakes/FakeWindow.h"
 

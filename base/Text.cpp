@@ -1,0 +1,124 @@
+#include "base/Text.h"
+
+#include <unicode/locid.h>
+#include <unicode/normalizer2.h>
+#include <unicode/uchar.h>
+#include <unicode/unistr.h>
+#include <unicode/utf8.h>
+
+#include <algorithm>
+#include <cstdint>
+
+namespace velmor::text {
+
+namespace {
+
+const std::uint8_t* bytesOf(std::string_view text) {
+  return reinterpret_cast<const std::uint8_t*>(text.data());
+}
+
+icu::StringPiece piece(std::string_view text) {
+  return {text.data(), static_cast<std::int32_t>(text.size())};
+}
+
+std::string utf8(const icu::UnicodeString& text) {
+  std::string result;
+  text.toUTF8String(result);
+  return result;
+}
+
+} // namespace
+
+std::string_view trimmed(std::string_view text) {
+  const auto* bytes = bytesOf(text);
+  const auto length = static_cast<std::int32_t>(text.size());
+  std::int32_t start = 0;
+  while (start < length) {
+    std::int32_t next = start;
+    UChar32 character = 0;
+    U8_NEXT(bytes, next, length, character);
+    if (character < 0 || !u_isUWhiteSpace(character)) break;
+    start = next;
+  }
+  std::int32_t end = length;
+  while (end > start) {
+    std::int32_t previous = end;
+    UChar32 character = 0;
+    U8_PREV(bytes, start, previous, character);
+    if (character < 0 || !u_isUWhiteSpace(character)) break;
+    end = previous;
+  }
+  return text.substr(static_cast<std::size_t>(start), static_cast<std::size_t>(end - start));
+}
+
+std::string lowercased(std::string_view text) {
+  return utf8(icu::UnicodeString::fromUTF8(piece(text)).toLower(icu::Locale::getRoot()));
+}
+
+std::string composed(std::string_view text) {
+  UErrorCode status = U_ZERO_ERROR;
+  const auto* normalizer = icu::Normalizer2::getNFCInstance(status);
+  if (U_FAILURE(status)) return std::string(text);
+  const auto result = normalizer->normalize(icu::UnicodeString::fromUTF8(piece(text)), status);
+  return U_FAILURE(status) ? std::string(text) : utf8(result);
+}
+
+bool isValidUtf8(std::string_view bytes) {
+  const auto length = static_cast<std::int32_t>(bytes.size());
+  std::int32_t position = 0;
+  while (position < length) {
+    UChar32 character = 0;
+    U8_NEXT(bytesOf(bytes), position, length, character);
+    if (character < 0) return false;
+  }
+  return true;
+}
+
+std::string withValidUtf8(std::string_view bytes) {
+  if (isValidUtf8(bytes)) return std::string(bytes);
+  return utf8(icu::UnicodeString::fromUTF8(piece(bytes)));
+}
+
+std::string asciiUppercased(std::string_view text) {
+  std::string result(text);
+  for (char& letter : result) {
+    if (letter >= 'a' && letter <= 'z') letter = static_cast<char>(letter - 'a' + 'A');
+  }
+  return result;
+}
+
+std::string replacingAll(std::string_view text, std::string_view what, std::string_view with) {
+  std::string result;
+  std::size_t position = 0;
+  for (auto found = text.find(what); found != std::string_view::npos;
+       found = text.find(what, position)) {
+    result += text.substr(position, found - position);
+    result += with;
+    position = found + what.size();
+  }
+  result += text.substr(position);
+  return result;
+}
+
+std::string joined(const std::vector<std::string>& pieces, std::string_view separator) {
+  std::string result;
+  for (const auto& piece : pieces) {
+    if (&piece != &pieces.front()) result += separator;
+    result += piece;
+  }
+  return result;
+}
+
+std::vector<std::string_view> split(std::string_view text, char separator, std::size_t mostSplits) {
+  std::vector<std::string_view> pieces;
+  std::size_t start = 0;
+  while (start <= text.size()) {
+    const bool isRest = pieces.size() >= mostSplits;
+    const auto end = isRest ? text.size() : std::min(text.find(separator, start), text.size());
+    if (end > start) pieces.push_back(text.substr(start, end - start));
+    start = end + 1;
+  }
+  return pieces;
+}
+
+} // namespace velmor::text

@@ -1,0 +1,151 @@
+#pragma once
+
+#include "platform/MainLoop.h"
+#include "platform/async/Task.h"
+
+#include <exception>
+#include <memory>
+#include <optional>
+#include <type_traits>
+
+namespace velmor {
+
+/// `co_await isCancelled()` tells whether the running task has been cancelled.
+///
+/// Put the answer into a variable first: GCC 12 lays out the coroutine's frame wrongly when a
+/// co_await stands in the condition of an if or a loop.
+class CancellationCheck {
+public:
+  bool await_ready() const noexcept { return false; }
+
+  template <typename Promise>
+  bool await_suspend(std::coroutine_handle<Promise> waiting) noexcept {
+    cancelled = waiting.promise().context && waiting.promise().context->cancelled;
+    return false;
+  }
+
+  bool await_resume() const noexcept { return cancelled; }
+
+private:
+  bool cancelled = false;
+};
+
+inline CancellationCheck isCancelled() {
+  return {};
+}
+
+/// `co_await Sleep(loop, delay)` waits; cancelling the task ends the wait early.
+class Sleep {
+public:
+  Sleep(MainLoop& mainLoop, Seconds duration) : loop(mainLoop), delay(duration) {}
+  Sleep(const Sleep&) = delete;
+  Sleep& operator=(const Sleep&) = delete;
+  ~Sleep() { forgetWake(); }
+
+  bool await_ready() const noexcept { return false; }
+
+  template <typename Promise>
+  bool await_suspend(std::coroutine_handle<Promise> waiting) {
+    context = waiting.promise().context;
+    if (context && context->cancelled) return false;
+    if (context) context->wake = [this, waiting] { resumeAfter(Seconds{0}, waiting); };
+    resumeAfter(delay, waiting);
+    return true;
+  }
+
+  void await_resume() { forgetWake(); }
+
+private:
+  void resumeAfter(Seconds time, std::coroutine_handle<> waiting) {
+    timer = loop.callLater(MainLoop::Lane::Actor, time, [waiting] { waiting.resume(); });
+  }
+
+  void forgetWake() {
+    if (context) context->wake = nullptr;
+    context = nullptr;
+  }
+
+  MainLoop& loop;
+  Seconds delay;
+  TaskContext* context = nullptr;
+  std::unique_ptr<Timer> timer;
+};
+
+namespace detail {
+
+/// Runs a function on a worker thread. The state outlives a task that is destroyed meanwhile.
+template <typename Function>
+class WorkerCall {
+public:
+  using Result = std::invoke_result_t<Function>;
+
+  WorkerCall(MainLoop& mainLoop, Function function)
+      : loop(mainLoop), state(std::make_shared<State>(std::move(function))) {}
+  WorkerCall(const WorkerCall&) = delete;
+  WorkerCall& operator=(const WorkerCall&) = delete;
+  ~WorkerCall() { state->waiting = nullptr; }
+
+  bool await_ready() const noexcept { return false; }
+
+  void await_suspend(std::coroutine_handle<> waiting) {
+    state->waiting = waiting;
+    loop.startWorker([state = state] { state->run(); },
+                     [state = state] {
+                       if (state->waiting) state->waiting.resume();
+                     });
+  }
+
+  Result await_resume() {
+    if (state->failure) std::rethrow_exception(state->failure);
+    return std::move(*state->result);
+  }
+
+private:
+  struct State {
+    explicit State(Function work) : function(std::move(work)) {}
+
+    void run() noexcept {
+      try {
+        result.emplace(function());
+      } catch (...) {
+        failure = std::current_exception();
+      }
+    }
+
+    Function function;
+    std::optional<Result> result;
+    std::exception_ptr failure;
+    std::coroutine_handle<> waiting;
+  };
+
+  MainLoop& loop;
+  std::shared_ptr<State> state;
+};
+
+} // namespace detail
+
+/// `co_await onWorker(loop, function)` runs the blocking function on another thread and gives its
+/// result, or throws what it threw.
+template <typename Function>
+detail::WorkerCall<Function> onWorker(MainLoop& loop, Function function) {
+  return {loop, std::move(function)};
+}
+
+/// Runs the blocking function in the actor lane's place (`MainLoop::occupyActor`) and gives its
+/// result, or throws what it threw.
+template <typename Function>
+std::invoke_result_t<Function> whileOccupyingActor(MainLoop& loop, const Function& function) {
+  std::optional<std::invoke_result_t<Function>> result;
+  std::exception_ptr failure;
+  loop.occupyActor([&] {
+    try {
+      result.emplace(function());
+    } catch (...) {
+      failure = std::current_exception();
+    }
+  });
+  if (failure) std::rethrow_exception(failure);
+  return std::move(*result);
+}
+
+} // namespace velmor

@@ -1,0 +1,88 @@
+#pragma once
+
+#include "platform/linux/glib/GlibHandles.h"
+
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+namespace velmor {
+
+/// A call of a method on a bus.
+struct BusCall {
+  std::string destination;
+  std::string path;
+  std::string interface;
+  std::string method;
+  /// A tuple; null for a method without arguments.
+  VariantPtr arguments;
+  /// The types of the wanted answer; any other answer is a failure.
+  std::string replyType;
+  /// Whether the bus may start a service that does not run.
+  bool startsService = false;
+};
+
+/// Waits for any number of answers from a bus at once. It has a main context of its own, so it
+/// works on every thread, whatever that thread's loop is doing. What has not been answered when
+/// it is destroyed is given up. Use it on one thread.
+class BusWait {
+public:
+  using Moment = std::chrono::steady_clock::time_point;
+  /// Gets the answer, a tuple; null when the call failed.
+  using ReplyHandler = std::function<void(VariantPtr reply)>;
+
+  /// Nothing is waited for after `end`, or once stop is requested.
+  BusWait(Moment end, std::stop_token stopToken);
+  BusWait(const BusWait&) = delete;
+  BusWait& operator=(const BusWait&) = delete;
+  ~BusWait();
+
+  /// Connects to the bus with this address; null when that fails, and then nothing more can be
+  /// waited for.
+  [[nodiscard]] BusConnectionPtr connect(const std::string& address);
+
+  /// Sends a call; `handler` is called within `waitUntil`.
+  void call(const BusConnectionPtr& connection, const BusCall& call, ReplyHandler handler);
+
+  /// Serves answers until `isEnough` holds or it is this late. Gives whether it holds.
+  bool waitUntil(Moment moment, const std::function<bool()>& isEnough);
+
+  /// The same with no other limit than the end of all waiting.
+  bool wait(const std::function<bool()>& isEnough) { return waitUntil(lastMoment, isEnough); }
+
+private:
+  struct Pending;
+
+  Moment lastMoment;
+  std::stop_token stop;
+  MainContextPtr context;
+  CancellablePtr cancellable;
+  int outstanding = 0;
+  /// False once answers have nobody left to go to.
+  bool isServing = true;
+};
+
+/// What came of several calls that were made at once.
+struct BusExchange {
+  /// In the order of the calls; null for a call that failed.
+  std::vector<VariantPtr> replies;
+  /// False when somebody left a call without an answer, which is not the same as refusing it.
+  bool isComplete = false;
+
+  /// Makes the calls and waits for their answers until this moment, or until stop is requested.
+  /// Any thread.
+  [[nodiscard]] static BusExchange make(const BusConnectionPtr& connection,
+                                        const std::vector<BusCall>& calls, BusWait::Moment end,
+                                        const std::stop_token& stop);
+};
+
+class Environment;
+
+/// The address of the user's session bus; nothing when none runs. Asking GDBus instead would start
+/// a new, empty bus and leave it behind.
+[[nodiscard]] std::optional<std::string> sessionBusAddress(const Environment& environment);
+
+} // namespace velmor

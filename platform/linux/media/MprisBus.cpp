@@ -1,0 +1,230 @@
+#include "platform/linux/media/MprisBus.h"
+
+#include "platform/linux/bus/SessionBus.h"
+#include "platform/linux/glib/Variants.h"
+#include "platform/linux/media/MprisPlayer.h"
+
+#include <gio/gio.h>
+
+#include <algorithm>
+
+namespace velmor {
+
+namespace {
+
+using std::chrono::steady_clock;
+
+constexpr auto busService = "org.freedesktop.DBus";
+constexpr auto busPath = "/org/freedesktop/DBus";
+constexpr auto playerPath = "/org/mpris/MediaPlayer2";
+constexpr auto playerInterface = "org.mpris.MediaPlayer2.Player";
+constexpr auto propertiesInterface = "org.freedesktop.DBus.Properties";
+
+/// How long a player that has hung before is waited for: long enough to notice that it has
+/// recovered, short enough to pay at every reading.
+constexpr std::chrono::milliseconds patienceWithHung{100};
+
+using SharedHistory = std::shared_ptr<PlaybackHistory>;
+
+/// Notes PropertiesChanged signals of players, on the thread on which GDBus reads messages.
+GDBusMessage* noteChange(GDBusConnection*, GDBusMessage* message, gboolean, gpointer data) {
+  const auto type = g_dbus_message_get_message_type(message);
+  const char* sender = g_dbus_message_get_sender(message);
+  GVariant* body = g_dbus_message_get_body(message);
+  const bool isChange = type == G_DBUS_MESSAGE_TYPE_SIGNAL && sender && body &&
+                        g_strcmp0(g_dbus_message_get_path(message), playerPath) == 0 &&
+                        g_strcmp0(g_dbus_message_get_member(message), "PropertiesChanged") == 0 &&
+                        g_variant_is_of_type(body, G_VARIANT_TYPE("(sa{sv}as)"));
+  if (!isChange) return message;
+  const VariantPtr properties(g_variant_get_child_value(body, 1));
+  if (const auto playing = isPlaying(*properties)) {
+    (*static_cast<SharedHistory*>(data))->statusChanged(sender, *playing);
+  }
+  return message;
+}
+
+void releaseHistory(gpointer data) {
+  const std::unique_ptr<SharedHistory> released(static_cast<SharedHistory*>(data));
+}
+
+std::vector<std::string> playerNames(GVariant& reply) {
+  const VariantPtr list(g_variant_get_child_value(&reply, 0));
+  std::vector<std::string> names;
+  for (gsize index = 0; index < g_variant_n_children(list.get()); ++index) {
+    const VariantPtr entry(g_variant_get_child_value(list.get(), index));
+    std::string name = g_variant_get_string(entry.get(), nullptr);
+    if (isPlayerName(name)) names.push_back(std::move(name));
+  }
+  return names;
+}
+
+} // namespace
+
+/// What has come in about one player.
+struct MprisBus::Reading {
+  std::string busName;
+  bool hasHung = false;
+  int outstanding = 0;
+  std::string owner;
+  std::uint32_t process = 0;
+  VariantPtr player;
+  VariantPtr identity;
+
+  void ask(BusWait& wait, const BusConnectionPtr& bus) {
+    request(wait, bus,
+            {busService, busPath, busService, "GetNameOwner", textTuple({busName}), "(s)"},
+            [this](VariantPtr reply) {
+              const VariantPtr name(g_variant_get_child_value(reply.get(), 0));
+              owner = g_variant_get_string(name.get(), nullptr);
+            });
+    request(wait, bus,
+            {busService, busPath, busService, "GetConnectionUnixProcessID", textTuple({busName}),
+             "(u)"},
+            [this](VariantPtr reply) { g_variant_get(reply.get(), "(u)", &process); });
+    requestProperties(wait, bus, playerInterface, player);
+    requestProperties(wait, bus, "org.mpris.MediaPlayer2", identity);
+  }
+
+private:
+  void requestProperties(BusWait& wait, const BusConnectionPtr& bus, const char* interface,
+                         VariantPtr& properties) {
+    request(wait, bus,
+            {busName, playerPath, propertiesInterface, "GetAll", textTuple({interface}), "(a{sv})"},
+            [&properties](VariantPtr reply) {
+              properties.reset(g_variant_get_child_value(reply.get(), 0));
+            });
+  }
+
+  void request(BusWait& wait, const BusConnectionPtr& bus, const BusCall& call,
+               BusWait::ReplyHandler onSuccess) {
+    ++outstanding;
+    wait.call(bus, call, [this, handle = std::move(onSuccess)](VariantPtr reply) {
+      --outstanding;
+      if (reply) handle(std::move(reply));
+    });
+  }
+};
+
+MprisBus::MprisBus(std::string busAddress, std::stop_token quitToken)
+    : location(std::move(busAddress)), quit(std::move(quitToken)) {}
+
+std::optional<std::vector<MprisPlayer>> MprisBus::players(Seconds timeout) {
+  const auto start = steady_clock::now();
+  std::optional<std::vector<std::string>> names;
+  std::vector<Reading> readings;
+  // Made after what its answers are written to, so that it is gone before.
+  BusWait wait(start + std::chrono::duration_cast<steady_clock::duration>(timeout), quit);
+  const auto bus = connected(wait);
+  if (!bus) return std::nullopt;
+  bool answered = false;
+  wait.call(bus, {busService, busPath, busService, "ListNames", nullptr, "(as)"},
+            [&](VariantPtr reply) {
+              answered = true;
+              if (reply) names = playerNames(*reply);
+            });
+  if (!wait.wait([&] { return answered; }) || !names) return std::nullopt;
+
+  readings = plannedReadings(*names);
+  for (auto& reading : readings)
+    reading.ask(wait, bus);
+  const auto hasAnswered = [](const Reading& reading) { return reading.outstanding == 0; };
+  wait.wait([&] {
+    return std::ranges::all_of(readings,
+                               [&](const auto& each) { return each.hasHung || hasAnswered(each); });
+  });
+  wait.waitUntil(start + patienceWithHung,
+                 [&] { return std::ranges::all_of(readings, hasAnswered); });
+  return finish(readings);
+}
+
+BusConnectionPtr MprisBus::connected(BusWait& wait) {
+  const std::lock_guard guard(lock);
+  if (connection && g_dbus_connection_is_closed(connection.get()) == FALSE) return connection;
+  connection = wait.connect(location);
+  if (connection) followPlayback(connection, wait);
+  return connection;
+}
+
+void MprisBus::followPlayback(const BusConnectionPtr& made, BusWait& wait) {
+  g_dbus_connection_add_filter(made.get(), noteChange,
+                               std::make_unique<SharedHistory>(history).release(), releaseHistory);
+  wait.call(made,
+            {busService, busPath, busService, "AddMatch",
+             textTuple({"type='signal',interface='org.freedesktop.DBus.Properties',"
+                        "member='PropertiesChanged',path='/org/mpris/MediaPlayer2',"
+                        "arg0='org.mpris.MediaPlayer2.Player'"}),
+             "()"},
+            [](VariantPtr) {});
+}
+
+std::vector<MprisBus::Reading>
+MprisBus::plannedReadings(const std::vector<std::string>& names) const {
+  const std::lock_guard guard(lock);
+  std::vector<Reading> readings(names.size());
+  for (std::size_t index = 0; index < names.size(); ++index) {
+    readings[index].busName = names[index];
+    readings[index].hasHung = hung.contains(names[index]);
+  }
+  return readings;
+}
+
+std::vector<MprisPlayer> MprisBus::finish(const std::vector<Reading>& readings) {
+  std::map<std::string, bool> playing;
+  std::set<std::string> silent;
+  for (const auto& reading : readings) {
+    if (reading.outstanding > 0) silent.insert(reading.busName);
+    if (reading.player && !reading.owner.empty())
+      playing[reading.owner] = isPlaying(*reading.player).value_or(false);
+  }
+  history->update(playing);
+  std::vector<MprisPlayer> players;
+  for (const auto& reading : readings) {
+    if (!reading.player) continue;
+    players.push_back(
+        playerFromProperties(reading.busName, *reading.player, reading.identity.get()));
+    players.back().process = static_cast<std::int32_t>(reading.process);
+    players.back().beganPlaying = history->beganPlaying(reading.owner);
+  }
+  const std::lock_guard guard(lock);
+  hung = std::move(silent);
+  return players;
+}
+
+MprisBusSource::MprisBusSource(const Environment& theEnvironment, std::stop_token quitToken)
+    : environment(theEnvironment), quit(std::move(quitToken)) {}
+
+std::shared_ptr<MprisBus> MprisBusSource::current() {
+  const auto address = sessionBusAddress(environment);
+  if (!address) return nullptr;
+  const std::lock_guard guard(lock);
+  if (!bus || bus->address() != *address) bus = std::make_shared<MprisBus>(*address, quit);
+  return bus;
+}
+
+void PlaybackHistory::statusChanged(const std::string& player, bool playing) {
+  const std::lock_guard guard(lock);
+  note(entries[player], playing);
+}
+
+void PlaybackHistory::update(const std::map<std::string, bool>& playing) {
+  const std::lock_guard guard(lock);
+  std::erase_if(entries, [&](const auto& entry) { return !playing.contains(entry.first); });
+  for (const auto& [player, plays] : playing) {
+    const auto [entry, isNew] = entries.try_emplace(player, Entry{.plays = plays});
+    if (!isNew) note(entry->second, plays);
+  }
+}
+
+std::uint64_t PlaybackHistory::beganPlaying(const std::string& player) const {
+  const std::lock_guard guard(lock);
+  const auto entry = entries.find(player);
+  return entry == entries.end() ? 0 : entry->second.began;
+}
+
+void PlaybackHistory::note(Entry& entry, bool playing) {
+  // Many players repeat at every track that they play: only the change counts.
+  if (playing && !entry.plays) entry.began = ++beginnings;
+  entry.plays = playing;
+}
+
+} // namespace velmor

@@ -1,0 +1,58 @@
+#include "platform/linux/system/FolderBundle.h"
+
+#include <nlohmann/json.hpp>
+
+#include <fstream>
+
+namespace velmor {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::map<std::string, std::string, std::less<>> readInformation(const fs::path& path) {
+  std::map<std::string, std::string, std::less<>> entries;
+  std::ifstream file(path);
+  const auto json = nlohmann::json::parse(file, nullptr, false);
+  if (!json.is_object()) return entries;
+  for (const auto& [key, value] : json.items()) {
+    if (value.is_string()) entries.emplace(key, value.get<std::string>());
+  }
+  return entries;
+}
+
+} // namespace
+
+FolderBundle::FolderBundle(fs::path folder)
+    : root(std::move(folder)), information(readInformation(root / "Info.json")) {}
+
+fs::path FolderBundle::folderOfExecutable(const fs::path& executable) {
+  const auto place = executable.parent_path();
+  auto inBuildTree = place / "share" / "velmor";
+  std::error_code ignored;
+  if (fs::is_directory(inBuildTree, ignored)) return inBuildTree;
+  return place.parent_path() / "share" / "velmor";
+}
+
+fs::path FolderBundle::runningExecutable() {
+  std::error_code ignored;
+  return fs::read_symlink("/proc/self/exe", ignored);
+}
+
+std::optional<fs::path> FolderBundle::resource(std::string_view name, std::string_view extension,
+                                               std::string_view subdirectory) const {
+  std::string fileName(name);
+  if (!extension.empty()) fileName.append(".").append(extension);
+  const auto path = root / subdirectory / fileName;
+  std::error_code ignored;
+  if (!fs::is_regular_file(path, ignored)) return std::nullopt;
+  return path;
+}
+
+std::optional<std::string> FolderBundle::informationEntry(std::string_view key) const {
+  const auto entry = information.find(key);
+  if (entry == information.end()) return std::nullopt;
+  return entry->second;
+}
+
+} // namespace velmor

@@ -1,0 +1,335 @@
+#include "platform/linux/window/GtkAppWindow.h"
+
+#include "platform/linux/page/WebKitPageView.h"
+#include "platform/linux/window/GtkMainMenu.h"
+#include "platform/linux/window/GtkWindowButtons.h"
+#include "platform/linux/window/GtkWindowProperty.h"
+
+#include <gdk/gdkx.h>
+#include <gtk/gtk.h>
+
+namespace velmor {
+
+namespace {
+
+constexpr Seconds longestAnswer{0.5};
+
+} // namespace
+
+GtkFrame::GtkFrame(MainLoop& mainLoop, _GtkWindow* toplevel, const XRect& initial)
+    : loop(mainLoop), window(toplevel), frame(initial) {
+  order(initial, false);
+}
+
+void GtkFrame::order(const XRect& wanted, bool hidden) {
+  const bool sameSize = wanted.width == frame.width && wanted.height == frame.height;
+  frame = wanted;
+  patience = loop.callLater(MainLoop::Lane::Display, longestAnswer, [this] { accept(actual()); });
+  auto* const surface = gtk_widget_get_window(GTK_WIDGET(window));
+  if (!surface || !sameSize) {
+    setSizeHints(false);
+    gtk_window_resize(window, wanted.width, wanted.height);
+  }
+  gtk_window_move(window, wanted.x, wanted.y);
+  if (!surface || (sameSize && !hidden)) return;
+  // Both at once: the toolkit would move the window now and resize it with its next frame.
+  gdk_window_move_resize(surface, wanted.x, wanted.y, wanted.width, wanted.height);
+}
+
+void GtkFrame::configured() {
+  const auto answered = actual();
+  if (!patience || answered == frame) accept(answered);
+}
+
+void GtkFrame::accept(const XRect& answered) {
+  // The order may have waited in this call's own timer, which is done now.
+  const auto finished = std::move(patience);
+  frame = answered;
+  if (finished) setSizeHints(true);
+}
+
+XRect GtkFrame::actual() const {
+  auto* const surface = gtk_widget_get_window(GTK_WIDGET(window));
+  if (!surface || gtk_widget_get_mapped(GTK_WIDGET(window)) == FALSE) return frame;
+  XRect answer;
+  gdk_window_get_origin(surface, &answer.x, &answer.y);
+  answer.width = gdk_window_get_width(surface);
+  answer.height = gdk_window_get_height(surface);
+  return answer;
+}
+
+void GtkFrame::setSizeHints(bool hold) {
+  GdkGeometry geometry{};
+  geometry.min_width = hold ? frame.width : 1;
+  geometry.min_height = hold ? frame.height : 1;
+  geometry.max_width = hold ? frame.width : G_MAXSHORT;
+  geometry.max_height = hold ? frame.height : G_MAXSHORT;
+  const auto both = static_cast<GdkWindowHints>(GDK_HINT_MIN_SIZE | GDK_HINT_MAX_SIZE);
+  gtk_window_set_geometry_hints(window, nullptr, &geometry, both);
+  // The toolkit tells the window manager with its next frame, too late for an order that follows.
+  auto* const surface = gtk_widget_get_window(GTK_WIDGET(window));
+  if (surface && !hold) gdk_window_set_geometry_hints(surface, &geometry, both);
+}
+
+namespace {
+
+/// Long enough for the new size to arrive before the window does: it never flashes in the old one.
+constexpr Seconds beforeComingBack{0.02};
+/// Looking through the icon themes takes time that the page needs to come up.
+constexpr Seconds afterFirstPicture{2};
+/// A window manager that has not brought the window back by then is asked again.
+constexpr Seconds longestComingBack{1};
+
+/// Raises the window above the one that is topmost now. Some window managers take a plain raise as
+/// a wish for the keyboard focus.
+void raiseAboveTopmost(GdkWindow* surface) {
+  const auto stack =
+      GtkWindowProperty::list(gdk_get_default_root_window(), "_NET_CLIENT_LIST_STACKING");
+  const auto own = gdk_x11_window_get_xid(surface);
+  if (!stack.empty() && stack.back() == own) return;
+  auto* const display = gdk_window_get_display(surface);
+  XWindowChanges changes{};
+  changes.stack_mode = Above;
+  changes.sibling = stack.empty() ? None : stack.back();
+  gdk_x11_display_error_trap_push(display);
+  XReconfigureWMWindow(gdk_x11_display_get_xdisplay(display), own,
+                       gdk_x11_screen_get_screen_number(gdk_window_get_screen(surface)),
+                       stack.empty() ? CWStackMode : CWSibling | CWStackMode, &changes);
+  gdk_x11_display_error_trap_pop_ignored(display);
+}
+
+GtkWindow* toplevel(const GObjectPtr<_GtkWidget>& widget) {
+  return GTK_WINDOW(widget.get());
+}
+
+} // namespace
+
+GtkAppWindow::GtkAppWindow(const Context& surroundings, const Rect& content, unsigned mask)
+    : context(surroundings)
+    , window(owned(gtk_window_new(GTK_WINDOW_TOPLEVEL)))
+    , overlay(GTK_OVERLAY(gtk_overlay_new()))
+    , style(mask)
+    , buttons(
+          overlay, [this] { close(); }, [this] { miniaturize(); })
+    , glass(overlay, [this](void* event) { context.menu.popUp(window.get(), event); })
+    , place(context.loop, toplevel(window), GtkScreens::toX(content))
+    , companion(context.loop, window.get()) {
+  gtk_window_set_decorated(toplevel(window), FALSE);
+  gtk_container_add(GTK_CONTAINER(window.get()), GTK_WIDGET(overlay));
+  gtk_widget_show(GTK_WIDGET(overlay));
+  context.menu.attach(toplevel(window));
+  buttons.setStyleMask(mask);
+  connectSignals();
+  iconComes = context.loop.callLater(MainLoop::Lane::Display, afterFirstPicture, [this] {
+    gtk_window_set_icon_name(toplevel(window), "velmor");
+  });
+}
+
+GtkAppWindow::~GtkAppWindow() {
+  signals.disconnect();
+  page.reset();
+  gtk_widget_destroy(window.get());
+}
+
+void GtkAppWindow::connectSignals() {
+  const auto closing = [](GtkWidget*, GdkEvent*, gpointer data) -> gboolean {
+    static_cast<GtkAppWindow*>(data)->close();
+    return TRUE;
+  };
+  const auto configured = [](GtkWidget*, GdkEvent*, gpointer data) -> gboolean {
+    static_cast<GtkAppWindow*>(data)->place.configured();
+    return FALSE;
+  };
+  const auto changed = [](GtkWidget*, GdkEvent* event, gpointer data) -> gboolean {
+    const auto& state = event->window_state;
+    static_cast<GtkAppWindow*>(data)->stateChanged(state.changed_mask, state.new_window_state);
+    return FALSE;
+  };
+  const auto allocated = [](GtkWidget*, GdkRectangle*, gpointer data) {
+    static_cast<GtkAppWindow*>(data)->sizeChanged();
+  };
+  signals.connect(window.get(), "delete-event", +closing, this);
+  signals.connect(window.get(), "configure-event", +configured, this);
+  signals.connect(window.get(), "window-state-event", +changed, this);
+  signals.connect(window.get(), "size-allocate", +allocated, this, true);
+}
+
+_GdkWindow* GtkAppWindow::surface() const {
+  return gtk_widget_get_window(window.get());
+}
+
+void GtkAppWindow::setTitle(const std::string& text) {
+  name = text;
+  gtk_window_set_title(toplevel(window), text.c_str());
+}
+
+void GtkAppWindow::setAppearance(const WindowAppearance& look) {
+  movable = look.movableByBackground;
+  if (page) page->setMovesWindow(movable);
+  // Without a compositor nothing shines through a window: clear would be black.
+  if (look.background.alpha == 0 || look.background == background) return;
+  background = look.background;
+  GtkStyle::apply(window.get(), "window { background: " + GtkStyle::text(background) + "; }");
+  if (page) page->setBackground(background);
+}
+
+void GtkAppWindow::setStyleMask(unsigned mask) {
+  style = mask;
+  buttons.setStyleMask(mask);
+}
+
+void GtkAppWindow::setLevel(int level) {
+  gtk_window_set_keep_above(toplevel(window), level > windowLevel::normal ? TRUE : FALSE);
+}
+
+void GtkAppWindow::setCollectionBehavior(unsigned behavior) {
+  if ((behavior & collectionBehavior::canJoinAllSpaces) != 0)
+    gtk_window_stick(toplevel(window));
+  else
+    gtk_window_unstick(toplevel(window));
+  const gboolean leftOut = (behavior & collectionBehavior::ignoresCycle) != 0 ? TRUE : FALSE;
+  gtk_window_set_skip_taskbar_hint(toplevel(window), leftOut);
+  gtk_window_set_skip_pager_hint(toplevel(window), leftOut);
+  companion.setEnabled((behavior & collectionBehavior::fullScreenAuxiliary) != 0);
+}
+
+void GtkAppWindow::setButtonHidden(WindowButton button, bool hidden) {
+  buttons.setHidden(button, hidden);
+}
+
+std::optional<Rect> GtkAppWindow::buttonFrame(WindowButton button) const {
+  return buttons.frame(button);
+}
+
+Rect GtkAppWindow::frame() const {
+  return GtkScreens::fromX(place.current());
+}
+
+void GtkAppWindow::setFrame(const Rect& wanted) {
+  place.order(GtkScreens::toX(wanted), iconified);
+}
+
+void GtkAppWindow::center() {
+  const auto screens = GtkScreens::all();
+  if (screens.empty()) return;
+  const auto& area = screens.front().visibleFrame;
+  auto centred = frame();
+  centred.origin = {area.minX() + (area.width() - centred.width()) / 2,
+                    area.minY() + (area.height() - centred.height()) / 2};
+  setFrame(centred);
+}
+
+void GtkAppWindow::stateChanged(unsigned changed, unsigned state) {
+  if ((changed & GDK_WINDOW_STATE_ICONIFIED) == 0) return;
+  iconified = (state & GDK_WINDOW_STATE_ICONIFIED) != 0;
+  if (!iconified) {
+    comingBack.reset();
+    return;
+  }
+  const bool wentAlong = companion.leave();
+  // Out of the taskbar and without a button, it could not be found again.
+  const bool isLost = (style & styleMask::miniaturizable) == 0;
+  if (wentAlong || isLost) deminiaturize();
+}
+
+void GtkAppWindow::sizeChanged() {
+  const Size size{static_cast<double>(gtk_widget_get_allocated_width(window.get())),
+                  static_cast<double>(gtk_widget_get_allocated_height(window.get()))};
+  if (size == reportedSize) return;
+  reportedSize = size;
+  // Later, since widgets may not change while they are laid out.
+  context.loop.post(MainLoop::Lane::Display, [heard = delegate] {
+    if (const auto told = heard.lock()) told->windowDidResize();
+  });
+}
+
+void GtkAppWindow::miniaturize() {
+  if ((style & styleMask::miniaturizable) != 0) gtk_window_iconify(toplevel(window));
+}
+
+void GtkAppWindow::deminiaturize() {
+  if (!iconified) return;
+  comingBack =
+      context.loop.callLater(MainLoop::Lane::Display, beforeComingBack, [this] { comeBack(); });
+}
+
+void GtkAppWindow::comeBack() {
+  gtk_window_deiconify(toplevel(window));
+  comingBack = context.loop.callLater(MainLoop::Lane::Display, longestComingBack, [this] {
+    comingBack.reset();
+    if (iconified && (style & styleMask::miniaturizable) == 0) deminiaturize();
+  });
+}
+
+void GtkAppWindow::show() {
+  shown = true;
+  gtk_widget_show(window.get());
+}
+
+void GtkAppWindow::makeKeyAndOrderFront() {
+  if (isClosing) return;
+  if (!shown) show();
+  if (iconified)
+    deminiaturize();
+  else
+    activate();
+}
+
+void GtkAppWindow::activate() {
+  if (!shown || iconified || !surface()) return;
+  gtk_window_present_with_time(toplevel(window), gdk_x11_get_server_time(surface()));
+}
+
+void GtkAppWindow::orderFront() {
+  orderFrontRegardless();
+}
+
+void GtkAppWindow::orderFrontRegardless() {
+  if (isClosing) return;
+  if (!shown) show();
+  if (!iconified && surface()) raiseAboveTopmost(surface());
+}
+
+void GtkAppWindow::close() {
+  if (isClosing) return;
+  isClosing = true;
+  if (const auto told = delegate.lock()) told->windowWillClose();
+  shown = false;
+  gtk_widget_hide(window.get());
+  context.onClosed();
+}
+
+std::shared_ptr<PageView> GtkAppWindow::addWebView(const WebViewConfiguration& configuration) {
+  page = std::make_shared<WebKitPageView>(
+      context.loop, context.profile, configuration,
+      WebKitPageView::Surroundings{
+          .menu = [this](void* event) { context.menu.popUp(window.get(), event); },
+          .window = {.frame = [this] { return frame(); },
+                     .setFrame = [this](const Rect& moved) { setFrame(moved); }}});
+  page->setBackground(background);
+  page->setMovesWindow(movable);
+  auto* const view = page->widget();
+  gtk_container_add(GTK_CONTAINER(overlay), view);
+  gtk_widget_show(view);
+  gtk_widget_grab_focus(view);
+  return page;
+}
+
+void GtkAppWindow::showMessage(const std::string& text, double margin) {
+  if (!message) {
+    message = gtk_label_new(nullptr);
+    gtk_label_set_line_wrap(GTK_LABEL(message), TRUE);
+    gtk_label_set_justify(GTK_LABEL(message), GTK_JUSTIFY_CENTER);
+    GtkStyle::apply(message, "label { color: #ffffff; }");
+    gtk_overlay_add_overlay(overlay, message);
+    gtk_overlay_set_overlay_pass_through(overlay, message, TRUE);
+    gtk_widget_set_halign(message, GTK_ALIGN_CENTER);
+    gtk_widget_set_valign(message, GTK_ALIGN_CENTER);
+  }
+  gtk_widget_set_margin_start(message, static_cast<int>(margin));
+  gtk_widget_set_margin_end(message, static_cast<int>(margin));
+  gtk_label_set_text(GTK_LABEL(message), text.c_str());
+  gtk_widget_show(message);
+}
+
+} // namespace velmor

@@ -1,0 +1,134 @@
+#pragma once
+
+#include "platform/MainLoop.h"
+#include "platform/Window.h"
+#include "platform/linux/glib/GlibHandles.h"
+#include "platform/linux/window/GtkFullScreenCompanion.h"
+#include "platform/linux/window/GtkGlass.h"
+#include "platform/linux/window/GtkScreens.h"
+#include "platform/linux/window/GtkWindowButtons.h"
+
+#include <functional>
+#include <memory>
+
+struct _GtkWindow;
+struct _GdkWindow;
+struct _GtkOverlay;
+
+namespace velmor {
+
+/// Where a toplevel window is. X11 carries out orders later, and a window manager may carry them
+/// out otherwise: until it has answered, the frame is what was ordered.
+///
+/// The size is held by the window's size hints, so that nobody else changes it. They must not stand
+/// in the way of an order, and may follow only when the order is carried out.
+class GtkFrame {
+public:
+  GtkFrame(MainLoop& mainLoop, _GtkWindow* toplevel, const XRect& initial);
+
+  [[nodiscard]] const XRect& current() const { return frame; }
+  /// `hidden` says that the window is iconified, when the toolkit passes on no new size by itself.
+  void order(const XRect& wanted, bool hidden);
+
+  /// The window manager has answered, or somebody has moved the window.
+  void configured();
+
+private:
+  [[nodiscard]] XRect actual() const;
+  void setSizeHints(bool hold);
+  void accept(const XRect& answered);
+
+  MainLoop& loop;
+  _GtkWindow* window;
+  XRect frame;
+  /// Runs while an order is under way; at its end the frame is what it is.
+  std::unique_ptr<Timer> patience;
+};
+
+class GtkMainMenu;
+class WebKitPageView;
+class WebKitProfile;
+
+/// A window made by the toolkit, without the window manager's decorations: turning those off and on
+/// shifts a window, each window manager's in another way. What is drawn around the page instead is
+/// drawn over it.
+class GtkAppWindow final : public Window {
+public:
+  struct Context {
+    MainLoop& loop;
+    GtkMainMenu& menu;
+    WebKitProfile& profile;
+    /// Called after a window has gone.
+    std::function<void()> onClosed;
+  };
+
+  GtkAppWindow(const Context& surroundings, const Rect& content, unsigned mask);
+  GtkAppWindow(const GtkAppWindow&) = delete;
+  GtkAppWindow& operator=(const GtkAppWindow&) = delete;
+  ~GtkAppWindow() override;
+
+  void setDelegate(std::weak_ptr<WindowDelegate> heard) override { delegate = std::move(heard); }
+  void setTitle(const std::string& text) override;
+  [[nodiscard]] std::string title() const override { return name; }
+  void setAppearance(const WindowAppearance& look) override;
+  void setStyleMask(unsigned mask) override;
+  void setLevel(int level) override;
+  void setCollectionBehavior(unsigned behavior) override;
+  void setButtonHidden(WindowButton button, bool hidden) override;
+  [[nodiscard]] std::optional<Rect> buttonFrame(WindowButton button) const override;
+  void setMinimumSize(Size size) override { minimum = size; }
+  void setMaximumSize(Size) override {}
+  [[nodiscard]] Size minimumSize() const override { return minimum; }
+  [[nodiscard]] Rect frame() const override;
+  void setFrame(const Rect& wanted) override;
+  void center() override;
+  [[nodiscard]] bool isVisible() const override { return shown; }
+  [[nodiscard]] bool isMiniaturized() const override { return iconified && !comingBack; }
+  void miniaturize() override;
+  void deminiaturize() override;
+  void close() override;
+  void makeKeyAndOrderFront() override;
+  void orderFront() override;
+  void orderFrontRegardless() override;
+  [[nodiscard]] std::shared_ptr<PageView>
+  addWebView(const WebViewConfiguration& configuration) override;
+  void showMessage(const std::string& message, double margin) override;
+  void setOverlay(std::shared_ptr<OverlayView> view) override { glass.setView(std::move(view)); }
+
+  /// Gives it the keyboard focus.
+  void activate();
+
+private:
+  [[nodiscard]] _GdkWindow* surface() const;
+  void connectSignals();
+  void stateChanged(unsigned changed, unsigned state);
+  void sizeChanged();
+  void show();
+  void comeBack();
+
+  Context context;
+  std::string name;
+  GObjectPtr<_GtkWidget> window;
+  _GtkOverlay* overlay;
+  _GtkWidget* message = nullptr;
+  unsigned style;
+  Size minimum;
+  Color background{1, 1, 1, 1};
+  bool movable = false;
+  std::weak_ptr<WindowDelegate> delegate;
+  GtkWindowButtons buttons;
+  GtkGlass glass;
+  GtkFrame place;
+  GtkFullScreenCompanion companion;
+  std::shared_ptr<WebKitPageView> page;
+  bool shown = false;
+  bool iconified = false;
+  /// Runs from the order to come back until the window manager has carried it out.
+  std::unique_ptr<Timer> comingBack;
+  std::unique_ptr<Timer> iconComes;
+  bool isClosing = false;
+  Size reportedSize;
+  SignalConnections signals;
+};
+
+} // namespace velmor

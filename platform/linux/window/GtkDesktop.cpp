@@ -1,0 +1,132 @@
+#include "platform/linux/window/GtkDesktop.h"
+
+#include "platform/Environment.h"
+#include "platform/FileManager.h"
+#include "platform/SystemLog.h"
+#include "platform/Workspace.h"
+#include "platform/linux/window/GtkAppWindow.h"
+#include "platform/linux/window/GtkScreens.h"
+
+#include <gtk/gtk.h>
+
+#include <algorithm>
+
+namespace velmor {
+
+namespace {
+
+constexpr auto applicationIdentifier = "app.velmor.Velmor";
+constexpr unsigned privateFolder = 0700;
+
+} // namespace
+
+std::unique_ptr<GtkDesktop> GtkDesktop::open(const Platform& platform) {
+  // Only on X11 may a window place and raise itself; a Wayland session offers it as well.
+  gdk_set_allowed_backends("x11");
+  WebKitProfile::drawOnProcessor();
+  gtk_disable_setlocale();
+  g_set_prgname("velmor");
+  g_set_application_name("Velmor");
+  if (gtk_init_check(nullptr, nullptr) == FALSE) return nullptr;
+  return std::unique_ptr<GtkDesktop>(new GtkDesktop(platform));
+}
+
+GtkDesktop::GtkDesktop(const Platform& thePlatform)
+    : platform(thePlatform)
+    , application(g_application_new(applicationIdentifier, G_APPLICATION_DEFAULT_FLAGS))
+    , rootWatch(platform.mainLoop) {}
+
+GtkDesktop::~GtkDesktop() = default;
+
+std::shared_ptr<Window> GtkDesktop::makeWindow(const Rect& content, unsigned styleMask) {
+  auto made =
+      std::make_shared<GtkAppWindow>(GtkAppWindow::Context{.loop = platform.mainLoop,
+                                                           .menu = menu,
+                                                           .profile = webProfile(),
+                                                           .onClosed = [this] { windowClosed(); }},
+                                     content, styleMask);
+  windows.emplace_back(made);
+  return made;
+}
+
+WebKitProfile& GtkDesktop::webProfile() {
+  if (!profile) {
+    const auto folder = platform.environment.applicationSupportDirectory() / "Velmor" / "web";
+    try {
+      platform.files.createFolder(folder, privateFolder);
+    } catch (const FileError& error) {
+      // The page then keeps nothing from one start to the next, and works.
+      platform.log.write(std::string("Velmor: no folder for the page's data: ") + error.what());
+    }
+    profile.emplace(folder);
+  }
+  return *profile;
+}
+
+std::shared_ptr<Window> GtkDesktop::window(const std::string& title) const {
+  for (const auto& candidate : windows) {
+    if (auto found = candidate.lock(); found && found->title() == title) return found;
+  }
+  return nullptr;
+}
+
+std::vector<Screen> GtkDesktop::screens() const {
+  return GtkScreens::all();
+}
+
+Point GtkDesktop::mouseLocation() const {
+  return GtkScreens::mouseLocation();
+}
+
+std::unique_ptr<DesktopObservation> GtkDesktop::observe(DesktopNotification notification,
+                                                        MainLoop::Work work) {
+  return rootWatch.observe(notification, std::move(work));
+}
+
+bool GtkDesktop::handOverToRunningInstance() {
+  const auto startedAgain = [](GApplication*, gpointer data) {
+    const auto& desktop = *static_cast<GtkDesktop*>(data);
+    if (const auto told = desktop.delegate.lock()) told->applicationShouldHandleReopen();
+  };
+  auto* const self = application.get();
+  signals.connect(self, "activate", +startedAgain, this);
+  // Without a session bus nobody can be asked, and there may be several.
+  if (g_application_register(self, nullptr, nullptr) == FALSE) return false;
+  if (g_application_get_is_remote(self) == FALSE) return false;
+  g_application_activate(self);
+  g_dbus_connection_flush_sync(g_application_get_dbus_connection(self), nullptr, nullptr);
+  return true;
+}
+
+void GtkDesktop::activateIgnoringOtherApps() {
+  for (const auto& candidate : windows) {
+    if (const auto shown = candidate.lock(); shown && shown->isVisible()) return shown->activate();
+  }
+}
+
+void GtkDesktop::runAlert(const std::string& message) {
+  auto* const dialog = gtk_message_dialog_new(nullptr, GTK_DIALOG_MODAL, GTK_MESSAGE_ERROR,
+                                              GTK_BUTTONS_OK, "%s", message.c_str());
+  gtk_window_set_title(GTK_WINDOW(dialog), "Velmor");
+  bool answered = false;
+  const auto answer = [](GtkDialog*, int, gpointer data) { *static_cast<bool*>(data) = true; };
+  SignalConnections response;
+  response.connect(dialog, "response", +answer, &answered);
+  gtk_widget_show(dialog);
+  while (!answered && !platform.workspace.isTerminating())
+    g_main_context_iteration(nullptr, TRUE);
+  gtk_widget_destroy(dialog);
+}
+
+void GtkDesktop::windowClosed() {
+  const auto isOpen = [](const auto& candidate) {
+    const auto open = candidate.lock();
+    return open && open->isVisible();
+  };
+  if (std::any_of(windows.begin(), windows.end(), isOpen)) return;
+  const auto told = delegate.lock();
+  if (told && told->applicationShouldTerminateAfterLastWindowClosed())
+    platform.workspace.terminate();
+}
+
+} // namespace velmor

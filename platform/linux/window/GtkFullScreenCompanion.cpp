@@ -1,0 +1,92 @@
+#include "platform/linux/window/GtkFullScreenCompanion.h"
+
+#include "platform/linux/window/GtkWindowProperty.h"
+
+#include <gdk/gdkx.h>
+#include <gtk/gtk.h>
+
+#include <algorithm>
+
+namespace velmor {
+
+namespace {
+
+GdkAtom owner() {
+  return gdk_atom_intern_static_string("WM_TRANSIENT_FOR");
+}
+
+} // namespace
+
+void GtkFullScreenCompanion::setEnabled(bool enabled) {
+  if (enabled == desktop.has_value()) return;
+  if (enabled) {
+    desktop.emplace(gdk_get_default_root_window(), [this](std::string_view name) {
+      if (name == "_NET_ACTIVE_WINDOW" || name == "_NET_CLIENT_LIST_STACKING") followSoon();
+    });
+    followSoon();
+  } else {
+    pending.reset();
+    desktop.reset();
+    watch(None);
+  }
+}
+
+/// A change of the focus comes with several others: one look for all of them.
+void GtkFullScreenCompanion::followSoon() {
+  if (pending) return;
+  pending = loop.callLater(MainLoop::Lane::Display, Seconds{0}, [this] {
+    pending.reset();
+    follow();
+  });
+}
+
+void GtkFullScreenCompanion::follow() {
+  auto* const surface = gtk_widget_get_window(companion);
+  if (!surface) return;
+  const auto active = GtkWindowProperty::list(gdk_get_default_root_window(), "_NET_ACTIVE_WINDOW");
+  const auto focused = active.empty() ? None : active.front();
+  // The companion itself may be used and still belong to what it lies on.
+  if (focused != gdk_x11_window_get_xid(surface)) watch(focused);
+  if (!other || !GtkWindowProperty::hasState(other->window(), "_NET_WM_STATE_FULLSCREEN"))
+    leave();
+  else if (isCovered())
+    join();
+}
+
+void GtkFullScreenCompanion::watch(unsigned long window) {
+  if (other && gdk_x11_window_get_xid(other->window()) == window) return;
+  leave();
+  other.reset();
+  if (window == None) return;
+  auto* const display = gtk_widget_get_display(companion);
+  const GObjectPtr<GdkWindow> found(gdk_x11_window_foreign_new_for_display(display, window));
+  if (!found) return;
+  other.emplace(found.get(), [this](std::string_view name) {
+    if (name == "_NET_WM_STATE") followSoon();
+  });
+}
+
+bool GtkFullScreenCompanion::isCovered() const {
+  const auto stack =
+      GtkWindowProperty::list(gdk_get_default_root_window(), "_NET_CLIENT_LIST_STACKING");
+  const auto own = gdk_x11_window_get_xid(gtk_widget_get_window(companion));
+  const auto above = std::ranges::find(stack, own);
+  return std::find(above, stack.end(), gdk_x11_window_get_xid(other->window())) != stack.end();
+}
+
+void GtkFullScreenCompanion::join() {
+  const auto window = gdk_x11_window_get_xid(other->window());
+  gdk_property_change(gtk_widget_get_window(companion), owner(),
+                      gdk_atom_intern_static_string("WINDOW"), 32, GDK_PROP_MODE_REPLACE,
+                      reinterpret_cast<const guchar*>(&window), 1);
+  hasJoined = true;
+}
+
+bool GtkFullScreenCompanion::leave() {
+  if (!hasJoined) return false;
+  hasJoined = false;
+  if (auto* const surface = gtk_widget_get_window(companion)) gdk_property_delete(surface, owner());
+  return true;
+}
+
+} // namespace velmor

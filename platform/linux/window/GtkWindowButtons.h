@@ -1,0 +1,58 @@
+#pragma once
+
+#include "platform/Window.h"
+#include "platform/linux/glib/SignalConnections.h"
+
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+
+struct _GtkWidget;
+
+namespace velmor::GtkStyle {
+
+/// Gives the widget rules of a style sheet, above the theme's.
+void apply(_GtkWidget* widget, const std::string& rules);
+
+/// A colour as style sheets write it.
+[[nodiscard]] std::string text(const Color& color);
+
+} // namespace velmor::GtkStyle
+struct _cairo;
+struct _GtkOverlay;
+struct _GtkWidget;
+
+namespace velmor {
+
+/// The close and the minimise button, drawn over the page at the window's top left.
+class GtkWindowButtons {
+public:
+  using Action = std::function<void()>;
+
+  GtkWindowButtons(_GtkOverlay* content, Action close, Action miniaturize);
+
+  void setHidden(WindowButton button, bool isHidden);
+  /// What the window's style allows; a button shows when it is allowed and not hidden.
+  void setStyleMask(unsigned mask);
+
+  /// In the content view, origin at the bottom left.
+  [[nodiscard]] std::optional<Rect> frame(WindowButton button) const;
+
+private:
+  using Draw = int (*)(_GtkWidget* area, _cairo* context, void* data);
+
+  [[nodiscard]] _GtkWidget* addButton(_GtkWidget* box, Draw drawSign, const char* name,
+                                      Action& action);
+  void update();
+
+  _GtkOverlay* overlay;
+  Action onClose;
+  Action onMiniaturize;
+  std::map<WindowButton, _GtkWidget*> widgets;
+  std::set<WindowButton> hidden;
+  unsigned style = 0;
+  SignalConnections signals;
+};
+
+} // namespace velmor
