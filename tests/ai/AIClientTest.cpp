@@ -1,0 +1,116 @@
+#include "ai/AIClient.h"
+
+#include "ai/RecommendationPrompt.h"
+#include "tests/fakes/FakePlatform.h"
+#include "tests/support/Outcome.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+using namespace velmor;
+using Json = nlohmann::json;
+
+namespace {
+
+const TrackMetadata playing{
+    .song = "One More Time", .artist = "Daft Punk", .bpm = 127.456, .key = "D major"};
+
+Json answerFor(std::size_t count) {
+  const Recommendation next{.song = "S", .artist = "A", .key = "Am", .compatibilityScore = 140};
+  return Analysis{.playbackDetected = true,
+                  .playbackEvidence = "playing",
+                  .currentTrack = {.song = "Something else", .artist = "Model"},
+                  .recommendations = std::vector<Recommendation>(count, next)};
+}
+
+class AIClientTest : public testing::Test {
+protected:
+  AIClientTest() {
+    system.http.handler = [this](const HttpRequest& sent) -> HttpResponse {
+      const auto answer = answerFor(Json::parse(sent.body).at("model") == "short" ? 1 : 3);
+      Json call{{"name", "submit_dj_analysis"}};
+      if (sent.url == "http://openai") {
+        call.update({{"type", "function_call"}, {"arguments", answer.dump()}});
+        return {status, Json{{"output", {call}}}.dump()};
+      }
+      call.update({{"type", "tool_use"}, {"input", answer}});
+      return {status, Json{{"content", {call}}}.dump()};
+    };
+  }
+
+  std::string run(const AIClient::Request& wanted) {
+    return taskOutcome(system.loop, client.recommend(wanted), analysis);
+  }
+
+  FakePlatform system;
+  AIClient client{system.platform, "http://tinker", "http://openai"};
+  AIClient::Request request{.apiKey = " key ",
+                            .model = "GPT-4.1 ",
+                            .current = playing,
+                            .source = "Mixxx",
+                            .bpmTolerance = 7.9,
+                            .recommendationCount = 3};
+  Analysis analysis;
+  int status = 200;
+};
+
+} // namespace
+
+TEST(RecommendationPrompt, WritesNumbersAsAgreed) {
+  const auto prompt = RecommendationPrompt::text(playing, "Mixxx", 7.9, 5);
+  for (const auto* const part :
+       {"- BPM: 127.46\n- Key: D major\n", "- Energy: 0/100\n", "- Source application: Mixxx\n",
+        "Recommend exactly 5 real songs", "within +/- 7 BPM"}) {
+    EXPECT_THAT(prompt, testing::HasSubstr(part));
+  }
+}
+
+TEST_F(AIClientTest, SendsToEachProviderWhatItsProtocolWants) {
+  const std::tuple<const char*, const char*, const char*> cases[] = {
+      {"GPT-4.1 ", "http://openai", "Bearer  key "},
+      {"thinkingmachines/Inkling-Small", "http://tinker", " key "}};
+  for (const auto& [model, url, key] : cases) {
+    request.model = model;
+    EXPECT_EQ(run(request), "ok");
+    const auto& sent = system.http.requests.back();
+    EXPECT_EQ(sent.url, url);
+    EXPECT_EQ(sent.headers.front().second, key);
+    EXPECT_EQ(sent.timeout, Seconds{60});
+    const auto body = Json::parse(sent.body);
+    EXPECT_EQ(body.at("model"), model) << "to the letter";
+    EXPECT_THAT(sent.body, testing::HasSubstr("exactly 3 ranked recommendations."));
+    EXPECT_THAT(sent.body, testing::HasSubstr(R"("maxItems":3,"minItems":0)"));
+    int closedObjects = 0;
+    const auto members = body.at("tools").flatten();
+    for (const auto& [path, value] : members.items())
+      closedObjects += path.ends_with("/additionalProperties") && value == false;
+    EXPECT_EQ(closedObjects, sent.url == "http://openai" ? 3 : 0);
+  }
+  EXPECT_EQ(system.http.configurations.at(0).requestTimeout, Seconds{45});
+}
+
+TEST_F(AIClientTest, PutsTheGivenTrackBackAndValidates) {
+  ASSERT_EQ(run(request), "ok");
+  auto expected = playing;
+  expected.key = "10B";
+  EXPECT_EQ(analysis.currentTrack, expected);
+  EXPECT_EQ(analysis.recommendations.at(2).compatibilityScore, 100);
+}
+
+TEST_F(AIClientTest, FailsWithASentence) {
+  auto blank = request;
+  blank.apiKey = " \n";
+  EXPECT_EQ(run(blank), "Tinker API key is not configured");
+  auto nameless = request;
+  nameless.current.artist = "";
+  EXPECT_EQ(run(nameless), "current track metadata is incomplete");
+  EXPECT_TRUE(system.http.requests.empty());
+  auto shortAnswer = request;
+  shortAnswer.model = "short";
+  EXPECT_EQ(run(shortAnswer), "AI returned 1 recommendations; expected 3");
+  for (const int code : {199, 300, 429}) {
+    status = code;
+    EXPECT_EQ(run(request), "request failed with status " + std::to_string(code));
+  }
+}

@@ -1,0 +1,96 @@
+#include "app/Doctor.h"
+
+#include "model/AppConfig.h"
+#include "nowplaying/NowPlayingError.h"
+#include "platform/SystemStatus.h"
+#include "tests/support/DatabaseFile.h"
+
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+
+using namespace velmor;
+using testing::HasSubstr;
+using testing::Not;
+
+namespace {
+
+using State = DoctorFinding::State;
+
+struct SomeServices : SystemStatus {
+  std::vector<SystemService> services() override {
+    return {{"Display", false, "none", "Start it."}, {"Sound server", true, "here", ""}};
+  }
+};
+
+struct DoctorTest : testing::Test {
+  HomeWithDatabases system;
+  SomeServices status;
+
+  DoctorReport examine() { return Doctor(system.platform, status).examine(); }
+
+  static DoctorFinding find(const DoctorReport& report, const std::string& name) {
+    for (const auto* findings : {&report.sources, &report.surroundings}) {
+      const auto found = std::ranges::find(*findings, name, &DoctorFinding::name);
+      if (found != findings->end()) return *found;
+    }
+    ADD_FAILURE() << name << " is not in the report";
+    return {};
+  }
+};
+
+} // namespace
+
+TEST_F(DoctorTest, TellsRunningProgramsWhoseFilesCannotBeReadFromThoseThatCan) {
+  const std::tuple<const char*, const char*, const char*> cases[] = {
+      {"Mixxx", "mixxx", ".mixxx/mixxxdb.sqlite"},
+      {"djay Pro", "djay", "Music/djay/djay Media Library/MediaLibrary.db"},
+      {"Serato", "serato dj", "Music/_Serato_/Library/master.sqlite"}};
+  for (const auto& [name, process, database] : cases) {
+    EXPECT_EQ(find(examine(), name).state, State::absent) << name;
+    EXPECT_FALSE(find(examine(), name).advice.empty()) << name;
+    system.processes.running = {process};
+    EXPECT_EQ(find(examine(), name).state, State::faulty) << name;
+    // Known to the system, but not there to be read.
+    system.files.files[system.environment.home / database];
+    EXPECT_EQ(find(examine(), name).state, State::faulty) << name;
+    EXPECT_FALSE(examine().trackCanBeFound) << name;
+    system.addDatabase(database, "CREATE TABLE t (x)");
+    EXPECT_EQ(find(examine(), name).state, State::ready) << name;
+    EXPECT_TRUE(examine().trackCanBeFound) << name;
+    system.processes.running.clear();
+  }
+}
+
+TEST_F(DoctorTest, NamesTheRefusalOfRekordboxsWindowAndThatNobodyElseIsAskedThen) {
+  system.mediaRemote.playing = true;
+  EXPECT_TRUE(examine().trackCanBeFound);
+  system.applications.running = {{"com.pioneerdj.rekordboxdj", "rekordbox", 7}};
+  system.accessibility.errorCode = accessibilityError::apiDisabled;
+  const auto report = examine();
+  EXPECT_EQ(find(report, "Media session").state, State::ready);
+  EXPECT_EQ(find(report, "Display").state, State::absent);
+  EXPECT_EQ(find(report, "Sound server").state, State::ready);
+  EXPECT_EQ(find(report, "rekordbox").state, State::faulty);
+  EXPECT_EQ(find(report, "rekordbox").advice,
+            NowPlayingError::accessibilityDenied("rekordbox").errorDescription());
+  EXPECT_FALSE(report.trackCanBeFound);
+}
+
+TEST_F(DoctorTest, SaysWhereTheKeyIsButNeverTheKey) {
+  const std::tuple<const char*, const char*, const char*> cases[] = {
+      {"", "", "no key"}, {"sk-stored", "", "config.json"}, {"", "sk-given", "OPENAI_API_KEY"}};
+  const auto file = system.environment.applicationSupportDirectory() / "Velmor/config.json";
+  for (const auto& [stored, given, detail] : cases) {
+    const AppConfig config{.openaiApiKey = stored, .aiModel = "gpt-5"};
+    system.files.files[file].bytes = nlohmann::json(config).dump();
+    system.environment.variables = {{"OPENAI_API_KEY", given}, {"TINKER_API_KEY", "sk-other"}};
+    const auto report = examine();
+    EXPECT_THAT(find(report, "Model provider").detail, HasSubstr(detail));
+    EXPECT_EQ(report.suggestionCanBeAsked, detail != std::string("no key"));
+    EXPECT_THAT(report.readable() + report.json(), Not(HasSubstr("sk-")));
+  }
+  system.files.writeFailure = "The disk is full.";
+  EXPECT_EQ(find(examine(), "Model provider").advice, "The disk is full.");
+}

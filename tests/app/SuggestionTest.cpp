@@ -1,0 +1,94 @@
+#include "tests/app/ControllerFixture.h"
+#include "tests/support/Outcome.h"
+
+using namespace velmor;
+
+namespace {
+
+class SuggestionTest : public ControllerFixture {
+protected:
+  std::string outcomeOf(Task<VisionResult> suggestion) {
+    return taskOutcome(system.loop, std::move(suggestion), result);
+  }
+  std::string suggest() { return outcomeOf(controller.suggestTracks()); }
+  std::string analyze(const NowPlayingTrack& track) {
+    return outcomeOf(controller.analyzeNowPlaying(track));
+  }
+
+  /// Analyses the track with a recorder that always works.
+  std::string listen(int status, const std::string& report) {
+    installExtractor([=, this](const ChildProcess& child) -> ChildResult {
+      system.files.files[child.arguments.back()].bytes = report;
+      return {child.executable == "/opt/extractor" ? status : 0, "", ""};
+    });
+    return analyze({.title = "T", .artist = "A", .bpm = 100, .key = "Am", .detection = "sight"});
+  }
+
+  VisionResult result;
+};
+
+} // namespace
+
+TEST_F(SuggestionTest, NeedsAKey) {
+  auto config = store->current();
+  config.tinkerApiKey = "";
+  store->save(config);
+  EXPECT_EQ(suggest(), "Tinker API key is required for recommendations");
+  EXPECT_EQ(controller.getState(), (AppState{false, false, "API key required"}));
+  config.aiModel = " GPT-4.1 ";
+  store->save(config);
+  EXPECT_EQ(suggest(), "OpenAI API key is required for recommendations");
+  EXPECT_TRUE(system.http.requests.empty());
+  system.environment.variables["OPENAI_API_KEY"] = "env";
+  EXPECT_EQ(controller.getState(), (AppState{true, false, "OpenAI recommendations ready"}));
+}
+
+TEST_F(SuggestionTest, LabelsEverySource) {
+  const std::tuple<const char*, const char*> cases[] = {
+      {"Serato performance history", "Serato Performance History + Tinker"},
+      {"Mixxx current-track metadata", "Mixxx Current Track + Tinker"},
+      {"rekordbox deck metadata", "rekordbox Deck Metadata + Tinker"},
+      {"VirtualDJ master-deck metadata", "VirtualDJ Master Deck + Tinker"},
+      {"VirtualDJ play history", "VirtualDJ Play History + Tinker"},
+      {"djay Pro play history", "djay Pro Play History + Tinker"},
+      {"mixxx current-track metadata", "macOS Media Control + Tinker"}};
+  for (const auto& [detection, label] : cases) {
+    EXPECT_EQ(analyze({.title = "T", .artist = "A", .key = "F♯m", .detection = detection}), "ok");
+    EXPECT_EQ(result.source, label);
+    EXPECT_EQ(result.notice, "Detected through " + std::string(detection) + ".");
+    EXPECT_EQ(result.currentTrack.key, "11A");
+  }
+  EXPECT_EQ(analyze({.title = "T", .artist = "A"}), "ok");
+  EXPECT_EQ(result.source, "macOS Media Control + Tinker");
+  EXPECT_EQ(result.notice, "Detected through macOS now-playing metadata.");
+  EXPECT_EQ(result.currentTrack.other, "Verified by macOS media session");
+  EXPECT_EQ(result.currentTrack.confidence, 100);
+}
+
+TEST_F(SuggestionTest, PutsWhatItHearsInPlaceOfWhatItWasTold) {
+  EXPECT_EQ(listen(0, R"({"rhythm":{"bpm":127.9},"lowlevel":{"average_loudness":0.87654},
+                          "tonal":{"key_edma":{"key":"F#","scale":"minor"}}})"),
+            "ok");
+  EXPECT_NE(prompt.find("- BPM: 127.90\n- Key: 11A\n"), std::string::npos);
+  EXPECT_EQ(result.currentTrack.other, "Essentia audio analysis; average loudness 0.877");
+  EXPECT_EQ(listen(2, ""), "ok");
+  EXPECT_NE(prompt.find("- BPM: 100.00\n- Key: 8A\n"), std::string::npos);
+  EXPECT_EQ(listen(0, "{}"), "ok");
+  EXPECT_EQ(result.currentTrack.key, "");
+}
+
+TEST_F(SuggestionTest, AsksTheDefaultProviderAboutWhatPlays) {
+  play("Song");
+  EXPECT_EQ(suggest(), "ok");
+  EXPECT_EQ(result.currentTrack.song, "Song");
+  EXPECT_EQ(system.http.requests.back().url, AIClient::defaultTinkerEndpoint);
+}
+
+TEST_F(SuggestionTest, TellsVersionAndBuildDate) {
+  EXPECT_EQ(controller.appInfo(), (AppInfo{"1.0.0", "16.11.2026"}));
+  system.loop.advance(Seconds{100 * 3600});
+  EXPECT_EQ(controller.appInfo().buildDate, "16.11.2026");
+  system.bundle.information = {{"CFBundleShortVersionString", "2.1.0"},
+                               {"VelmorBuildDate", "01.02.2026"}};
+  EXPECT_EQ(AppController(system.platform, store).appInfo(), (AppInfo{"2.1.0", "01.02.2026"}));
+}

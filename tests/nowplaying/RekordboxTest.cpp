@@ -1,0 +1,226 @@
+#include "nowplaying/NowPlayingDetector.h"
+#include "nowplaying/NowPlayingError.h"
+#include "nowplaying/RekordboxDetector.h"
+#include "tests/fakes/FakePlatform.h"
+#include "tests/nowplaying/RekordboxScreen.h"
+#include "tests/support/Outcome.h"
+
+#include <gtest/gtest.h>
+
+using namespace velmor;
+
+namespace {
+
+const RekordboxScreen::Deck strobe{"Strobe", "deadmau5", "1:47", "128.00", "F♯m"};
+
+/// "Title, Artist, bpm, key, elapsed; " of every deck.
+std::string decksOf(const std::vector<UIAText>& texts, const Rect& root) {
+  std::string decks;
+  for (const auto& deck : RekordboxDetector::parseDecks(texts, root)) {
+    decks += deck.title + ", " + deck.artist + ", " + deck.bpm + ", " + deck.key + ", " +
+             std::to_string(deck.elapsed) + "; ";
+  }
+  return decks;
+}
+
+TEST(RekordboxDetector, JudgesTextsByTheirPlaces) {
+  const std::pair<UIAText, const char*> rows[] = {
+      // Titles at the edge of what counts; without an artist below they are no deck.
+      {{"Far", {{600, 440}, {250, 15}}}, "Title, Artist, , , 0; "},
+      {{"Twin", {{132, 108}, {250, 15}}}, "Title, Twin, , , 0; Twin, Artist, , , 0; "},
+      {{"Low", {{132, 108}, {250, 14}}}, "Title, Low, , , 0; "},
+      {{"Narrow", {{132, 108}, {249, 15}}}, "Title, Narrow, , , 0; "},
+      // Artists: the uppermost below the title, and of equals the first.
+      {{"Later", {{100, 125}, {200, 14}}}, "Title, Artist, , , 0; "},
+      {{"Aside", {{133, 110}, {200, 14}}}, "Title, Artist, , , 0; "},
+      {{"Big", {{100, 110}, {200, 25}}}, "Title, Artist, , , 0; "},
+      // Details: right of most of the artist, on its row, within the deck.
+      {{"128", {{231, 133}, {40, 14}}}, "Title, Artist, 128, , 0; "},
+      {{"128", {{230, 125}, {40, 14}}}, "Title, Artist, , , 0; "},
+      {{"128", {{580, 117}, {40, 14}}}, "Title, Artist, 128, , 0; "},
+      {{"128", {{581, 125}, {40, 14}}}, "Title, Artist, , , 0; "},
+      {{"128", {{300, 134}, {40, 14}}}, "Title, Artist, , , 0; "},
+      {{"310", {{300, 125}, {40, 14}}}, "Title, Artist, , 310, 0; "},
+      {{"1:05:30", {{300, 125}, {40, 14}}}, "Title, Artist, , 1:05:30, 0; "},
+  };
+  for (const auto& [text, decks] : rows) {
+    EXPECT_EQ(
+        decksOf({{"Title", {{100, 100}, {300, 20}}}, {"Artist", {{100, 125}, {200, 14}}}, text},
+                {{0, 0}, {1000, 800}}),
+        decks)
+        << text.name;
+  }
+  const std::vector<UIAText> low{{"Title", {{0, 120}, {300, 20}}},
+                                 {"Artist", {{0, 145}, {200, 14}}}};
+  EXPECT_EQ(decksOf(low, {{0, 10}, {1000, 200}}), "Title, Artist, , , 0; ");
+  EXPECT_EQ(decksOf(low, {{0, 10}, {1000, 199}}), "") << "in the lower part of the window";
+}
+
+TEST(RekordboxDetector, ReadsClocks) {
+  const std::pair<const char*, std::int64_t> rows[] = {
+      {"1:05", 65},   {"125:00", 7500}, {"12:75", 0},
+      {"1:05:30", 0}, {"-2:13", 0},     {":59", 0},
+      {"x:10", 0},    {"1:y", 0},       {"9223372036854775807:59", 0}};
+  for (const auto& [text, seconds] : rows)
+    EXPECT_EQ(RekordboxDetector::parseClock(text), seconds) << text;
+}
+
+class RekordboxWindow : public testing::Test {
+protected:
+  RekordboxWindow() {
+    system.applications.running = {{"com.pioneerdj.rekordboxdj", "rekordbox", 1, true},
+                                   {"x.rekordboxdj.y", "", 2}};
+  }
+
+  /// How many decks the application shows, or why there are none.
+  std::string read(const std::shared_ptr<FakeAccessibility::Element>& app) {
+    system.accessibility.applications[2] = app;
+    try {
+      return std::to_string(RekordboxDetector::readDecksViaAccessibility(system.platform).size());
+    } catch (const NowPlayingError& error) {
+      return error.errorDescription();
+    }
+  }
+
+  FakePlatform system;
+};
+
+TEST_F(RekordboxWindow, MustBeThereAndLargeEnough) {
+  const auto texts = RekordboxScreen::texts(strobe, strobe);
+  const auto app = RekordboxScreen::application(texts);
+  EXPECT_EQ(read(app), "2");
+  EXPECT_EQ(app->written.at("AXEnhancedUserInterface"), AccessibilityValue(true));
+  for (const Size size : {Size{320, 600}, Size{600, 240}})
+    EXPECT_EQ(read(RekordboxScreen::application(texts, {{}, size})), noSession);
+  EXPECT_EQ(read(RekordboxScreen::application({})), noSession);
+  const auto bare = std::make_shared<FakeAccessibility::Element>();
+  EXPECT_EQ(read(bare), noSession);
+  bare->errorCode = accessibilityError::apiDisabled;
+  EXPECT_EQ(read(bare), NowPlayingError::accessibilityDenied("rekordbox").errorDescription());
+}
+
+TEST_F(RekordboxWindow, IsTheFirstOfTheLargestWithoutAFocusedOne) {
+  std::vector<AccessibilityElementPtr> windows;
+  for (const double width : {10, 50, 50, 20})
+    windows.push_back(RekordboxScreen::element({"", {{0, 0}, {width, 10}}}));
+  const auto app = std::make_shared<FakeAccessibility::Element>();
+  app->attributes["AXWindows"] = windows;
+  EXPECT_EQ(RekordboxDetector::rekordboxWindowElement(app), windows[1]);
+}
+
+TEST(RekordboxDetector, WalksVisibleTextsToADepthOf32ParentsFirst) {
+  auto element = RekordboxScreen::element({"40", {{0, 0}, {1, 1}}});
+  for (int level = 39; level >= 0; --level) {
+    auto parent = RekordboxScreen::element({std::to_string(level), {{0, 0}, {1, 1}}});
+    parent->attributes["AXChildren"] = std::vector<AccessibilityElementPtr>{element};
+    element = parent;
+  }
+  element->attributes["AXTitle"] = std::string(" \t");
+  std::vector<UIAText> texts;
+  RekordboxDetector::walkUIAText(*element, 0, texts);
+  ASSERT_EQ(texts.size(), 33U);
+  EXPECT_EQ(texts.front().name, "0") << "a blank title gives way to the value";
+  EXPECT_EQ(texts.back().name, "32");
+  element->attributes["AXSize"] = Size{0, 5};
+  texts.clear();
+  RekordboxDetector::walkUIAText(*element, 0, texts);
+  EXPECT_EQ(texts.size(), 32U) << "nothing is visible without a size";
+}
+
+RekordboxDeck deck(const std::string& title, std::int64_t elapsed, double top = 0) {
+  RekordboxDeck result;
+  result.title = title;
+  result.elapsed = elapsed;
+  result.top = top;
+  return result;
+}
+
+NowPlayingDetector::Elapsed clocks(const std::vector<RekordboxDeck>& decks) {
+  NowPlayingDetector::Elapsed result;
+  for (const auto& each : decks)
+    result[each.fingerprint()] = each.elapsed;
+  return result;
+}
+
+TEST(RekordboxPolls, SelectTheDeckThatPlaysForTheShortestTime) {
+  const struct {
+    const char* name;
+    std::vector<RekordboxDeck> previous;
+    std::vector<RekordboxDeck> decks;
+    std::string chosen;
+  } rows[] = {
+      {"first poll", {}, {deck("a", 220), deck("b", 65)}, "b"},
+      {"first poll, not started", {}, {deck("a", 0), deck("", 9)}, ""},
+      {"both moved", {deck("a", 1), deck("b", 90)}, {deck("a", 200), deck("b", 91)}, "b"},
+      {"one moved", {deck("a", 199), deck("b", 65)}, {deck("A", 200), deck("b", 65)}, "A"},
+      {"moved back", {deck("a", 199), deck("b", 65)}, {deck("a", 3), deck("b", 65)}, "a"},
+      {"a tie", {deck("a", 1), deck("b", 1)}, {deck("a", 2, 300), deck("b", 2, 100)}, "b"},
+      {"a full tie", {deck("a", 1), deck("b", 1)}, {deck("a", 2, 5), deck("b", 2, 5)}, "a"},
+      {"new deck", {deck("a", 1)}, {deck("a", 1), deck("new", 9)}, ""},
+  };
+  for (const auto& row : rows) {
+    const auto chosen = NowPlayingDetector::selectRekordboxDeck(row.decks, clocks(row.previous));
+    EXPECT_EQ(chosen ? chosen->title : "", row.chosen) << row.name;
+  }
+}
+
+class RekordboxSession : public testing::Test {
+protected:
+  RekordboxSession() {
+    system.applications.running = {{"com.pioneerdj.rekordboxdj", "rekordbox", 2}};
+  }
+
+  /// One poll with these clocks; the title, or "" when nothing plays.
+  std::string poll(const std::string& left, const std::string& right,
+                   const std::string& rightTitle = "Right") {
+    system.accessibility.applications[2] = RekordboxScreen::application(RekordboxScreen::texts(
+        {"Left", "A", left, "128.00", "8A"}, {rightTitle, "A", right, "abc", "Am"}));
+    return current();
+  }
+
+  std::string current() {
+    return outcome([&] { return detector.current(); });
+  }
+
+  FakePlatform system;
+  NowPlayingDetector detector{system.platform};
+};
+
+TEST_F(RekordboxSession, KeepsTheDeckForOnePollWithoutAMovingClock) {
+  EXPECT_EQ(poll("1:05", "3:40"), "Left / A / ");
+  EXPECT_EQ(poll("1:07", "3:40"), "Left / A / ");
+  EXPECT_EQ(poll("1:07", "3:42"), "Right / A / ");
+  EXPECT_EQ(detector.current().bpm, 0) << "again, and its tempo is no number";
+  EXPECT_EQ(current(), noSession);
+  EXPECT_EQ(poll("1:08", "3:42"), "Left / A / ");
+  EXPECT_EQ(detector.current().bpm, 128) << "the patience begins anew";
+}
+
+TEST_F(RekordboxSession, ForgetsADeckThatIsNoLongerShown) {
+  EXPECT_EQ(poll("0:00", "3:40"), "Right / A / ");
+  EXPECT_EQ(poll("0:00", "0:00", "Next"), noSession);
+}
+
+TEST_F(RekordboxSession, TakesTheSameTrackOnBothDecks) {
+  EXPECT_EQ(poll("0:10", "0:20", "LEFT"), "Left / A / ");
+  EXPECT_EQ(poll("0:12", "0:22", "LEFT"), "Left / A / ");
+  EXPECT_EQ(poll("0:12", "0:22", "LEFT"), "Left / A / ") << "found again by either spelling";
+}
+
+TEST_F(RekordboxSession, RemembersItsClocksUntilRekordboxHasQuit) {
+  EXPECT_EQ(poll("1:05", "3:40"), "Left / A / ");
+  system.accessibility.applications.clear();
+  EXPECT_EQ(current(), noSession) << "a read that fails";
+  EXPECT_EQ(poll("1:05", "3:42"), "Right / A / ");
+  // It is there at the first look and gone at the second.
+  const auto application = std::exchange(system.applications.running, {});
+  system.processes.handler = [looks = 0](const ChildProcess& child) mutable {
+    const bool isThere = child.arguments.back() == "rekordbox" && ++looks == 1;
+    return ChildResult{isThere ? 0 : 1, "", ""};
+  };
+  EXPECT_EQ(current(), noSession);
+  system.applications.running = application;
+  EXPECT_EQ(poll("1:05", "3:44"), "Left / A / ") << "a first poll again";
+}
+
+} // namespace

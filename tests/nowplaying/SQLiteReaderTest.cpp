@@ -1,0 +1,122 @@
+#include "nowplaying/SQLiteReader.h"
+
+#include "nowplaying/NowPlayingError.h"
+#include "tests/support/DatabaseFile.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <map>
+#include <sstream>
+
+using namespace velmor;
+
+namespace {
+
+using Row = std::vector<std::string>;
+
+constexpr auto oneRow = "CREATE TABLE t(x); INSERT INTO t VALUES('kept');";
+
+class SQLiteReading : public testing::Test {
+protected:
+  std::optional<Row> read(const std::string& query = "SELECT x FROM t", int columns = 1) {
+    try {
+      return SQLiteReader::readTextRow(path, query, columns);
+    } catch (const NowPlayingError& error) {
+      EXPECT_EQ(error.errorCase(), NowPlayingError::Case::noActiveSession);
+      return std::nullopt;
+    }
+  }
+
+  /// Every file of the folder with its bytes, but the index of a write-ahead log, in which readers
+  /// mark their place.
+  std::map<std::string, std::string> folderContent() const {
+    std::map<std::string, std::string> content;
+    for (const auto& entry : std::filesystem::directory_iterator(path.parent_path())) {
+      std::ostringstream bytes;
+      if (!entry.path().string().ends_with("-shm")) bytes << std::ifstream(entry.path()).rdbuf();
+      content[entry.path().filename()] = bytes.str();
+    }
+    return content;
+  }
+
+  void fill(const std::string& statements) { const DatabaseFile filled(path, statements); }
+
+  TemporaryFolder folder;
+  /// A name that means something else to an address.
+  std::filesystem::path path = folder.path / "dj's ünö #1?mode=rwc%20/lib.sqlite";
+};
+
+TEST_F(SQLiteReading, GivesTheFirstRowAsTrimmedTexts) {
+  fill(oneRow + std::string("INSERT INTO t VALUES('second')"));
+  EXPECT_EQ(read(), Row{"kept"});
+  EXPECT_EQ(read("SELECT NULL, 128.5, 7, '  two words' || char(10), 'cut' || char(0) || 'off', "
+                 "CAST(x'41FF42' AS TEXT)",
+                 8),
+            (Row{"", "128.5", "7", "two words", "cut", "A\uFFFDB", "", ""}));
+  EXPECT_EQ(read("SELECT x FROM t", 0), Row{});
+}
+
+TEST_F(SQLiteReading, FailsAlikeForEveryReason) {
+  EXPECT_FALSE(read());
+  EXPECT_FALSE(std::filesystem::exists(path.parent_path()));
+  fill(oneRow);
+  for (const auto* const query : {"SELECT x FROM t WHERE x = 'no'", "SELECT y FROM t", "",
+                                  "INSERT INTO t VALUES('written')"}) {
+    EXPECT_FALSE(read(query)) << query;
+  }
+  EXPECT_EQ(read("SELECT count(*) FROM t"), Row{"1"});
+}
+
+TEST_F(SQLiteReading, TakesDamagedFilesForEmptyOnes) {
+  fill("PRAGMA journal_mode = WAL;" + std::string(oneRow));
+  std::ostringstream whole;
+  whole << std::ifstream(path).rdbuf();
+  for (const std::size_t length : {0U, 19U, 20U, 100U, 4096U}) {
+    std::ofstream(path) << whole.str().substr(0, length);
+    const auto before = folderContent();
+    EXPECT_FALSE(read()) << length;
+    EXPECT_EQ(folderContent(), before) << length;
+  }
+}
+
+TEST_F(SQLiteReading, DoesNotWaitForAWriterThatKeepsItsLock) {
+  DatabaseFile writer(path, oneRow);
+  writer.run("BEGIN EXCLUSIVE; INSERT INTO t VALUES('new')");
+  EXPECT_FALSE(read());
+  writer.run("COMMIT");
+  EXPECT_EQ(read("SELECT count(*) FROM t"), Row{"2"});
+}
+
+TEST_F(SQLiteReading, SeesWhatALiveLogHoldsAndLeavesItAlone) {
+  DatabaseFile writer(path, "PRAGMA journal_mode = WAL; PRAGMA wal_autocheckpoint = 0;" +
+                                std::string(oneRow) + "UPDATE t SET x = 'logged'");
+  writer.run("BEGIN IMMEDIATE; UPDATE t SET x = 'uncommitted'");
+  // Beside it, what a program leaves that has crashed: the database, its log and the log's index.
+  const auto crashed = folder.path / "crashed";
+  std::filesystem::copy(path.parent_path(), crashed);
+  for (const auto& database : {path, crashed / path.filename()}) {
+    path = database;
+    const auto before = folderContent();
+    EXPECT_EQ(read(), Row{"logged"}) << path;
+    EXPECT_EQ(folderContent(), before) << path;
+  }
+  // Copied without its index: what only the log holds stays unknown, and no index comes back.
+  std::filesystem::remove(path.string() + "-shm");
+  const auto before = folderContent();
+  EXPECT_FALSE(read());
+  EXPECT_EQ(folderContent(), before);
+}
+
+TEST_F(SQLiteReading, ReadsALogDatabaseLeftBehindWithoutATrace) {
+  fill("PRAGMA journal_mode = WAL;" + std::string(oneRow));
+  using std::filesystem::perms;
+  for (const auto rights : {perms::owner_all, perms::owner_read | perms::owner_exec}) {
+    std::filesystem::permissions(path.parent_path(), rights);
+    EXPECT_EQ(read(), Row{"kept"});
+    EXPECT_EQ(folderContent().size(), 1U);
+  }
+  std::filesystem::permissions(path.parent_path(), perms::owner_all);
+}
+
+} // namespace

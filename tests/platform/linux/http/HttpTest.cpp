@@ -1,0 +1,178 @@
+#include "platform/linux/http/CurlHttpClient.h"
+#include "platform/linux/system/PosixProcessLauncher.h"
+#include "tests/platform/linux/http/TestServer.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+
+#include <future>
+
+namespace velmor {
+
+namespace {
+
+using testing::AllOf;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+constexpr auto timedOut = "The request timed out.";
+
+class HttpTest : public testing::Test {
+protected:
+  HttpResponse send(const HttpRequest& request, const HttpSessionConfiguration& limits = {}) {
+    return client.makeSession(limits)->send(request);
+  }
+
+  /// The message of the request's failure.
+  std::string failure(const HttpRequest& request, const HttpSessionConfiguration& limits = {}) {
+    try {
+      return "answered " + std::to_string(send(request, limits).status);
+    } catch (const TransportError& error) {
+      return error.what();
+    }
+  }
+
+  std::string redirectTo(const std::string& url, int status) {
+    return first.url("/redirect?status=" + std::to_string(status) +
+                     "&to=" + httplib::detail::encode_query_param(url));
+  }
+
+  std::stop_source quit;
+  CurlHttpClient client{quit.get_token()};
+  TestServer first;
+  TestServer second;
+};
+
+TEST_F(HttpTest, SendsWhatItIsGivenAndNothingElse) {
+  // Requests to this machine do not go through proxies.
+  ::setenv("http_proxy", "http://127.0.0.1:1", 1);
+  const std::string body("{\"a\":\"\0b\"}", 10);
+  const auto answer = send({.method = "POST",
+                            .url = first.url("/echo"),
+                            .headers = {{"Content-Type", "application/json"}},
+                            .body = body});
+  ::unsetenv("http_proxy");
+  EXPECT_EQ(answer.status, 200);
+  EXPECT_THAT(answer.body, AllOf(StartsWith("POST /echo\n"), EndsWith("\n\n" + body),
+                                 HasSubstr("content-type: application/json\n"),
+                                 HasSubstr("content-length: 10\n"), Not(HasSubstr("expect:")),
+                                 Not(HasSubstr("urlencoded"))));
+  EXPECT_EQ(send({.url = first.url("/none")}).status, 404);
+}
+
+TEST_F(HttpTest, FollowsRedirectsWithTheRightMethodAndHeaders) {
+  struct Case {
+    int status;
+    const char* method;
+    bool toOtherOrigin;
+    bool becomesGet;
+  };
+  for (const auto& [status, method, toOther, becomesGet] :
+       {Case{301, "POST", false, true}, Case{302, "POST", true, true},
+        Case{302, "PUT", false, false}, Case{303, "PUT", false, true},
+        Case{307, "POST", true, false}, Case{308, "POST", false, false}}) {
+    const auto body = send({.method = method,
+                            .url = redirectTo((toOther ? second : first).url("/echo"), status),
+                            .headers = {{"authorization", "Bearer sk-secret"},
+                                        {"X-API-Key", "sk-secret"},
+                                        {"Content-Type", "application/json"},
+                                        {"X-Other", "kept"}},
+                            .body = "the body"})
+                          .body;
+    EXPECT_THAT(body, StartsWith((becomesGet ? "GET" : method) + std::string(" /echo\n")))
+        << status;
+    EXPECT_THAT(body, HasSubstr("x-other: kept"));
+    EXPECT_EQ(body.find("sk-secret") == std::string::npos, toOther) << status << method;
+    EXPECT_EQ(body.find("content-type") == std::string::npos, becomesGet) << status << method;
+    EXPECT_EQ(body.ends_with("\n\nthe body"), !becomesGet) << status << method;
+  }
+}
+
+TEST_F(HttpTest, KeysDoNotComeBackAfterADetour) {
+  const auto back = second.url("/redirect?status=307&to=" + first.url("/echo"));
+  const auto answer =
+      send({.url = redirectTo(back, 307), .headers = {{"Authorization", "Bearer sk-secret"}}});
+  EXPECT_THAT(answer.body, AllOf(StartsWith("GET /echo"), Not(HasSubstr("sk-secret"))));
+}
+
+TEST_F(HttpTest, FailuresAreSentences) {
+  const auto wrongScheme = "The address does not begin with http:// or https://.";
+  const std::pair<std::string, const char*> cases[] = {
+      {"http://no-such-host.invalid/", "The server could not be found."},
+      {"ftp://127.0.0.1/", wrongScheme},
+      {"/etc/passwd", wrongScheme},
+      {"http://127.0.0.1:99999/", "The address is not valid."},
+      {redirectTo("file:///etc/passwd", 302), wrongScheme},
+      {redirectTo("/redirect?status=302&to=", 302), "answered 302"},
+  };
+  for (const auto& [url, message] : cases)
+    EXPECT_EQ(failure({.url = url}), message) << url;
+  EXPECT_EQ(failure({.url = first.url("/echo"), .headers = {{"x-api-key", "key\r\nx-more: 1"}}}),
+            "A header of the request contains a line break.");
+}
+
+TEST_F(HttpTest, EndlessRedirectsFail) {
+  EXPECT_EQ(failure({.url = first.url("/loop")}), "There were too many redirects.");
+  EXPECT_EQ(first.loops(), 17);
+}
+
+TEST_F(HttpTest, BodiesEndAtTheLimit) {
+  const auto bytes = [&](std::size_t count) {
+    return HttpRequest{.url = first.url("/bytes?count=" + std::to_string(count))};
+  };
+  EXPECT_EQ(send(bytes(HttpSession::bodyLimit)).body.size(), HttpSession::bodyLimit);
+  EXPECT_THROW(static_cast<void>(send(bytes(HttpSession::bodyLimit + 1))), AnswerTooLarge);
+}
+
+TEST_F(HttpTest, IdleTimeAndTotalTimeAreTwoLimits) {
+  constexpr Seconds brief{0.3};
+  const HttpRequest silent{.url = first.url("/silent")};
+  EXPECT_EQ(failure(silent, {.requestTimeout = brief}), timedOut);
+  EXPECT_EQ(failure({.url = silent.url, .timeout = brief}), timedOut);
+  EXPECT_EQ(failure(silent, {.resourceTimeout = brief}), timedOut);
+  // The answer takes 1.5 seconds and more, but something moves all the time.
+  const HttpRequest steady{.url = first.url("/trickle?count=30")};
+  EXPECT_EQ(failure(steady, {.requestTimeout = Seconds{1}}), "answered 200");
+  EXPECT_EQ(failure(steady, {.requestTimeout = Seconds{1}, .resourceTimeout = Seconds{0.5}}),
+            timedOut);
+}
+
+TEST_F(HttpTest, OneSessionServesSeveralThreads) {
+  const auto session = client.makeSession({});
+  std::vector<std::future<HttpResponse>> answers;
+  for (const char* body : {"first", "second", "third", "fourth"}) {
+    answers.push_back(std::async(std::launch::async, [&session, url = first.url("/echo"), body] {
+      return session->send({.method = "POST", .url = url, .body = body});
+    }));
+  }
+  for (const char* body : {"first", "second", "third", "fourth"}) {
+    EXPECT_THAT(answers.front().get().body, EndsWith("\n\n" + std::string(body)));
+    answers.erase(answers.begin());
+  }
+}
+
+TEST_F(HttpTest, RefusesCertificatesThatNobodyVouchesFor) {
+  const TemporaryFolder folder;
+  const auto key = (folder.path / "key").string();
+  const auto certificate = (folder.path / "certificate").string();
+  PosixProcessLauncher launcher(quit.get_token());
+  const auto made = launcher.run({"/usr/bin/openssl",
+                                  {"req", "-x509", "-newkey", "rsa:2048", "-nodes", "-keyout", key,
+                                   "-out", certificate, "-subj", "/CN=localhost"}});
+  ASSERT_EQ(made.exitStatus, 0) << made.errorOutput;
+  httplib::SSLServer server(certificate.c_str(), key.c_str());
+  const int port = server.bind_to_any_port("127.0.0.1");
+  const std::jthread thread([&] { server.listen_after_bind(); });
+  waitUntilRunning(server);
+  EXPECT_EQ(failure({.url = "https://localhost:" + std::to_string(port) + "/"}),
+            "The server's certificate could not be verified.");
+  server.stop();
+  EXPECT_EQ(failure({.url = "https" + first.url("/echo").substr(4)}),
+            "A secure connection to the server could not be made.");
+}
+
+} // namespace
+
+} // namespace velmor

@@ -1,0 +1,123 @@
+#include "platform/OsascriptHost.h"
+#include "platform/linux/system/PosixEnvironment.h"
+#include "platform/linux/system/PosixProcessLauncher.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <fstream>
+
+namespace velmor {
+
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+class ChildProcessTest : public testing::Test {
+protected:
+  ChildResult shell(const std::string& line) { return launcher.run({"/bin/sh", {"-c", line}}); }
+
+  std::string launchFailure(const std::string& executable) {
+    try {
+      static_cast<void>(launcher.run({executable, {}}));
+    } catch (const LaunchError& error) {
+      return error.what();
+    }
+    return "started";
+  }
+
+  std::stop_source quit;
+  PosixProcessLauncher launcher{quit.get_token()};
+  TemporaryFolder folder;
+};
+
+TEST_F(ChildProcessTest, PassesMoreThanAPipeHoldsInEveryDirection) {
+  const std::string text(1'000'000, 'x');
+  const ChildProcess both{"/bin/sh", {"-c", "tee /dev/stderr"}, text};
+  const auto result = launcher.run(both);
+  EXPECT_EQ(result.exitStatus, 0);
+  EXPECT_EQ(result.output, text);
+  EXPECT_EQ(result.errorOutput, text);
+  // A child that closes its input early is no failure.
+  EXPECT_EQ(launcher.run({"/bin/sh", {"-c", "exec <&-; echo done"}, text}).output, "done\n");
+}
+
+TEST_F(ChildProcessTest, KeepsOutputUpToTheLimitAndDrainsTheRest) {
+  const auto result = shell("head -c 6000000 /dev/zero; echo end >&2");
+  EXPECT_EQ(result.exitStatus, 0);
+  EXPECT_EQ(result.output.size(), ProcessLauncher::outputLimit);
+  EXPECT_EQ(result.errorOutput, "end\n");
+}
+
+TEST_F(ChildProcessTest, MergesOutputsInTheOrderOfWriting) {
+  const auto result = launcher.run({.executable = "/bin/sh",
+                                    .arguments = {"-c", "echo a; echo b >&2; echo c; exit 3"},
+                                    .mergeErrorOutput = true});
+  EXPECT_EQ(result.output, "a\nb\nc\n");
+  EXPECT_EQ(result.errorOutput, "");
+  EXPECT_EQ(result.exitStatus, 3);
+}
+
+TEST_F(ChildProcessTest, TellsLaunchFailuresFromEndings) {
+  std::ofstream(folder.path / "plain") << "text";
+  EXPECT_EQ(launchFailure("/nowhere/program"), "No such file or directory");
+  EXPECT_EQ(launchFailure(folder.path / "plain"), "Permission denied");
+  EXPECT_EQ(shell("kill -KILL $$").exitStatus, 128 + SIGKILL);
+}
+
+TEST_F(ChildProcessTest, PassesArgumentsUnchanged) {
+  const auto result = launcher.run({"/usr/bin/printf", {"%s|", "$HOME; 'x' \"y\"", "", "ä\n"}});
+  EXPECT_EQ(result.output, "$HOME; 'x' \"y\"||ä\n|");
+}
+
+TEST_F(ChildProcessTest, TheScriptToolReadsTheScript) {
+  const auto tool = folder.path / "osascript";
+  std::ofstream(tool) << "#!/bin/sh\nprintf '%s: ' \"$*\"; cat\n";
+  std::filesystem::permissions(tool, std::filesystem::perms::owner_all);
+  EXPECT_EQ(OsascriptHost(launcher, tool).run("a script", "the media player").output,
+            "-: a script");
+}
+
+TEST_F(ChildProcessTest, DoesNotWaitForWhatTheChildLeavesRunning) {
+  ASSERT_EQ(::mkfifo((folder.path / "fifo").c_str(), 0600), 0);
+  const auto result =
+      shell("(read line < " + (folder.path / "fifo").string() + ") & echo $!; exit 0");
+  EXPECT_EQ(::kill(std::stoi(result.output), SIGKILL), 0);
+}
+
+TEST_F(ChildProcessTest, ChildrenInheritNeitherSecretsNorDescriptorsNorSignals) {
+  ::setenv("OPENAI_API_KEY", "sk-secret", 1);
+  ::setenv("TINKER_API_KEY", "tk-secret", 1);
+  ::setenv("VIRTUALDJ_NETWORK_CONTROL_TOKEN", "vdj-secret", 1);
+  const PosixEnvironment environment;
+  EXPECT_THAT(launcher.run({"/usr/bin/env", {}}).output, Not(HasSubstr("secret")));
+
+  const int inheritable = ::open("/dev/null", O_RDONLY);
+  // The listing's own descriptor is the fourth.
+  EXPECT_EQ(launcher.run({"/bin/ls", {"/proc/self/fd"}}).output, "0\n1\n2\n3\n");
+  ::close(inheritable);
+
+  sigset_t blocked;
+  ::sigemptyset(&blocked);
+  ::sigaddset(&blocked, SIGTERM);
+  ::pthread_sigmask(SIG_BLOCK, &blocked, nullptr);
+  const auto signals = launcher.run({"/bin/grep", {"-E", "SigBlk|SigIgn", "/proc/self/status"}});
+  ::pthread_sigmask(SIG_UNBLOCK, &blocked, nullptr);
+  EXPECT_THAT(signals.output, HasSubstr("SigBlk:\t0000000000000000\n"));
+  // The C library itself ignores signals 32 and 33 in children; the others begin below them.
+  const auto ignored = std::stoul(signals.output.substr(signals.output.rfind('\t')), nullptr, 16);
+  EXPECT_EQ(ignored & 0x7fffffffU, 0U);
+}
+
+TEST_F(ChildProcessTest, StartsNothingOnceItIsToQuit) {
+  quit.request_stop();
+  EXPECT_EQ(launchFailure("/bin/true"), "Operation canceled");
+}
+
+} // namespace
+
+} // namespace velmor
