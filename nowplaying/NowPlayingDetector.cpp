@@ -10,12 +10,10 @@
 #include "nowplaying/SeratoDetector.h"
 #include "nowplaying/StreamingAppDetector.h"
 #include "nowplaying/VirtualDJDetector.h"
+#include "platform/RunningApplications.h"
 
 #include <algorithm>
 #include <tuple>
-
-// rekordbox shows every loaded deck alike. The one that plays is the one whose clock moves, which
-// takes two looks to see.
 
 namespace velmor {
 
@@ -23,6 +21,22 @@ namespace {
 
 constexpr auto spotify = StreamingAppDetector::spotify;
 constexpr auto music = StreamingAppDetector::music;
+
+/// The running applications as they were at the first question: listing them asks the desktop and
+/// every media player, which is too dear to be done again for each source of one look. One thread.
+class ApplicationsSnapshot : public RunningApplications {
+public:
+  explicit ApplicationsSnapshot(RunningApplications& applications) : live(applications) {}
+
+  std::vector<RunningApplication> list() override {
+    if (!taken) taken = live.list();
+    return *taken;
+  }
+
+private:
+  RunningApplications& live;
+  std::optional<std::vector<RunningApplication>> taken;
+};
 
 /// The reader's track, or nothing: why it found none is nobody's concern, the next source is tried.
 template <typename Reader>
@@ -56,14 +70,12 @@ bool isPlayerPaused(const Platform& platform, const std::string& name) {
 
 } // namespace
 
-NowPlayingDetector::NowPlayingDetector(const Platform& system) : platform(system) {}
-
 NowPlayingTrack NowPlayingDetector::current() {
   ApplicationsSnapshot applications(platform.applications);
   const auto now = platform.with(applications);
   if (auto track = currentMixxx(now)) return *track;
   // While rekordbox runs, a DJ plays with it: what else sounds on the machine is not the set.
-  if (RekordboxDetector::isRunning(now)) return currentRekordbox();
+  if (RekordboxDetector::isRunning(now)) return currentRekordbox(now);
   if (auto track = currentDjay(now)) return *track;
   if (auto track = currentPlayer(now, spotify)) return *track;
   if (auto track = currentPlayer(now, music)) return *track;
@@ -76,6 +88,9 @@ NowPlayingTrack NowPlayingDetector::current() {
   throw NowPlayingError::noActiveSession();
 }
 
+// rekordbox shows every loaded deck alike. The one that plays is the one whose clock moves, which
+// takes two polls to see.
+
 namespace {
 
 bool hasMoved(const RekordboxDeck& deck, const NowPlayingDetector::Elapsed& previous) {
@@ -83,14 +98,22 @@ bool hasMoved(const RekordboxDeck& deck, const NowPlayingDetector::Elapsed& prev
   return found != previous.end() && found->second != deck.elapsed;
 }
 
+std::optional<RekordboxDeck> rekordboxDeckByFingerprint(const std::vector<RekordboxDeck>& decks,
+                                                        const std::string& fingerprint) {
+  if (fingerprint.empty()) return std::nullopt;
+  const auto found = std::ranges::find(decks, fingerprint, &RekordboxDeck::fingerprint);
+  return found == decks.end() ? std::nullopt : std::optional(*found);
+}
+
 } // namespace
 
-NowPlayingTrack NowPlayingDetector::currentRekordbox() {
-  if (!RekordboxDetector::isRunning(platform)) {
+NowPlayingTrack NowPlayingDetector::currentRekordbox(const Platform& now) {
+  // Its process may have ended since; the list of applications stays that of this poll.
+  if (!RekordboxDetector::isRunning(now)) {
     resetRekordboxState();
     throw NowPlayingError::noActiveSession();
   }
-  const auto deck = trackRekordbox(RekordboxDetector::readDecksViaAccessibility(platform));
+  const auto deck = trackRekordbox(RekordboxDetector::readDecksViaAccessibility(now));
   if (!deck) throw NowPlayingError::noActiveSession();
   NowPlayingTrack track;
   track.title = deck->title;
@@ -102,17 +125,18 @@ NowPlayingTrack NowPlayingDetector::currentRekordbox() {
   return track;
 }
 
-/// Chooses the playing deck and remembers all clocks. One poll without a moving clock keeps the
-/// deck that was last reported, if it is still shown; the second in a row gives nothing.
+/// Chooses the playing deck and remembers all clocks. Without a moving clock the deck that was last
+/// reported is kept for as long as the patience lasts, if it is still shown.
 std::optional<RekordboxDeck>
 NowPlayingDetector::trackRekordbox(const std::vector<RekordboxDeck>& decks) {
+  constexpr std::int64_t patience = 1;
   const std::lock_guard guard(lock);
   auto chosen = selectRekordboxDeck(decks, rekordboxElapsed);
   if (chosen) {
     rekordboxCurrent = chosen->fingerprint();
     rekordboxUnchanged = 0;
   } else {
-    if (rekordboxUnchanged == 0) chosen = rekordboxDeckByFingerprint(decks, rekordboxCurrent);
+    if (rekordboxUnchanged < patience) chosen = rekordboxDeckByFingerprint(decks, rekordboxCurrent);
     ++rekordboxUnchanged;
   }
   rekordboxElapsed.clear();
@@ -135,15 +159,6 @@ NowPlayingDetector::selectRekordboxDeck(const std::vector<RekordboxDeck>& decks,
   });
   if (first == candidates.end()) return std::nullopt;
   return **first;
-}
-
-std::optional<RekordboxDeck>
-NowPlayingDetector::rekordboxDeckByFingerprint(const std::vector<RekordboxDeck>& decks,
-                                               const std::string& fingerprint) {
-  if (fingerprint.empty()) return std::nullopt;
-  const auto found = std::ranges::find(decks, fingerprint, &RekordboxDeck::fingerprint);
-  if (found == decks.end()) return std::nullopt;
-  return *found;
 }
 
 void NowPlayingDetector::resetRekordboxState() {

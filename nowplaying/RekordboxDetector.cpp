@@ -5,13 +5,12 @@
 #include "model/CamelotKey.h"
 #include "nowplaying/NowPlayingError.h"
 #include "nowplaying/ProcessUtils.h"
+#include "platform/Accessibility.h"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
-
-// rekordbox gives its texts no names of their own: a deck is known by a large title, the artist
-// right below it, and the clock, tempo and key on the artist's row. Distances are in points.
+#include <optional>
 
 namespace velmor {
 
@@ -20,10 +19,19 @@ std::string RekordboxDeck::fingerprint() const {
   return text::lowercased(title) + separator + text::lowercased(artist);
 }
 
+// The application, its window and the texts in it.
+
 namespace {
 
 constexpr int deepestLevel = 32;
 constexpr Size smallestWindow{320, 240};
+
+std::optional<RunningApplication> rekordboxApplication(const Platform& platform) {
+  return ProcessUtils::application(platform, {.bundleIdentifier = "com.pioneerdj.rekordboxdj",
+                                              .identifierFragment = "rekordboxdj",
+                                              .names = {"rekordbox"},
+                                              .skipsTerminated = true});
+}
 
 /// The attribute's value, when it can be read and has this type.
 template <typename Value>
@@ -46,11 +54,26 @@ void enhanceUserInterface(AccessibilityElement& element) {
   element.setAttribute("AXEnhancedUserInterface", true);
 }
 
+/// The element's frame; the zero rectangle when it cannot be read.
+Rect axRect(AccessibilityElement& element) {
+  const auto position = read<Point>(element, "AXPosition");
+  const auto size = read<Size>(element, "AXSize");
+  if (!position || !size) return {};
+  return {*position, *size};
+}
+
+/// The element's title, else its value; nothing when both are blank or not text.
+std::optional<std::string> elementName(AccessibilityElement& element) {
+  const auto title = readText(element, "AXTitle");
+  return title ? title : readText(element, "AXValue");
+}
+
+/// The first of the largest; null when there is none.
 AccessibilityElementPtr largest(const std::vector<AccessibilityElementPtr>& windows) {
   AccessibilityElementPtr found;
   double largestArea = 0;
   for (const auto& window : windows) {
-    const auto rect = RekordboxDetector::axRect(*window);
+    const auto rect = axRect(*window);
     const double area = rect.width() * rect.height();
     if (found && area <= largestArea) continue;
     found = window;
@@ -59,18 +82,37 @@ AccessibilityElementPtr largest(const std::vector<AccessibilityElementPtr>& wind
   return found;
 }
 
+/// The focused window, else the largest; null when there is none. Throws
+/// NowPlayingError::accessibilityDenied.
+AccessibilityElementPtr rekordboxWindowElement(AccessibilityElement& app) {
+  const auto focused = read<AccessibilityElementPtr>(app, "AXFocusedWindow");
+  if (focused && *focused) return *focused;
+  const auto windows = app.attribute("AXWindows");
+  if (windows.error == accessibilityError::apiDisabled) {
+    throw NowPlayingError::accessibilityDenied("rekordbox");
+  }
+  if (windows.error != accessibilityError::success) return nullptr;
+  const auto* const list = std::get_if<std::vector<AccessibilityElementPtr>>(&windows.value);
+  return list ? largest(*list) : nullptr;
+}
+
+/// Appends the visible texts of the element and what is in it, parents first.
+void walkUIAText(AccessibilityElement& element, int depth, std::vector<UIAText>& texts) {
+  if (depth > deepestLevel) return;
+  if (auto name = elementName(element)) {
+    const auto rect = axRect(element);
+    if (rect.width() > 0 && rect.height() > 0) texts.push_back({std::move(*name), rect});
+  }
+  const auto children = read<std::vector<AccessibilityElementPtr>>(element, "AXChildren");
+  if (!children) return;
+  for (const auto& child : *children)
+    walkUIAText(*child, depth + 1, texts);
+}
+
 } // namespace
 
 bool RekordboxDetector::isRunning(const Platform& platform) {
   return rekordboxApplication(platform) || ProcessUtils::isRunning(platform, {"rekordbox"});
-}
-
-std::optional<RunningApplication>
-RekordboxDetector::rekordboxApplication(const Platform& platform) {
-  return ProcessUtils::application(platform, {.bundleIdentifier = "com.pioneerdj.rekordboxdj",
-                                              .identifierFragment = "rekordboxdj",
-                                              .names = {"rekordbox"},
-                                              .skipsTerminated = true});
 }
 
 std::vector<RekordboxDeck> RekordboxDetector::readDecksViaAccessibility(const Platform& platform) {
@@ -78,7 +120,7 @@ std::vector<RekordboxDeck> RekordboxDetector::readDecksViaAccessibility(const Pl
   if (!application) throw NowPlayingError::noActiveSession();
   const auto app = platform.accessibility.application(application->processIdentifier);
   enhanceUserInterface(*app);
-  const auto window = rekordboxWindowElement(app);
+  const auto window = rekordboxWindowElement(*app);
   if (!window) throw NowPlayingError::noActiveSession();
   enhanceUserInterface(*window);
   const auto root = axRect(*window);
@@ -92,43 +134,8 @@ std::vector<RekordboxDeck> RekordboxDetector::readDecksViaAccessibility(const Pl
   return decks;
 }
 
-AccessibilityElementPtr
-RekordboxDetector::rekordboxWindowElement(const AccessibilityElementPtr& app) {
-  const auto focused = read<AccessibilityElementPtr>(*app, "AXFocusedWindow");
-  if (focused && *focused) return *focused;
-  const auto windows = app->attribute("AXWindows");
-  if (windows.error == accessibilityError::apiDisabled) {
-    throw NowPlayingError::accessibilityDenied("rekordbox");
-  }
-  if (windows.error != accessibilityError::success) return nullptr;
-  const auto* const list = std::get_if<std::vector<AccessibilityElementPtr>>(&windows.value);
-  return list ? largest(*list) : nullptr;
-}
-
-Rect RekordboxDetector::axRect(AccessibilityElement& element) {
-  const auto position = read<Point>(element, "AXPosition");
-  const auto size = read<Size>(element, "AXSize");
-  if (!position || !size) return {};
-  return {*position, *size};
-}
-
-std::optional<std::string> RekordboxDetector::elementName(AccessibilityElement& element) {
-  const auto title = readText(element, "AXTitle");
-  return title ? title : readText(element, "AXValue");
-}
-
-void RekordboxDetector::walkUIAText(AccessibilityElement& element, int depth,
-                                    std::vector<UIAText>& texts) {
-  if (depth > deepestLevel) return;
-  if (auto name = elementName(element)) {
-    const auto rect = axRect(element);
-    if (rect.width() > 0 && rect.height() > 0) texts.push_back({std::move(*name), rect});
-  }
-  const auto children = read<std::vector<AccessibilityElementPtr>>(element, "AXChildren");
-  if (!children) return;
-  for (const auto& child : *children)
-    walkUIAText(*child, depth + 1, texts);
-}
+// The decks among the texts. rekordbox gives its texts no names of their own: a deck is known by a
+// large title, the artist right below it, and the clock, tempo and key on the artist's row.
 
 namespace {
 
@@ -201,18 +208,6 @@ void addDetail(RekordboxDeck& deck, const std::string& text) {
 
 } // namespace
 
-std::int64_t RekordboxDetector::parseClock(std::string_view text) {
-  if (text.starts_with('-')) return 0;
-  const auto pieces = text::split(text, ':');
-  if (pieces.size() != 2) return 0;
-  constexpr std::int64_t secondsPerMinute = 60;
-  constexpr auto mostMinutes = std::numeric_limits<std::int64_t>::max() / secondsPerMinute - 1;
-  const auto minutes = number::parseInteger<std::int64_t>(pieces[0]);
-  const auto seconds = number::parseInteger<std::int64_t>(pieces[1]);
-  if (!minutes || !seconds || *seconds >= secondsPerMinute || *minutes > mostMinutes) return 0;
-  return *minutes * secondsPerMinute + *seconds;
-}
-
 std::vector<RekordboxDeck> RekordboxDetector::parseDecks(const std::vector<UIAText>& texts,
                                                          const Rect& root) {
   std::vector<RekordboxDeck> decks;
@@ -230,6 +225,18 @@ std::vector<RekordboxDeck> RekordboxDetector::parseDecks(const std::vector<UIATe
     decks.push_back(std::move(deck));
   }
   return decks;
+}
+
+std::int64_t RekordboxDetector::parseClock(std::string_view text) {
+  if (text.starts_with('-')) return 0;
+  const auto pieces = text::split(text, ':');
+  if (pieces.size() != 2) return 0;
+  constexpr std::int64_t secondsPerMinute = 60;
+  constexpr auto mostMinutes = std::numeric_limits<std::int64_t>::max() / secondsPerMinute - 1;
+  const auto minutes = number::parseInteger<std::int64_t>(pieces[0]);
+  const auto seconds = number::parseInteger<std::int64_t>(pieces[1]);
+  if (!minutes || !seconds || *seconds >= secondsPerMinute || *minutes > mostMinutes) return 0;
+  return *minutes * secondsPerMinute + *seconds;
 }
 
 } // namespace velmor

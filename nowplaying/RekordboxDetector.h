@@ -1,18 +1,17 @@
 #pragma once
 
-#include "platform/Accessibility.h"
+#include "platform/Geometry.h"
 #include "platform/Platform.h"
-#include "platform/RunningApplications.h"
 
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace velmor {
 
-/// One visible text of a window; the name is trimmed and never empty.
+/// One visible text of a window; the name is trimmed and never empty. Distances are in points, from
+/// the top left of the main screen.
 struct UIAText {
   std::string name;
   Rect rect;
@@ -42,34 +41,17 @@ class RekordboxDetector {
 public:
   [[nodiscard]] static bool isRunning(const Platform& platform);
 
-  [[nodiscard]] static std::optional<RunningApplication>
-  rekordboxApplication(const Platform& platform);
-
   /// The decks that the window shows, at least one. Throws NowPlayingError: accessibilityDenied
   /// when windows may not be read, else noActiveSession.
   [[nodiscard]] static std::vector<RekordboxDeck>
   readDecksViaAccessibility(const Platform& platform);
 
-  /// The focused window, else the largest; null when there is none. Throws
-  /// NowPlayingError::accessibilityDenied.
-  [[nodiscard]] static AccessibilityElementPtr
-  rekordboxWindowElement(const AccessibilityElementPtr& app);
-
-  /// The element's frame; the zero rectangle when it cannot be read.
-  [[nodiscard]] static Rect axRect(AccessibilityElement& element);
-
-  /// The element's title, else its value, trimmed; nothing when both are empty or not text.
-  [[nodiscard]] static std::optional<std::string> elementName(AccessibilityElement& element);
-
-  /// Appends the visible texts of the element and what is in it, parents first.
-  static void walkUIAText(AccessibilityElement& element, int depth, std::vector<UIAText>& texts);
-
-  /// The seconds of a clock such as "1:05"; 0 for anything else.
-  [[nodiscard]] static std::int64_t parseClock(std::string_view text);
-
   /// Finds the decks among the texts of a window whose frame is `root`.
   [[nodiscard]] static std::vector<RekordboxDeck> parseDecks(const std::vector<UIAText>& texts,
                                                              const Rect& root);
+
+  /// The seconds of a clock such as "1:05"; 0 for anything else.
+  [[nodiscard]] static std::int64_t parseClock(std::string_view text);
 };
 
 } // namespace velmor

@@ -108,6 +108,7 @@ TEST(NowPlayingDetector, AsksTheSourcesInOrderAndNoMoreThanNeeded) {
       (machine.*program)();
     NowPlayingDetector detector(machine.platform);
     EXPECT_EQ(outcome([&] { return detector.current(); }), expected);
+    EXPECT_EQ(machine.applications.listings, 1) << expected;
   }
 }
 

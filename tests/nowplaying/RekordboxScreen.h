@@ -37,18 +37,30 @@ public:
     return element;
   }
 
-  /// An application with one focused window that holds the texts.
-  static std::shared_ptr<FakeAccessibility::Element> application(const std::vector<UIAText>& texts,
-                                                                 const Rect& frame = window) {
+  /// A window that holds the texts.
+  static AccessibilityElementPtr windowOf(const std::vector<UIAText>& texts,
+                                          const Rect& frame = window) {
     std::vector<AccessibilityElementPtr> children;
     for (const auto& text : texts)
       children.push_back(element(text));
     auto shown = std::make_shared<FakeAccessibility::Element>();
     shown->attributes = {
         {"AXPosition", frame.origin}, {"AXSize", frame.size}, {"AXChildren", children}};
+    return shown;
+  }
+
+  /// An application whose focused window this is.
+  static std::shared_ptr<FakeAccessibility::Element>
+  focusing(const AccessibilityElementPtr& focused) {
     auto app = std::make_shared<FakeAccessibility::Element>();
-    app->attributes["AXFocusedWindow"] = AccessibilityElementPtr(shown);
+    app->attributes["AXFocusedWindow"] = focused;
     return app;
+  }
+
+  /// An application with one focused window that holds the texts.
+  static std::shared_ptr<FakeAccessibility::Element> application(const std::vector<UIAText>& texts,
+                                                                 const Rect& frame = window) {
+    return focusing(windowOf(texts, frame));
   }
 
 private:

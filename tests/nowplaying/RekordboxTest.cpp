@@ -72,11 +72,14 @@ protected:
                                    {"x.rekordboxdj.y", "", 2}};
   }
 
-  /// How many decks the application shows, or why there are none.
+  /// The titles of the decks that the application shows, or why there are none.
   std::string read(const std::shared_ptr<FakeAccessibility::Element>& app) {
     system.accessibility.applications[2] = app;
     try {
-      return std::to_string(RekordboxDetector::readDecksViaAccessibility(system.platform).size());
+      std::string titles;
+      for (const auto& deck : RekordboxDetector::readDecksViaAccessibility(system.platform))
+        titles += deck.title + " ";
+      return titles;
     } catch (const NowPlayingError& error) {
       return error.errorDescription();
     }
@@ -88,7 +91,7 @@ protected:
 TEST_F(RekordboxWindow, MustBeThereAndLargeEnough) {
   const auto texts = RekordboxScreen::texts(strobe, strobe);
   const auto app = RekordboxScreen::application(texts);
-  EXPECT_EQ(read(app), "2");
+  EXPECT_EQ(read(app), "Strobe Strobe ");
   EXPECT_EQ(app->written.at("AXEnhancedUserInterface"), AccessibilityValue(true));
   for (const Size size : {Size{320, 600}, Size{600, 240}})
     EXPECT_EQ(read(RekordboxScreen::application(texts, {{}, size})), noSession);
@@ -101,30 +104,37 @@ TEST_F(RekordboxWindow, MustBeThereAndLargeEnough) {
 
 TEST_F(RekordboxWindow, IsTheFirstOfTheLargestWithoutAFocusedOne) {
   std::vector<AccessibilityElementPtr> windows;
-  for (const double width : {10, 50, 50, 20})
-    windows.push_back(RekordboxScreen::element({"", {{0, 0}, {width, 10}}}));
+  for (const double width : {1000, 1400, 1401, 1401, 1300}) {
+    const std::vector<UIAText> texts{{std::to_string(windows.size()), {{0, 0}, {400, 20}}},
+                                     {"Artist", {{0, 25}, {200, 14}}}};
+    windows.push_back(RekordboxScreen::windowOf(texts, {{0, 0}, {width, 800}}));
+  }
   const auto app = std::make_shared<FakeAccessibility::Element>();
   app->attributes["AXWindows"] = windows;
-  EXPECT_EQ(RekordboxDetector::rekordboxWindowElement(app), windows[1]);
+  EXPECT_EQ(read(app), "2 ");
 }
 
-TEST(RekordboxDetector, WalksVisibleTextsToADepthOf32ParentsFirst) {
-  auto element = RekordboxScreen::element({"40", {{0, 0}, {1, 1}}});
-  for (int level = 39; level >= 0; --level) {
-    auto parent = RekordboxScreen::element({std::to_string(level), {{0, 0}, {1, 1}}});
-    parent->attributes["AXChildren"] = std::vector<AccessibilityElementPtr>{element};
-    element = parent;
+TEST_F(RekordboxWindow, IsWalkedToADepthOf32ParentsFirst) {
+  // Each text holds the next, which stands where its artist would.
+  std::vector<std::shared_ptr<FakeAccessibility::Element>> chain;
+  std::string titles;
+  for (int level = 0; level <= 33; ++level) {
+    const auto name = std::to_string(level);
+    const auto next = RekordboxScreen::element({name, {{0, 20.0 * level}, {400, 20}}});
+    if (level > 0) {
+      chain.back()->attributes["AXChildren"] = std::vector<AccessibilityElementPtr>{next};
+    }
+    chain.push_back(next);
+    if (level < 32) titles += name + " ";
   }
-  element->attributes["AXTitle"] = std::string(" \t");
-  std::vector<UIAText> texts;
-  RekordboxDetector::walkUIAText(*element, 0, texts);
-  ASSERT_EQ(texts.size(), 33U);
-  EXPECT_EQ(texts.front().name, "0") << "a blank title gives way to the value";
-  EXPECT_EQ(texts.back().name, "32");
-  element->attributes["AXSize"] = Size{0, 5};
-  texts.clear();
-  RekordboxDetector::walkUIAText(*element, 0, texts);
-  EXPECT_EQ(texts.size(), 32U) << "nothing is visible without a size";
+  chain[0]->attributes["AXTitle"] = std::string(" \t");
+  chain[0]->attributes["AXSize"] = Size{1000, 2000};
+  const auto app = RekordboxScreen::focusing(chain[0]);
+  EXPECT_EQ(read(app), titles) << "a blank title gives way to the value";
+  for (const Size nothing : {Size{0, 20}, Size{400, 0}}) {
+    chain[2]->attributes["AXSize"] = nothing;
+    EXPECT_TRUE(read(app).starts_with("0 3 4 ")) << "nothing is visible without a size";
+  }
 }
 
 RekordboxDeck deck(const std::string& title, std::int64_t elapsed, double top = 0) {
