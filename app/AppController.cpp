@@ -27,23 +27,24 @@ AppController::AppController(const Platform& thePlatform, std::shared_ptr<Config
     , updateService(std::make_shared<UpdateService>(platform, "macos", buildInfo.version()))
     , aiClient(platform, endpoint(platform, "VELMOR_TINKER_URL", AIClient::defaultTinkerEndpoint),
                endpoint(platform, "VELMOR_OPENAI_URL", AIClient::defaultOpenAIEndpoint))
-    , nowPlaying(platform)
+    , nowPlaying(std::make_shared<NowPlayingDetector>(platform))
     , tasks(platform.mainLoop) {
   if (desktop) {
     windowMode = std::make_shared<WindowModeManager>(platform.mainLoop, desktop->windows);
   }
 }
 
-AppState AppController::getState() {
+Task<AppState> AppController::getState() {
   const auto model = configStore->current().aiModel;
   const bool available = !configStore->apiKey(model).empty();
-  const auto lookForExtractor = [this] {
-    return AudioAnalysisService::extractorPath(platform).has_value();
+  const auto isExtractorThere = [system = platform] {
+    return AudioAnalysisService::extractorPath(system).has_value();
   };
-  return {.aiAvailable = available,
-          .essentiaAvailable = whileOccupyingActor(platform.mainLoop, lookForExtractor),
-          .provider =
-              available ? providerName(model) + " recommendations ready" : "API key required"};
+  const bool extractor = co_await occupied(platform.mainLoop, isExtractorThere);
+  co_return AppState{.aiAvailable = available,
+                     .essentiaAvailable = extractor,
+                     .provider = available ? providerName(model) + " recommendations ready"
+                                           : "API key required"};
 }
 
 AppInfo AppController::appInfo() {

@@ -2,17 +2,17 @@
 
 #include "ai/AIClient.h"
 #include "app/BuildInfo.h"
+#include "base/Json.h"
 #include "model/ConfigStore.h"
 #include "nowplaying/NowPlayingDetector.h"
-#include "nowplaying/NowPlayingError.h"
 #include "platform/Desktop.h"
+#include "platform/Platform.h"
 #include "platform/async/TaskGroup.h"
 #include "ui/MainWindowOwner.h"
 #include "ui/WindowModeManager.h"
 #include "update/UpdateService.h"
 
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 
@@ -21,9 +21,8 @@ namespace velmor {
 /// The application's centre: it owns the services, runs a suggestion from detection to result,
 /// watches for track changes, and carries out what the page and the menu ask for.
 ///
-/// Main thread only, except where a lock is named. `stateLock` guards `lastTrack`,
-/// `lastAccessibilityNotice` and the cancelling and clearing of `analysisTask`; it is never held
-/// across a call into a service, a wait or an event.
+/// Main thread only. Detection and listening block: they run on a worker that occupies the actor
+/// lane, so that no other command or task comes between.
 class AppController : public MainWindowOwner {
 public:
   /// Without a desktop there is no window: what concerns it does nothing.
@@ -34,23 +33,20 @@ public:
 
   // Suggestions
 
-  /// Finds the playing track and asks the model what to play next. Throws VelmorError with the
-  /// sentence for the user.
+  /// Finds the playing track, measures it when an extractor is installed, and asks the model what
+  /// to play next. Throws VelmorError with the sentence for the user.
   [[nodiscard]] Task<VisionResult> suggestTracks() override;
 
   /// The playing track. Throws VelmorError with the sentence for the user.
-  [[nodiscard]] NowPlayingTrack detectTrack();
+  [[nodiscard]] Task<NowPlayingTrack> detectTrack();
 
-  /// Occupies the actor lane while it looks.
-  [[nodiscard]] bool isRekordboxRunning() const;
+  [[nodiscard]] Task<bool> isRekordboxRunning();
 
-  /// The rest of a suggestion, for a track that has been found. Throws what its steps throw.
+  /// The rest of a suggestion, for a track that has been found. Throws VelmorError or what the
+  /// model's client throws.
   [[nodiscard]] Task<VisionResult> analyzeNowPlaying(NowPlayingTrack track);
 
-  /// The track as the page and the model see it.
-  [[nodiscard]] static TrackMetadata metadata(const NowPlayingTrack& track);
-
-  [[nodiscard]] AppState getState() override;
+  [[nodiscard]] Task<AppState> getState() override;
 
   // Automatic detection
 
@@ -58,7 +54,10 @@ public:
   void startNowPlayingWatcher() override;
   /// Stops polling and forgets the track. No event is sent.
   void stopNowPlayingWatcher();
+  /// Saves, and starts, stops or begins anew with the watcher as the settings say. Throws
+  /// FileError; nothing has changed then.
   void saveSettings(const AppConfig& config) override;
+  /// True when a suggestion made with the one would not do for the other.
   [[nodiscard]] static bool recommendationSettingsChanged(const AppConfig& previous,
                                                           const AppConfig& next);
   /// "" for a track without title or artist; else the same for every spelling that differs only in
@@ -72,10 +71,6 @@ public:
   }
   void configureWindow(VelmorWindow& window) override;
   void shutdown(VelmorWindow& window) override;
-  /// Back to the saved place; to the middle of the screen when none has been saved.
-  static void applySavedWindowFrame(const WindowSettings& saved, VelmorWindow& window);
-  /// Centres the window, and saves that, when hardly anything of it is on a screen.
-  void ensureWindowIsVisible(VelmorWindow& window);
   void restoreWindow() override;
   void bringToFront() override;
   void minimize() override;
@@ -90,21 +85,37 @@ public:
   void quit() override;
 
 private:
-  /// Encodes the payload and pushes the event to the page, while there is one.
+  /// The track as the page and the model see it.
+  [[nodiscard]] static TrackMetadata metadata(const NowPlayingTrack& track);
+
+  /// Encodes the payload and pushes the event to the page, while there is one. A payload that has
+  /// no JSON form arrives as null.
   template <typename Payload>
-  void emit(const char* event, const Payload& payload);
+  void emit(const char* event, const Payload& payload) {
+    std::optional<std::string> json;
+    try {
+      json = jsonEncoder().encode(payload);
+    } catch (const EncodingError&) {
+      // The page still hears of the event, with nothing in it.
+    }
+    emitPlain(event, json);
+  }
   void emitPlain(const char* event, const std::optional<std::string>& jsonPayload);
 
   // The watcher's loop and its reactions.
   [[nodiscard]] Task<void> watch();
   [[nodiscard]] Task<void> poll(int& misses);
-  void reportDeniedAccess(const NowPlayingError& error);
+  void reportDeniedAccess(const std::string& notice);
   void handleTrackChange(const NowPlayingTrack& track);
   void handleTrackStopped();
   [[nodiscard]] Task<void> suggestFor(NowPlayingTrack track, std::string fingerprint);
   [[nodiscard]] Task<void> tellStopped();
-  [[nodiscard]] bool isCurrent(const std::string& fingerprint);
+  /// Cancels the automatic suggestion, if there is one, and forgets the track.
+  void forgetTrack();
 
+  // The window.
+  /// Centres the window, and saves that, when hardly anything of it is on a screen.
+  void ensureWindowIsVisible(VelmorWindow& window);
   void compactModeChanged(bool compact);
   /// Failures are ignored.
   void saveWindow(const WindowSettings& window);
@@ -118,14 +129,17 @@ private:
   /// Shared with a check under way, which may end after the controller.
   const std::shared_ptr<const UpdateService> updateService;
   AIClient aiClient;
-  NowPlayingDetector nowPlaying;
+  /// Shared with a look under way, which may end after the controller.
+  const std::shared_ptr<NowPlayingDetector> nowPlaying;
   /// Null without a desktop.
   std::shared_ptr<WindowModeManager> windowMode;
   std::optional<TaskHandle> watchTask;
+  // There is no stateLock: only the main thread touches what it would guard.
   std::optional<TaskHandle> analysisTask;
+  /// The fingerprint of the track that the page knows of; "" for none.
   std::string lastTrack;
+  /// The last such sentence that the page was told.
   std::string lastAccessibilityNotice;
-  std::mutex stateLock;
   /// Last, so that the tasks, which use all of the above, end first.
   TaskGroup tasks;
 };

@@ -5,6 +5,7 @@
 #include "base/VelmorError.h"
 #include "model/CamelotKey.h"
 #include "model/ModelProvider.h"
+#include "nowplaying/NowPlayingError.h"
 #include "nowplaying/RekordboxDetector.h"
 #include "platform/async/Waiting.h"
 
@@ -17,6 +18,19 @@ namespace {
 
 constexpr auto noActiveDeck = "rekordbox is running but no active deck was detected. Play a track "
                               "in Performance mode, then try again.";
+
+/// Looks for the track and turns every failure into the sentence for the user.
+NowPlayingTrack detect(NowPlayingDetector& detector, const Platform& platform) {
+  try {
+    return detector.current();
+  } catch (const NowPlayingError& error) {
+    const bool nothing = error.errorCase() == NowPlayingError::Case::noActiveSession;
+    if (nothing && RekordboxDetector::isRunning(platform)) throw VelmorError(noActiveDeck);
+    throw VelmorError(error.errorDescription());
+  } catch (const std::exception& error) {
+    throw VelmorError(error.what());
+  }
+}
 
 /// How the result's label begins, by how the track was found.
 std::string labelPrefix(const std::string& detection) {
@@ -76,7 +90,7 @@ Task<VisionResult> AppController::suggestTracks() {
   if (configStore->apiKey(model).empty()) {
     throw VelmorError(providerName(model) + " API key is required for recommendations");
   }
-  const auto track = detectTrack();
+  const auto track = co_await detectTrack();
   try {
     co_return co_await analyzeNowPlaying(track);
   } catch (const std::exception& error) {
@@ -84,23 +98,23 @@ Task<VisionResult> AppController::suggestTracks() {
   }
 }
 
-NowPlayingTrack AppController::detectTrack() {
-  const auto detect = [this] { return nowPlaying.current(); };
-  try {
-    return whileOccupyingActor(platform.mainLoop, detect);
-  } catch (const NowPlayingError& error) {
-    const bool nothing = error.errorCase() == NowPlayingError::Case::noActiveSession;
-    throw VelmorError(nothing && isRekordboxRunning() ? noActiveDeck : error.errorDescription());
-  } catch (const std::exception& error) {
-    throw VelmorError(error.what());
-  }
+Task<NowPlayingTrack> AppController::detectTrack() {
+  const auto look = [detector = nowPlaying, system = platform] {
+    return detect(*detector, system);
+  };
+  co_return co_await occupied(platform.mainLoop, look);
+}
+
+Task<bool> AppController::isRekordboxRunning() {
+  const auto look = [system = platform] { return RekordboxDetector::isRunning(system); };
+  co_return co_await occupied(platform.mainLoop, look);
 }
 
 Task<VisionResult> AppController::analyzeNowPlaying(NowPlayingTrack track) {
   const auto config = configStore->current();
   auto current = metadata(track);
-  const auto listen = [this] { return measure(platform); };
-  const auto measurement = whileOccupyingActor(platform.mainLoop, listen);
+  const auto listen = [system = platform] { return measure(system); };
+  const auto measurement = co_await occupied(platform.mainLoop, listen);
   if (measurement.features) addMeasurement(current, *measurement.features);
   // A request costs money: none is sent for a track that has gone meanwhile.
   const bool cancelled = co_await isCancelled();
@@ -129,11 +143,6 @@ TrackMetadata AppController::metadata(const NowPlayingTrack& track) {
           .energy = 0,
           .other = "Verified by " + orDefault(track.detection, "macOS media session"),
           .confidence = 100};
-}
-
-bool AppController::isRekordboxRunning() const {
-  return whileOccupyingActor(platform.mainLoop,
-                             [this] { return RekordboxDetector::isRunning(platform); });
 }
 
 } // namespace velmor

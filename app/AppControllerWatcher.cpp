@@ -1,8 +1,8 @@
 #include "app/AppController.h"
-#include "base/Json.h"
 #include "base/Text.h"
 #include "model/ModelProvider.h"
-#include "platform/Workspace.h"
+#include "nowplaying/NowPlayingError.h"
+#include "nowplaying/RekordboxDetector.h"
 #include "platform/async/Waiting.h"
 
 namespace velmor {
@@ -18,18 +18,27 @@ std::string folded(const std::string& value) {
   return std::string(text::trimmed(lower));
 }
 
-} // namespace
+/// What a poll found.
+struct Look {
+  std::optional<NowPlayingTrack> track;
+  /// What the user has to allow before rekordbox's window can be read; "" for nothing.
+  std::string deniedAccess;
+};
 
-template <typename Payload>
-void AppController::emit(const char* event, const Payload& payload) {
-  std::optional<std::string> json;
+/// Every failure is an answer: there is no track.
+Look look(NowPlayingDetector& detector, const Platform& platform) {
   try {
-    json = jsonEncoder().encode(payload);
-  } catch (const EncodingError&) {
-    // The page still hears of the event, with nothing in it.
+    return {.track = detector.current(), .deniedAccess = ""};
+  } catch (const NowPlayingError& error) {
+    const bool denied = error.errorCase() == NowPlayingError::Case::accessibilityDenied;
+    if (!denied || !RekordboxDetector::isRunning(platform)) return {};
+    return {.track = std::nullopt, .deniedAccess = error.errorDescription()};
+  } catch (const std::exception&) {
+    return {};
   }
-  emitPlain(event, json);
 }
+
+} // namespace
 
 std::string AppController::trackFingerprint(const NowPlayingTrack& track) {
   const auto title = folded(track.title);
@@ -46,7 +55,10 @@ void AppController::startNowPlayingWatcher() {
 void AppController::stopNowPlayingWatcher() {
   if (watchTask) watchTask->cancel();
   watchTask.reset();
-  const std::lock_guard guard(stateLock);
+  forgetTrack();
+}
+
+void AppController::forgetTrack() {
   if (analysisTask) analysisTask->cancel();
   analysisTask.reset();
   lastTrack.clear();
@@ -63,48 +75,31 @@ Task<void> AppController::watch() {
 }
 
 Task<void> AppController::poll(int& misses) {
-  const auto detect = [this] { return nowPlaying.current(); };
-  std::optional<NowPlayingTrack> track;
-  std::optional<NowPlayingError> denied;
-  try {
-    track = whileOccupyingActor(platform.mainLoop, detect);
-  } catch (const NowPlayingError& error) {
-    denied = error;
-  } catch (const std::exception&) {
-    // Whatever else went wrong, there is no track: it counts as a miss like any other.
-  }
+  const auto ask = [detector = nowPlaying, system = platform] { return look(*detector, system); };
+  const Look seen = co_await occupied(platform.mainLoop, ask);
   // The window may have been closed while the poll ran.
   const bool cancelled = co_await isCancelled();
   if (cancelled) co_return;
-  if (denied) reportDeniedAccess(*denied);
-  if (track) {
-    handleTrackChange(*track);
+  if (!seen.deniedAccess.empty()) reportDeniedAccess(seen.deniedAccess);
+  if (seen.track) {
+    handleTrackChange(*seen.track);
     misses = 0;
   } else if (++misses >= missesUntilStopped) {
     handleTrackStopped();
   }
 }
 
-void AppController::reportDeniedAccess(const NowPlayingError& error) {
-  if (error.errorCase() != NowPlayingError::Case::accessibilityDenied) return;
-  if (!isRekordboxRunning()) return;
-  {
-    const std::lock_guard guard(stateLock);
-    if (error.errorDescription() == lastAccessibilityNotice) return;
-    lastAccessibilityNotice = error.errorDescription();
-  }
-  emit(event::analysisError, error.errorDescription());
+void AppController::reportDeniedAccess(const std::string& notice) {
+  if (notice == lastAccessibilityNotice) return;
+  lastAccessibilityNotice = notice;
+  emit(event::analysisError, notice);
 }
 
 void AppController::handleTrackChange(const NowPlayingTrack& track) {
   const auto fingerprint = trackFingerprint(track);
-  if (fingerprint.empty()) return;
-  {
-    const std::lock_guard guard(stateLock);
-    if (fingerprint == lastTrack) return;
-    lastTrack = fingerprint;
-    if (analysisTask) analysisTask->cancel();
-  }
+  if (fingerprint.empty() || fingerprint == lastTrack) return;
+  lastTrack = fingerprint;
+  if (analysisTask) analysisTask->cancel();
   emit(event::trackChanged, metadata(track));
   const auto config = configStore->current();
   if (!config.autoSuggestTracks || configStore->apiKey(config.aiModel).empty()) return;
@@ -120,26 +115,16 @@ Task<void> AppController::suggestFor(NowPlayingTrack track, std::string fingerpr
     failure = error.what();
   }
   const bool cancelled = co_await isCancelled();
-  if (cancelled || !isCurrent(fingerprint)) co_return;
+  if (cancelled || fingerprint != lastTrack) co_return;
   if (result)
     emit(event::suggestionsReady, *result);
   else
     emit(event::analysisError, failure);
 }
 
-bool AppController::isCurrent(const std::string& fingerprint) {
-  const std::lock_guard guard(stateLock);
-  return lastTrack == fingerprint;
-}
-
 void AppController::handleTrackStopped() {
-  {
-    const std::lock_guard guard(stateLock);
-    if (lastTrack.empty()) return;
-    lastTrack.clear();
-    if (analysisTask) analysisTask->cancel();
-    analysisTask.reset();
-  }
+  if (lastTrack.empty()) return;
+  forgetTrack();
   tasks.start(tellStopped());
 }
 
@@ -156,12 +141,7 @@ void AppController::saveSettings(const AppConfig& config) {
     stopNowPlayingWatcher();
     return;
   }
-  if (!previous.autoSuggestTracks || recommendationSettingsChanged(previous, next)) {
-    const std::lock_guard guard(stateLock);
-    if (analysisTask) analysisTask->cancel();
-    analysisTask.reset();
-    lastTrack.clear();
-  }
+  if (!previous.autoSuggestTracks || recommendationSettingsChanged(previous, next)) forgetTrack();
   startNowPlayingWatcher();
 }
 

@@ -18,6 +18,19 @@ bool shows(const Screen& screen, const Rect& frame) {
   return overlap.width() >= smallestOverlap && overlap.height() >= smallestOverlap;
 }
 
+/// Back to the saved place; to the middle of the screen when none has been saved.
+void applySavedWindowFrame(const WindowSettings& saved, VelmorWindow& window) {
+  Window& native = window.native();
+  if (saved.x < 0 || saved.y < 0) {
+    native.center();
+    return;
+  }
+  const auto minimum = native.minimumSize();
+  native.setFrame({{static_cast<double>(saved.x), static_cast<double>(saved.y)},
+                   {std::max(static_cast<double>(saved.width), std::trunc(minimum.width)),
+                    std::max(static_cast<double>(saved.height), std::trunc(minimum.height))}});
+}
+
 } // namespace
 
 void AppController::configureWindow(VelmorWindow& window) {
@@ -33,18 +46,6 @@ void AppController::compactModeChanged(bool compact) {
   if (const auto window = mainWindow.lock()) {
     window->native().setMinimumSize(compact ? Size{} : MainWindowController::minimumSize);
   }
-}
-
-void AppController::applySavedWindowFrame(const WindowSettings& saved, VelmorWindow& window) {
-  Window& native = window.native();
-  if (saved.x < 0 || saved.y < 0) {
-    native.center();
-    return;
-  }
-  const auto minimum = native.minimumSize();
-  native.setFrame({{static_cast<double>(saved.x), static_cast<double>(saved.y)},
-                   {std::max(static_cast<double>(saved.width), std::trunc(minimum.width)),
-                    std::max(static_cast<double>(saved.height), std::trunc(minimum.height))}});
 }
 
 void AppController::ensureWindowIsVisible(VelmorWindow& window) {

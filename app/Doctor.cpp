@@ -6,7 +6,6 @@
 #include "model/ConfigStore.h"
 #include "model/ModelProvider.h"
 #include "platform/FileManager.h"
-#include "platform/MainLoop.h"
 #include "platform/PlatformRecord.h"
 #include "platform/SystemStatus.h"
 
@@ -92,16 +91,14 @@ const char* environmentName(ModelProvider provider) {
 } // namespace
 
 DoctorReport Doctor::examine() const {
+  auto sources = DoctorSources::examine(platform);
   DoctorReport report;
-  platform.mainLoop.occupyActor([&] {
-    auto sources = DoctorSources::examine(platform);
-    report.sources = std::move(sources.findings);
-    report.trackCanBeFound = sources.trackCanBeFound;
-    report.surroundings = services();
-    report.surroundings.push_back(ffmpeg());
-    report.surroundings.push_back(extractor());
-    report.surroundings.push_back(portLister());
-  });
+  report.sources = std::move(sources.findings);
+  report.trackCanBeFound = sources.trackCanBeFound;
+  report.surroundings = services();
+  report.surroundings.push_back(ffmpeg());
+  report.surroundings.push_back(extractor());
+  report.surroundings.push_back(portLister());
   report.surroundings.push_back(provider());
   report.suggestionCanBeAsked = report.surroundings.back().state == State::ready;
   return report;

@@ -131,9 +131,10 @@ Task<void> Program::reporting(Task<void> command) {
 }
 
 Task<void> Program::noteClocks(AppController& controller) {
-  if (!controller.isRekordboxRunning()) co_return;
+  const bool running = co_await controller.isRekordboxRunning();
+  if (!running) co_return;
   try {
-    const auto track = controller.detectTrack();
+    const auto track = co_await controller.detectTrack();
     if (track.source != rekordbox) co_return;
   } catch (const std::exception&) {
     // The look that counts will say what is wrong.
@@ -143,7 +144,7 @@ Task<void> Program::noteClocks(AppController& controller) {
 
 Task<void> Program::now(AppController& controller, bool json) {
   co_await noteClocks(controller);
-  const auto track = controller.detectTrack();
+  const auto track = co_await controller.detectTrack();
   out << (json ? TrackText::json(track) : TrackText::readable(track)) << std::flush;
 }
 

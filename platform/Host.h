@@ -23,18 +23,16 @@ public:
 
   [[nodiscard]] virtual SystemStatus& systemStatus() = 0;
 
-  /// Connects to the user's display; nothing when there is none. From then on `occupyActor` keeps
-  /// the display lane going. What the record names lives as long as the host.
+  /// Connects to the user's display; nothing when there is none. What the record names lives as
+  /// long as the host.
   [[nodiscard]] virtual std::optional<Desktop> openDesktop() = 0;
 
   /// Runs the main loop until `Workspace::terminate` is called. Every blocking wait of the seam
   /// ends at that call.
   virtual void run() = 0;
 
-  /// Calls `work` in the display lane when the system asks the program to end (TERM, INT, or HUP
-  /// when the terminal closes). Without a desktop every blocking wait of the seam has ended by
-  /// then, also one on the main thread. Call it after `openDesktop`; a second call replaces the
-  /// first.
+  /// Calls `work` in the display lane each time the system asks the program to end (TERM, INT, or
+  /// HUP when the terminal closes), while the loop runs. A second call replaces the first.
   virtual void onTerminationRequest(MainLoop::Work work) = 0;
 };
 

@@ -16,9 +16,14 @@ public:
 
 /// The main thread's event loop.
 ///
-/// Work on it runs in one of two lanes. The display lane serves the window: its events, its timers
-/// and painting. The actor lane serves everything that touches the controller: messages of the
-/// page and tasks. `occupyActor` blocks the second without blocking the first.
+/// Everything on it runs on the main thread, one piece of work at a time, in one of two lanes. The
+/// actor lane is for whatever touches the controller: messages of the page and tasks. The display
+/// lane is for the window: its timers and what the toolkit reports.
+///
+/// Work that blocks belongs to neither: it runs on a worker thread. `startWorker` leaves both lanes
+/// free meanwhile. `occupyActor` keeps the actor lane from running anything until the work has
+/// ended, while the display lane goes on, so that the window lives and nothing comes between the
+/// work and what follows it.
 class MainLoop {
 public:
   enum class Lane { Display, Actor };
@@ -36,14 +41,13 @@ public:
   [[nodiscard]] virtual std::unique_ptr<Timer> callEvery(Lane lane, Seconds interval,
                                                          Work work) = 0;
 
-  /// Runs `work` on another thread, then `done` in the actor lane. Neither may throw.
+  /// Runs blocking `work` on another thread, then `done` in the actor lane. Neither may throw.
+  /// When the loop ends first, `done` is never called. Main thread only.
   virtual void startWorker(Work work, Work done) = 0;
 
-  /// Runs blocking `work` to its end before returning and lets nothing else into the actor lane
-  /// meanwhile. With a window on screen the work runs on another thread and the main thread goes
-  /// on serving the display lane; without one this is a plain call. `work` must not throw and must
-  /// not need the main thread. Main thread only.
-  virtual void occupyActor(const Work& work) = 0;
+  /// As `startWorker`, but the actor lane runs nothing until `work` has ended, and `done` is the
+  /// first to run in it then. Call it in the actor lane, and at most once in a piece of its work.
+  virtual void occupyActor(Work work, Work done) = 0;
 };
 
 } // namespace velmor

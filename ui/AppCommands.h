@@ -18,7 +18,7 @@ public:
   virtual void saveSettings(const AppConfig& config) = 0;
   [[nodiscard]] virtual AppInfo appInfo() = 0;
   [[nodiscard]] virtual Task<UpdateInfo> checkForUpdate() = 0;
-  [[nodiscard]] virtual AppState getState() = 0;
+  [[nodiscard]] virtual Task<AppState> getState() = 0;
   virtual void startNowPlayingWatcher() = 0;
   [[nodiscard]] virtual Task<VisionResult> suggestTracks() = 0;
   virtual void restoreWindow() = 0;

@@ -81,6 +81,7 @@ Task<void> WebBridge::answer(std::string id, std::string method, Json args) {
 
 Task<WebBridge::Result> WebBridge::handle(const std::string& method, const Json& args) {
   if (method == "CheckForUpdate") co_return co_await controller->checkForUpdate();
+  if (method == "GetState") co_return co_await controller->getState();
   if (method == "SuggestTracks") co_return co_await controller->suggestTracks();
   co_return handleAtOnce(method, args);
 }
@@ -100,7 +101,6 @@ WebBridge::Result WebBridge::handleAtOnce(const std::string& method, const Json&
          bridge.controller->saveSettings(configArgument(given));
        })},
       {"GetAppInfo", [](WebBridge& bridge, const Json&) { return bridge.controller->appInfo(); }},
-      {"GetState", [](WebBridge& bridge, const Json&) { return bridge.controller->getState(); }},
       {"StartAutoDetection", silent([](WebBridge& bridge, const Json&) {
          if (!bridge.controller->settings().autoSuggestTracks) return;
          bridge.controller->startNowPlayingWatcher();

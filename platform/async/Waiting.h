@@ -73,14 +73,16 @@ private:
 
 namespace detail {
 
-/// Runs a function on a worker thread. The state outlives a task that is destroyed meanwhile.
+/// Runs a function on a worker thread. The state, and with it the function, outlives a task that is
+/// destroyed meanwhile.
 template <typename Function>
 class WorkerCall {
 public:
   using Result = std::invoke_result_t<Function>;
+  using Start = void (MainLoop::*)(MainLoop::Work work, MainLoop::Work done);
 
-  WorkerCall(MainLoop& mainLoop, Function function)
-      : loop(mainLoop), state(std::make_shared<State>(std::move(function))) {}
+  WorkerCall(MainLoop& mainLoop, Start startOnLoop, Function function)
+      : loop(mainLoop), start(startOnLoop), state(std::make_shared<State>(std::move(function))) {}
   WorkerCall(const WorkerCall&) = delete;
   WorkerCall& operator=(const WorkerCall&) = delete;
   ~WorkerCall() { state->waiting = nullptr; }
@@ -89,10 +91,10 @@ public:
 
   void await_suspend(std::coroutine_handle<> waiting) {
     state->waiting = waiting;
-    loop.startWorker([state = state] { state->run(); },
-                     [state = state] {
-                       if (state->waiting) state->waiting.resume();
-                     });
+    (loop.*start)([state = state] { state->run(); },
+                  [state = state] {
+                    if (state->waiting) state->waiting.resume();
+                  });
   }
 
   Result await_resume() {
@@ -119,33 +121,26 @@ private:
   };
 
   MainLoop& loop;
+  Start start;
   std::shared_ptr<State> state;
 };
 
 } // namespace detail
 
 /// `co_await onWorker(loop, function)` runs the blocking function on another thread and gives its
-/// result, or throws what it threw.
+/// result, or throws what it threw. Other work of the main thread runs meanwhile.
+///
+/// The function may outlive the task: it owns what it uses, or uses what outlives the loop.
 template <typename Function>
 detail::WorkerCall<Function> onWorker(MainLoop& loop, Function function) {
-  return {loop, std::move(function)};
+  return {loop, &MainLoop::startWorker, std::move(function)};
 }
 
-/// Runs the blocking function in the actor lane's place (`MainLoop::occupyActor`) and gives its
-/// result, or throws what it threw.
+/// As `onWorker`, but nothing else runs in the actor lane until the task goes on
+/// (`MainLoop::occupyActor`).
 template <typename Function>
-std::invoke_result_t<Function> whileOccupyingActor(MainLoop& loop, const Function& function) {
-  std::optional<std::invoke_result_t<Function>> result;
-  std::exception_ptr failure;
-  loop.occupyActor([&] {
-    try {
-      result.emplace(function());
-    } catch (...) {
-      failure = std::current_exception();
-    }
-  });
-  if (failure) std::rethrow_exception(failure);
-  return std::move(*result);
+detail::WorkerCall<Function> occupied(MainLoop& loop, Function function) {
+  return {loop, &MainLoop::occupyActor, std::move(function)};
 }
 
 } // namespace velmor

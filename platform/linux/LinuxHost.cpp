@@ -36,7 +36,6 @@ LinuxHost::~LinuxHost() {
 std::optional<Desktop> LinuxHost::openDesktop() {
   if (!desktop) desktop = GtkDesktop::open(parts);
   if (!desktop) return std::nullopt;
-  mainLoop.serveDisplayWhileOccupied(true);
   return Desktop{.windows = *desktop, .application = *desktop};
 }
 
@@ -45,13 +44,8 @@ void LinuxHost::run() {
 }
 
 void LinuxHost::onTerminationRequest(MainLoop::Work work) {
-  // Without a window the main thread itself waits for children and answers: nothing that is posted
-  // to it ends that. With one it is free, and the window closes before the waiting ends.
-  const bool endWaiting = !desktop;
-  termination.emplace([this, endWaiting, posted = std::move(work)] {
-    if (endWaiting) quit.request_stop();
-    mainLoop.post(MainLoop::Lane::Display, posted);
-  });
+  termination.emplace(
+      [this, posted = std::move(work)] { mainLoop.post(MainLoop::Lane::Display, posted); });
 }
 
 std::unique_ptr<Host> makeHost() {

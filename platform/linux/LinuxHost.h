@@ -65,7 +65,7 @@ private:
   Platform parts;
   /// Null until it is opened.
   std::unique_ptr<GtkDesktop> desktop;
-  /// Nothing until somebody wants to hear of them. The last member: its thread uses the others.
+  /// Nothing until somebody wants to hear of them.
   std::optional<TerminationSignals> termination;
 };
 

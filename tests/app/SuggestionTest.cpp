@@ -11,6 +11,11 @@ protected:
     return taskOutcome(system.loop, std::move(suggestion), result);
   }
   std::string suggest() { return outcomeOf(controller.suggestTracks()); }
+  AppState state() {
+    AppState state;
+    EXPECT_EQ(taskOutcome(system.loop, controller.getState(), state), "ok");
+    return state;
+  }
   std::string analyze(const NowPlayingTrack& track) {
     return outcomeOf(controller.analyzeNowPlaying(track));
   }
@@ -34,13 +39,13 @@ TEST_F(SuggestionTest, NeedsAKey) {
   config.tinkerApiKey = "";
   store->save(config);
   EXPECT_EQ(suggest(), "Tinker API key is required for recommendations");
-  EXPECT_EQ(controller.getState(), (AppState{false, false, "API key required"}));
+  EXPECT_EQ(state(), (AppState{false, false, "API key required"}));
   config.aiModel = " GPT-4.1 ";
   store->save(config);
   EXPECT_EQ(suggest(), "OpenAI API key is required for recommendations");
   EXPECT_TRUE(system.http.requests.empty());
   system.environment.variables["OPENAI_API_KEY"] = "env";
-  EXPECT_EQ(controller.getState(), (AppState{true, false, "OpenAI recommendations ready"}));
+  EXPECT_EQ(state(), (AppState{true, false, "OpenAI recommendations ready"}));
 }
 
 TEST_F(SuggestionTest, LabelsEverySource) {
@@ -71,7 +76,10 @@ TEST_F(SuggestionTest, PutsWhatItHearsInPlaceOfWhatItWasTold) {
             "ok");
   EXPECT_NE(prompt.find("- BPM: 127.90\n- Key: 11A\n"), std::string::npos);
   EXPECT_EQ(result.currentTrack.other, "Essentia audio analysis; average loudness 0.877");
+  EXPECT_EQ(result.notice, "Detected through sight and analyzed with Essentia.");
   EXPECT_EQ(listen(2, ""), "ok");
+  EXPECT_EQ(result.notice, "Detected through sight; Essentia audio analysis was unavailable for "
+                           "this sample.");
   EXPECT_NE(prompt.find("- BPM: 100.00\n- Key: 8A\n"), std::string::npos);
   EXPECT_EQ(listen(0, "{}"), "ok");
   EXPECT_EQ(result.currentTrack.key, "");

@@ -1,3 +1,4 @@
+#include "nowplaying/NowPlayingError.h"
 #include "tests/app/ControllerFixture.h"
 
 using namespace velmor;

@@ -5,18 +5,18 @@ namespace {
 using namespace velmor;
 
 /// Blocking work stops the window as well.
-class FrozenHost : public ChangedHost {
+class FrozenLoop : public ChangedLoop {
 public:
-  std::optional<Desktop> openDesktop() override {
-    auto desktop = host.openDesktop();
-    dynamic_cast<GlibMainLoop&>(platform().mainLoop).serveDisplayWhileOccupied(false);
-    return desktop;
+  using ChangedLoop::ChangedLoop;
+
+  void occupyActor(Work work, Work done) override {
+    work();
+    real.post(Lane::Actor, std::move(done));
   }
 };
 
 } // namespace
 
 int main() {
-  FrozenHost host;
-  return ChangedHost::runWindow(host);
+  return ChangedHost<FrozenLoop>().runWindow();
 }

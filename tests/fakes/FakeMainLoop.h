@@ -14,8 +14,8 @@
 namespace velmor {
 
 /// A main loop in virtual time: nothing runs until the test lets it, and waiting takes no time.
-/// It is its own clock. Workers and occupying work are plain calls, unless the test holds workers
-/// back to have something happen while they run.
+/// It is its own clock. Workers are plain calls, unless the test holds them back to have something
+/// happen while they run. Work that occupies the actor lane comes before all that waits.
 class FakeMainLoop : public MainLoop, public Clock {
 public:
   void post(Lane, Work work) override { posted.push_back(std::move(work)); }
@@ -29,7 +29,12 @@ public:
     workers.emplace_back(std::move(work), std::move(done));
     if (!workersHeld) runWorkers();
   }
-  void occupyActor(const Work& work) override { work(); }
+  void occupyActor(Work work, Work done) override {
+    posted.push_front([run = std::move(work), then = std::move(done)] {
+      run();
+      then();
+    });
+  }
 
   TimePoint now() const override { return present; }
   void setNow(TimePoint moment) { present = moment; }

@@ -27,7 +27,7 @@ public:
   }
   AppInfo appInfo() override { return {}; }
   Task<UpdateInfo> checkForUpdate() override { co_return UpdateInfo{}; }
-  AppState getState() override { return {}; }
+  Task<AppState> getState() override { co_return AppState{}; }
   void startNowPlayingWatcher() override { calls += "watch "; }
   Task<VisionResult> suggestTracks() override {
     co_await Sleep(loop, Seconds{10});

@@ -3,6 +3,9 @@
 #include <glib.h>
 
 #include <algorithm>
+#include <optional>
+#include <system_error>
+#include <utility>
 
 namespace velmor {
 
@@ -19,10 +22,9 @@ struct WakeSource::Source {
   static inline GSourceFuncs functions{nullptr, nullptr, dispatch, nullptr, nullptr, nullptr};
 };
 
-WakeSource::WakeSource(std::function<void()> onReady, bool reentrant)
+WakeSource::WakeSource(std::function<void()> onReady)
     : ready(std::move(onReady)), source(g_source_new(&Source::functions, sizeof(Source))) {
   reinterpret_cast<Source*>(source)->owner = this;
-  g_source_set_can_recurse(source, reentrant ? TRUE : FALSE);
   g_source_attach(source, nullptr);
 }
 
@@ -42,8 +44,6 @@ void WakeSource::armAt(TimePoint moment) {
   g_source_set_ready_time(source, time.count());
 }
 
-LaneQueue::LaneQueue(bool reentrant) : source([this] { runNext(); }, reentrant) {}
-
 void LaneQueue::post(MainLoop::Work work) {
   {
     const std::lock_guard guard(lock);
@@ -53,19 +53,24 @@ void LaneQueue::post(MainLoop::Work work) {
 }
 
 void LaneQueue::hold() {
-  ++holds;
+  const std::lock_guard guard(lock);
+  held = true;
 }
 
-void LaneQueue::release() {
-  if (--holds == 0) source.arm();
+void LaneQueue::release(MainLoop::Work first) {
+  {
+    const std::lock_guard guard(lock);
+    held = false;
+    waiting.push_front(std::move(first));
+  }
+  source.arm();
 }
 
 void LaneQueue::runNext() {
-  if (holds > 0) return;
   MainLoop::Work work;
   {
     const std::lock_guard guard(lock);
-    if (waiting.empty()) return;
+    if (held || waiting.empty()) return;
     work = std::move(waiting.front());
     waiting.pop_front();
     if (!waiting.empty()) source.arm();
@@ -84,7 +89,27 @@ steady_clock::time_point after(steady_clock::time_point moment, Seconds delay) {
   return moment + std::chrono::duration_cast<steady_clock::duration>(wait);
 }
 
-} // namespace
+/// A timer whose calls wait their turn in a lane, so that a held lane holds them back too. A call
+/// that is still waiting when the next is due stands for both. May be destroyed inside its call.
+class LaneTimer final : public Timer {
+public:
+  /// Calls once after `delay`, then every `interval` when there is one.
+  LaneTimer(LaneQueue& lane, Seconds delay, std::optional<Seconds> interval, MainLoop::Work work);
+
+private:
+  struct Call {
+    MainLoop::Work work;
+    bool isWaiting = false;
+  };
+
+  void timeHasCome();
+
+  LaneQueue& queue;
+  std::optional<Seconds> repetition;
+  WakeSource::TimePoint due;
+  std::shared_ptr<Call> call;
+  WakeSource source;
+};
 
 LaneTimer::LaneTimer(LaneQueue& lane, Seconds delay, std::optional<Seconds> interval,
                      MainLoop::Work work)
@@ -92,7 +117,7 @@ LaneTimer::LaneTimer(LaneQueue& lane, Seconds delay, std::optional<Seconds> inte
     , repetition(interval)
     , due(after(steady_clock::now(), delay))
     , call(std::make_shared<Call>(Call{.work = std::move(work)}))
-    , source([this] { timeHasCome(); }, true) {
+    , source([this] { timeHasCome(); }) {
   source.armAt(due);
 }
 
@@ -111,6 +136,8 @@ void LaneTimer::timeHasCome() {
     pending->work();
   });
 }
+
+} // namespace
 
 void GlibMainLoop::post(Lane lane, Work work) {
   queue(lane).post(std::move(work));
@@ -133,37 +160,23 @@ void GlibMainLoop::startWorker(Work work, Work done) {
   });
 }
 
-void GlibMainLoop::occupyActor(const Work& work) {
-  if (!servesDisplay) {
-    work();
-    return;
-  }
-  std::atomic<bool> finished = false;
+void GlibMainLoop::occupyActor(Work work, Work done) {
   actor.hold();
-  {
-    const std::jthread worker([&, mine = turnsGiven++]() noexcept {
-      for (auto now = turn.load(); now != mine; now = turn.load())
-        turn.wait(now);
-      work();
-      turn = mine + 1;
-      turn.notify_all();
-      finished = true;
-      g_main_context_wakeup(nullptr);
+  try {
+    workers.start([this, run = std::move(work), whenDone = std::move(done)]() mutable {
+      run();
+      run = nullptr;
+      actor.release(std::move(whenDone));
     });
-    while (!finished)
-      g_main_context_iteration(nullptr, TRUE);
+  } catch (const std::system_error&) {
+    actor.release([] {});
+    throw;
   }
-  actor.release();
 }
 
 void GlibMainLoop::run() {
   while (!quitting)
     g_main_context_iteration(nullptr, TRUE);
-}
-
-void GlibMainLoop::quit() {
-  quitting = true;
-  g_main_context_wakeup(nullptr);
 }
 
 } // namespace velmor

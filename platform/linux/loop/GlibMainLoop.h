@@ -8,7 +8,6 @@
 #include <functional>
 #include <memory>
 #include <mutex>
-#include <optional>
 
 struct _GSource;
 
@@ -20,9 +19,8 @@ class WakeSource {
 public:
   using TimePoint = std::chrono::steady_clock::time_point;
 
-  /// `onReady` must not destroy the source. With `reentrant` it is also called from a loop that
-  /// runs inside a call of it.
-  WakeSource(std::function<void()> onReady, bool reentrant);
+  /// `onReady` must not destroy the source.
+  explicit WakeSource(std::function<void()> onReady);
   WakeSource(const WakeSource&) = delete;
   WakeSource& operator=(const WakeSource&) = delete;
   ~WakeSource();
@@ -41,81 +39,49 @@ private:
 };
 
 /// The work that waits for one lane of the main loop, run in the order of posting, one piece in
-/// each turn of the loop.
+/// each turn of the loop. Any thread may call the operations.
 class LaneQueue {
 public:
-  /// With `reentrant` the lane goes on inside loops that run within a piece of its work.
-  explicit LaneQueue(bool reentrant);
-
-  /// Any thread.
   void post(MainLoop::Work work);
 
-  /// Between the two calls nothing of the lane runs; calls may be nested. Main thread only.
+  /// Runs nothing of the lane from now on.
   void hold();
-  void release();
+
+  /// Ends the holding; `first` comes before all that waits.
+  void release(MainLoop::Work first);
 
 private:
   void runNext();
 
   std::mutex lock;
   std::deque<MainLoop::Work> waiting;
-  int holds = 0;
-  WakeSource source;
-};
-
-/// A timer whose calls wait their turn in a lane, so that a held lane holds them back too. A call
-/// that is still waiting when the next is due stands for both. May be destroyed inside its call.
-class LaneTimer final : public Timer {
-public:
-  /// Calls once after `delay`, then every `interval` when there is one.
-  LaneTimer(LaneQueue& lane, Seconds delay, std::optional<Seconds> interval, MainLoop::Work work);
-
-private:
-  struct Call {
-    MainLoop::Work work;
-    bool isWaiting = false;
-  };
-
-  void timeHasCome();
-
-  LaneQueue& queue;
-  std::optional<Seconds> repetition;
-  WakeSource::TimePoint due;
-  std::shared_ptr<Call> call;
-  WakeSource source;
+  bool held = false;
+  WakeSource source{[this] { runNext(); }};
 };
 
 /// The main loop on GLib's default main context, which the toolkit's own events come through too.
+/// What the toolkit reports for the actor lane has to be posted there.
 class GlibMainLoop final : public MainLoop {
 public:
-  GlibMainLoop() = default;
-
   void post(Lane lane, Work work) override;
   [[nodiscard]] std::unique_ptr<Timer> callLater(Lane lane, Seconds delay, Work work) override;
   [[nodiscard]] std::unique_ptr<Timer> callEvery(Lane lane, Seconds interval, Work work) override;
   void startWorker(Work work, Work done) override;
-  void occupyActor(const Work& work) override;
+  void occupyActor(Work work, Work done) override;
 
-  /// Whether `occupyActor` keeps the display lane going. Set once there is a window; events of
-  /// the toolkit that concern the actor lane must then be posted to it.
-  void serveDisplayWhileOccupied(bool serve) { servesDisplay = serve; }
-
-  /// Serves both lanes until `quit` is called, or at once when it has been. Main thread only.
+  /// Serves both lanes until `quit` is called, or at once when it has been. Work that occupies the
+  /// actor lane does not keep it from ending. Main thread only.
   void run();
 
-  /// Ends `run` after the work at hand. Any thread.
-  void quit();
+  /// Ends `run` after the work at hand. Main thread only.
+  void quit() { quitting = true; }
 
 private:
   LaneQueue& queue(Lane lane) { return lane == Lane::Display ? display : actor; }
 
-  LaneQueue display{true};
-  LaneQueue actor{false};
-  std::atomic<bool> quitting = false;
-  bool servesDisplay = false;
-  /// Work that the display lane starts while other work occupies the actor lane waits for its turn.
-  unsigned turnsGiven = 0;
-  std::atomic<unsigned> turn = 0;
+  LaneQueue display;
+  LaneQueue actor;
+  bool quitting = false;
   /// The last member: threads that still run when the loop ends may post to the lanes.
   WorkerThreads workers;
 };

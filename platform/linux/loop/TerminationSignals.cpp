@@ -3,6 +3,7 @@
 #include <glib-unix.h>
 
 #include <csignal>
+#include <utility>
 
 namespace velmor {
 
@@ -17,26 +18,19 @@ bool isIgnored(int number) {
 } // namespace
 
 TerminationSignals::TerminationSignals(std::function<void()> onSignal)
-    : heard(std::move(onSignal)), context(g_main_context_new()) {
-  for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
-    if (!isIgnored(number)) listen(number);
-  }
-  thread = std::jthread([served = context.get()](const std::stop_token& stop) {
-    const std::stop_callback wake(stop, [served] { g_main_context_wakeup(served); });
-    while (!stop.stop_requested())
-      g_main_context_iteration(served, TRUE);
-  });
-}
-
-void TerminationSignals::listen(int number) {
+    : heard(std::move(onSignal)) {
   const auto call = [](gpointer data) -> gboolean {
     static_cast<TerminationSignals*>(data)->heard();
     return G_SOURCE_CONTINUE;
   };
-  GSource* source = g_unix_signal_source_new(number);
-  g_source_set_callback(source, call, this, nullptr);
-  g_source_attach(source, context.get());
-  g_source_unref(source);
+  for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
+    if (!isIgnored(number)) sources.push_back(g_unix_signal_add(number, call, this));
+  }
+}
+
+TerminationSignals::~TerminationSignals() {
+  for (const auto source : sources)
+    g_source_remove(source);
 }
 
 } // namespace velmor

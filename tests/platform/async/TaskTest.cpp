@@ -37,19 +37,43 @@ TEST(Task, CancellingEndsASleepAndIsSeenAtTheNextCheck) {
   EXPECT_EQ(count, 3) << "one cancelled before it starts sees it as well";
 }
 
+TEST(Task, GoesOnWithWhatBlockingWorkGaveBeforeAnythingElse) {
+  FakeMainLoop loop;
+  TaskGroup tasks(loop);
+  std::string happened;
+  const auto task = [&]() -> Task<void> {
+    loop.post(MainLoop::Lane::Actor, [&] { happened += " other"; });
+    const auto given = co_await occupied(loop, [] { return std::string("given"); });
+    happened += given;
+    try {
+      co_await occupied(loop, []() -> int { throw std::runtime_error(" thrown"); });
+    } catch (const std::runtime_error& error) {
+      happened += error.what();
+    }
+  };
+  tasks.start(task());
+  loop.runPending();
+  EXPECT_EQ(happened, "given thrown other");
+}
+
 TEST(Task, DestroyingTheGroupEndsWhatStillWaits) {
   FakeMainLoop loop;
   loop.holdWorkers();
   int count = 0;
-  {
-    TaskGroup tasks(loop);
-    tasks.start(countSleeps(loop, count));
-    const auto waitForWorker = [](MainLoop& mainLoop, int& value) -> Task<void> {
-      value += co_await onWorker(mainLoop, [] { return 100; });
-    };
-    tasks.start(waitForWorker(loop, count));
-    loop.runPending();
-  }
+  std::optional<TaskGroup> tasks(loop);
+  tasks->start(countSleeps(loop, count));
+  const auto waitForWorker = [&]() -> Task<void> {
+    count += co_await onWorker(loop, [] { return 100; });
+  };
+  const auto waitForLane = [&]() -> Task<void> {
+    count += co_await occupied(loop, [&] {
+      tasks.reset();
+      return 1000;
+    });
+  };
+  tasks->start(waitForWorker());
+  tasks->start(waitForLane());
+  loop.runPending();
   loop.finishWorkers();
   loop.advance(Seconds{10});
   EXPECT_EQ(count, 1);

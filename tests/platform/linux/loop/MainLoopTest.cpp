@@ -76,68 +76,46 @@ TEST_F(MainLoopTest, TimersEndWhenTheyAreDestroyedEvenInsideTheirOwnCall) {
   EXPECT_THAT(happened, ElementsAre("once"));
 }
 
-TEST_F(MainLoopTest, WithoutAWindowOccupyingIsAPlainCall) {
-  const auto caller = std::this_thread::get_id();
-  loop.post(Lane::Display, note("display"));
-  loop.occupyActor([&] {
-    EXPECT_EQ(std::this_thread::get_id(), caller);
-    note("work")();
-  });
-  quitAfterActorWork();
-  loop.run();
-  EXPECT_EQ(happened.front(), "work");
-}
-
 TEST_F(MainLoopTest, OccupiedActorLaneHoldsItsWorkBackWhileTheDisplayLaneGoesOn) {
-  loop.serveDisplayWhileOccupied(true);
-  std::latch gate{1};
+  std::latch gate{2};
   int frames = 0;
   const auto due = loop.callLater(Lane::Actor, soon, note("actor timer"));
-  const auto repeated = loop.callEvery(Lane::Actor, soon, [this] {
-    if (happened.back() != "repeated") note("repeated")();
-  });
   const auto frame = loop.callEvery(Lane::Display, 2 * soon, [&] {
     if (++frames == 1) loop.post(Lane::Actor, note("from display"));
     if (frames == 5) gate.count_down();
   });
-  loop.post(Lane::Display, [&] {
-    loop.occupyActor([&] {
-      loop.post(Lane::Actor, note("from work"));
-      loop.post(Lane::Display, note("display"));
-      gate.wait();
-    });
-    note("work done")();
-    EXPECT_GE(frames, 5);
-    EXPECT_THAT(happened, ElementsAre("display", "work done"));
-    quitAfterActorWork();
+  loop.post(Lane::Actor, [&] {
+    loop.post(Lane::Actor, note("posted before"));
+    loop.occupyActor(
+        [&] {
+          loop.post(Lane::Actor, note("from work"));
+          loop.post(Lane::Display, [&] {
+            note("display")();
+            gate.count_down();
+          });
+          gate.wait();
+        },
+        [&] {
+          note("done")();
+          quitAfterActorWork();
+        });
   });
   loop.run();
-  EXPECT_EQ(happened[2], "from work");
-  EXPECT_THAT(happened, testing::IsSupersetOf({"from display", "actor timer", "repeated"}));
+  EXPECT_THAT(happened, testing::UnorderedElementsAre("display", "done", "posted before",
+                                                      "from work", "from display", "actor timer"));
+  EXPECT_THAT(Names(happened.begin(), happened.begin() + 3),
+              ElementsAre("display", "done", "posted before"));
 }
 
-TEST_F(MainLoopTest, WorkThatTheDisplayLaneStartsMeanwhileWaitsForItsTurn) {
-  loop.serveDisplayWhileOccupied(true);
-  std::latch nested{1};
-  std::mutex lock;
-  const auto noteSafely = [&](const char* name) {
-    const std::lock_guard guard(lock);
-    happened.push_back(name);
-  };
+TEST_F(MainLoopTest, QuittingEndsTheWaitForOccupyingWork) {
+  std::latch gate{1};
   loop.post(Lane::Actor, [&] {
-    loop.post(Lane::Display, [&] {
-      loop.post(Lane::Display, [&] { nested.count_down(); });
-      loop.occupyActor([&] { noteSafely("second"); });
-    });
-    loop.post(Lane::Actor, note("actor"));
-    loop.occupyActor([&] {
-      nested.wait();
-      noteSafely("first");
-    });
-    quitAfterActorWork();
+    loop.occupyActor([&] { gate.wait(); }, note("done"));
+    loop.post(Lane::Display, [this] { loop.quit(); });
   });
   loop.run();
-  EXPECT_THAT(happened, ElementsAre("first", "second", "actor"));
+  gate.count_down();
+  EXPECT_THAT(happened, testing::IsEmpty());
 }
 
 TEST_F(MainLoopTest, ReadsLinesOfEveryLengthToTheEnd) {
