@@ -1,5 +1,4 @@
 option(VELMOR_BUILD_TESTS "Build the tests" ON)
-option(VELMOR_BUILD_TOOLS "Build the demo's local model provider" ON)
 option(VELMOR_FUZZERS "Build the fuzz targets for libFuzzer (Clang only)" OFF)
 set(VELMOR_SANITIZERS "" CACHE STRING "Sanitizers to build with, for example address,undefined")
 # example.invalid is a reserved name: a build that does not set an address asks nobody.

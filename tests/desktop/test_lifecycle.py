@@ -7,7 +7,8 @@ import unittest
 
 from velmor_window import CLOSE, FULL, MINIMISE, SQUARE, VelmorDesktop, hungPlayer
 
-from players import Provider, configure, playSong
+from model_provider import ModelProvider
+from players import configure, playSong
 from session import Session, waitUntil
 
 ENDS_WITHIN = 5
@@ -61,15 +62,15 @@ class LifecycleTest(unittest.TestCase):
             hungPlayer(desktop)
             configure(desktop, autoSuggestTracks=True)
             return desktop.open()
-        provider = Provider(desktop, "--delay", "60")
+        provider = desktop.enter(ModelProvider(delay=60))
         extractor = {"ESSENTIA_EXTRACTOR": "/bin/false"} if state == "capture" else {}
         desktop.environment.update(provider.environment, **extractor)
         playSong(desktop, title="Song", artist="Band")
         configure(desktop)
         process = desktop.open()
         desktop.ask()
-        begun = provider.requests if state == "request" else lambda: desktop.listens(process)
-        waitUntil(begun, f"the {state} is under way")
+        begun = {"capture": lambda: desktop.listens(process), "request": lambda: provider.requests}
+        waitUntil(begun[state], f"the {state} is under way")
         return process
 
     def endsCleanly(self, process, how):

@@ -5,7 +5,8 @@ import unittest
 from page_probe import Probe
 from velmor_window import BACKGROUND, FULL, VelmorDesktop
 
-from players import Provider, configure, mpv, playSong, tagged
+from model_provider import ModelProvider
+from players import configure, mpv, playSong, tagged
 from session import waitUntil
 
 # Each leads out of the page or wants more than it gets; what answers is told.
@@ -58,7 +59,7 @@ class PageTest(unittest.TestCase):
 
     def testHearsEveryTrackInOrder(self):
         desktop = self.desktop
-        provider = Provider(desktop)
+        provider = desktop.enter(ModelProvider())
         desktop.environment.update(provider.environment)
         probe = self.open(autoSuggestTracks=True)
         titles = ("First", "Second")
@@ -96,7 +97,7 @@ class PageTest(unittest.TestCase):
 
     def testAClickOnTheButtonBringsTheRanking(self):
         desktop = self.desktop
-        provider = Provider(desktop)
+        provider = desktop.enter(ModelProvider())
         desktop.environment.update(provider.environment)
         playSong(desktop, title="Song", artist="Band")
         probe = self.open(WATCH_LIST, window={"x": 200, "y": 150, "width": 507, "height": 651})
@@ -105,11 +106,11 @@ class PageTest(unittest.TestCase):
         desktop.waitForFrame((200, 150, *FULL))
         desktop.drag(BACKGROUND, 60, -50)
         desktop.waitForFrame((260, 200, *FULL))
-        self.assertEqual(provider.requests(), [])
+        self.assertEqual(provider.requests, [])
         desktop.ask()
         waitUntil(lambda: probe.names("ranking"), "the ranking is on the page")
         desktop.screenshot("ranking")
-        self.assertIn("Song", str(provider.requests()[-1]))
+        self.assertIn("Song", str(provider.requests[-1]))
 
     def testTellsTheModeAndAbout(self):
         probe = self.open()

@@ -7,7 +7,8 @@ import unittest
 from stalls import ANIMATION, dragPause, paintingPause
 from velmor_window import VelmorDesktop, hungPlayer, withScript
 
-from players import Provider, configure, playSong
+from model_provider import ModelProvider
+from players import configure, playSong
 from session import waitUntil
 
 FROZEN = os.path.join(os.path.dirname(os.path.abspath(os.environ["VELMOR"])), "velmor-frozen")
@@ -47,7 +48,7 @@ class StallTest(unittest.TestCase):
 
     def testNothingStandsStillDuringACapture(self):
         desktop = self.enterContext(VelmorDesktop(sound=True))
-        provider = Provider(desktop)
+        provider = desktop.enter(ModelProvider())
         desktop.environment.update(provider.environment, ESSENTIA_EXTRACTOR="/bin/false")
         desktop.program = withScript(desktop.root, ANIMATION)
         playSong(desktop, title="A", artist="B")

@@ -7,7 +7,8 @@ import unittest
 
 from velmor_window import FULL, SQUARE, VelmorDesktop
 
-from players import Provider, configure, mpv, tagged
+from model_provider import ModelProvider
+from players import configure, mpv, tagged
 from session import waitUntil
 
 PASTE = """
@@ -43,13 +44,13 @@ class UseTest(unittest.TestCase):
 
     def testKeysAskChooseAndCopy(self):
         desktop = self.desktop
-        provider = Provider(desktop)
+        provider = desktop.enter(ModelProvider())
         desktop.environment.update(provider.environment)
         mpv(desktop, tagged(desktop, "song.flac", title="Song", artist="Band"))
         desktop.waitForTrack(title="Song")
         self.open()
         desktop.key("s")
-        waitUntil(lambda: os.path.exists(provider.path) and provider.requests(), "it asks")
+        waitUntil(lambda: provider.requests, "it asks")
 
         def copied():
             desktop.key("2", "c")

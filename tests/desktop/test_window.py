@@ -88,19 +88,6 @@ class WindowTest(unittest.TestCase):
             if size == FULL:
                 desktop.shrink()
 
-    def testAHundredCyclesDoNotDrift(self):
-        desktop = self.desktop
-        place = (301, 97, *FULL)
-        desktop.open(301, 97)
-        desktop.waitForFrame(place)
-        for cycle in range(100):
-            desktop.click(MINIMISE)
-            waitUntil(lambda: desktop.shows((301 + 507 - 82, 97, *SQUARE)),
-                      lambda: f"the square in cycle {cycle}; it is {desktop.frame()}")
-            desktop.click((40, 40))
-            waitUntil(lambda: desktop.shows(place),
-                      lambda: f"the window in cycle {cycle}; it is {desktop.frame()}")
-
 
 class WindowUnderXfwm4Test(WindowTest):
     manager = "xfwm4"

@@ -6,7 +6,8 @@ import re
 import stat
 import unittest
 
-from players import Provider, configure, playSong
+from model_provider import ModelProvider
+from players import configure, playSong
 from session import Session
 
 ODD = "\"quoted\" back\\slash \u2028 </script> \u0001 \t 東京"
@@ -30,7 +31,7 @@ class BridgeTest(unittest.TestCase):
 
     def testAnswersEveryKindOfCommand(self):
         with Session(display=False) as desktop:
-            provider = Provider(desktop, "--version", "99.0.1")
+            provider = desktop.enter(ModelProvider(version="99.0.1"))
             config = configure(desktop)
             track = playSong(desktop, title=ODD.replace("\u0001", ""), artist="A")
             changed = {**config, "theme": "red", "aiModel": ODD, "recommendationCount": 4}

@@ -10,7 +10,8 @@ import sys
 import unittest
 import uuid
 
-from players import Provider, converted, mpv
+from model_provider import ModelProvider
+from players import converted, mpv
 from session import Session, builtVelmor, waitUntil
 
 GENERATOR = os.path.join(os.path.dirname(__file__), "..", "..", "tools", "piece-generator")
@@ -51,7 +52,7 @@ class Stage:
 
     def __init__(self, desktop):
         self.desktop = desktop
-        self.provider = Provider(desktop)
+        self.provider = desktop.enter(ModelProvider())
 
     def extractor(self, name, lines):
         path = os.path.join(self.desktop.root, name)
@@ -155,7 +156,7 @@ class ListeningTest(unittest.TestCase):
             with concurrent.futures.ThreadPoolExecutor(len(environments)) as pool:
                 runs = dict(zip(environments, pool.map(stage.suggest, environments.values())))
             prompts = [request["body"]["messages"][0]["content"][0]["text"]
-                       for request in stage.provider.requests()]
+                       for request in stage.provider.requests]
             self.assertEqual(len(prompts), len(runs))
             song = f"- Song: {os.path.basename(piece)}\n"
             self.assertTrue(all(song in prompt for prompt in prompts))
@@ -223,7 +224,7 @@ class ListeningTest(unittest.TestCase):
                                     extracting, signal.SIGTERM), 1)
             os.close(reading)
             os.close(writing)
-            self.assertEqual(stage.provider.requests(), [], "nothing is asked in vain")
+            self.assertEqual(stage.provider.requests, [], "nothing is asked in vain")
 
 
 if __name__ == "__main__":

@@ -4,7 +4,7 @@ import os
 import signal
 import unittest
 
-from players import Provider
+from model_provider import ModelProvider
 from session import Session, waitUntil
 from standins import runScriptAs, writeState
 
@@ -52,7 +52,8 @@ class RekordboxTest(unittest.TestCase):
 
             # It is paused near its beginning: a suggestion looks twice before it takes the other.
             showDecks(desktop, {"elapsed": 3, **paused}, {"elapsed": 300})
-            suggested = desktop.velmor("suggest", environment=Provider(desktop).environment)
+            provider = desktop.enter(ModelProvider())
+            suggested = desktop.velmor("suggest", environment=provider.environment)
             self.assertIn(SECOND["title"], suggested.stdout.splitlines()[0], suggested.stderr)
 
             unplayed = {"plays": False, "elapsed": 0}

@@ -4,7 +4,8 @@ import json
 import os
 import unittest
 
-from players import Provider, configure, playSong, tagged
+from model_provider import SONGS, ModelProvider
+from players import configure, playSong, tagged
 from session import NO_SESSION, Session, waitUntil
 
 PAGE = """<!doctype html><title>Radio</title><audio id=a src=song.wav loop></audio><script>
@@ -17,7 +18,7 @@ a.play();
 class SuggestionTest(unittest.TestCase):
     def testNamesThePlayingTrackAndRanksWhatFollows(self):
         with Session(display=False) as desktop:
-            provider = Provider(desktop)
+            provider = desktop.enter(ModelProvider())
             track = playSong(desktop, title="It's \"Ænima\" 東京", artist="Sigur Rós",
                              album="Left | Right")
             self.assertEqual(
@@ -33,7 +34,7 @@ class SuggestionTest(unittest.TestCase):
                 self.assertEqual(result["currentTrack"]["song"], track["title"])
                 self.assertEqual(result["source"], "macOS Media Control + " + name)
             # The provider has refused every request that was not to the letter.
-            tinker, openAI = (request["body"] for request in provider.requests())
+            tinker, openAI = (request["body"] for request in provider.requests)
             self.assertIn('- Song: It\'s "Ænima" 東京\n- Artist: Sigur Rós\n',
                           tinker["messages"][0]["content"][0]["text"])
             self.assertIn("instructions", openAI)
@@ -58,8 +59,7 @@ class SuggestionTest(unittest.TestCase):
 
     def testTellsInASentenceWhatWentWrong(self):
         with Session(display=False) as desktop:
-            provider = Provider(desktop, "--key", "another key").environment
-            unreachable = {**provider, "VELMOR_TINKER_URL": "http://127.0.0.1:1/"}
+            provider = desktop.enter(ModelProvider())
 
             def expect(sentence, command, environment):
                 ran = desktop.velmor(command, environment=environment)
@@ -67,10 +67,23 @@ class SuggestionTest(unittest.TestCase):
 
             expect(NO_SESSION, "now", {})
             expect("Tinker API key is required for recommendations\n", "suggest", {})
-            expect(NO_SESSION, "suggest", provider)
+            expect(NO_SESSION, "suggest", provider.environment)
             playSong(desktop, title="T", artist="A")
-            expect("request failed with status 401\n", "suggest", provider)
-            expect("The server could not be reached.\n", "suggest", unreachable)
+            for sentence, changed in (
+                    ("request failed with status 401\n", {"TINKER_API_KEY": "another"}),
+                    ("The server could not be reached.\n",
+                     {"VELMOR_TINKER_URL": "http://127.0.0.1:1/"})):
+                expect(sentence, "suggest", {**provider.environment, **changed})
+            for sentence, fault in (
+                    ("request failed with status 503\n", {"status": 503}),
+                    ("decode recommendations\n", {"text": "{}"}),
+                    ("The data couldn't be read because it isn't in the correct format.\n",
+                     {"text": "<html>"}),
+                    ("The network connection was lost.\n", {"cut": True}),
+                    ("AI returned 9 recommendations; expected 10\n", {"songs": SONGS[:9]})):
+                with self.subTest(fault):
+                    faulty = desktop.enter(ModelProvider(**fault))
+                    expect(sentence, "suggest", faulty.environment)
 
     def testAnswersWithoutABusOrARightCommandLine(self):
         with Session(display=False, bus=False) as desktop:

@@ -1,11 +1,7 @@
-"""Real players for a private session, and the model provider that Velmor asks in it."""
+"""Real players for a private session, and Velmor's settings in it."""
 
 import json
 import os
-
-from session import builtVelmor, waitUntil
-
-KEY = "local-demo-key"
 
 
 def tagged(desktop, name, seconds=60, **tags):
@@ -35,31 +31,6 @@ def playSong(desktop, **tags):
     """Plays a song of these tags and gives the track that Velmor then names."""
     mpv(desktop, tagged(desktop, "song.flac", **tags))
     return desktop.waitForTrack(title=tags["title"])
-
-
-class Provider:
-    """The local model provider; `record` gives the requests that it got."""
-
-    def __init__(self, desktop, *options):
-        self.path = os.path.join(desktop.root, "requests")
-        program = os.path.join(os.path.dirname(builtVelmor()), "velmor-local-provider")
-        desktop.start([program, "--record", self.path, *options])
-        log = os.path.basename(program)
-        self.address = waitUntil(lambda: desktop.log(log).splitlines(), "the provider is ready")[0]
-        self.environment = {
-            "TINKER_API_KEY": KEY,
-            "OPENAI_API_KEY": KEY,
-            "VELMOR_TINKER_URL": self.address
-            + "/services/tinker-prod/anthropic/api/v1/messages",
-            "VELMOR_OPENAI_URL": self.address + "/v1/responses",
-            "VELMORDJ_VERSION_URL": self.address,
-        }
-
-    def requests(self):
-        if not os.path.exists(self.path):
-            return []
-        with open(self.path, encoding="utf-8") as record:
-            return [json.loads(line) for line in record]
 
 
 def configure(desktop, **changes):

@@ -58,6 +58,7 @@ class Session:
         self.manager = manager
         self.screen = screen
         self.processes = []
+        self.entered = contextlib.ExitStack()
 
     def __enter__(self):
         self.turn = _takeTurn(self.alone)
@@ -103,8 +104,13 @@ class Session:
             if time.monotonic() > deadline:
                 break
             time.sleep(0.05)
+        self.entered.close()
         shutil.rmtree(self.root, ignore_errors=True)
         os.close(self.turn)
+
+    def enter(self, context):
+        """Enters a context that ends with this desktop, and gives what it gives."""
+        return self.entered.enter_context(context)
 
     def start(self, arguments, environment=None, log=None, **options):
         """Starts a program in this desktop. What it prints goes to the file `log` of `root`."""

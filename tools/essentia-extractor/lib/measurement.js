@@ -1,15 +1,17 @@
 'use strict';
 
-const essentia = require('./essentia');
-const { measureKey } = require('./key');
-const { measureLoudness } = require('./loudness');
+const { attempt, open, packageVersion } = require('./essentia');
 const { measureTempo } = require('./tempo');
 const ownVersion = require('../package.json').version;
 
+const LOUDNESS_FRAME_SECONDS = 2;
+const LOUDNESS_HOP_SECONDS = 1;
+const QUIETEST = 1e-4;
+
 /** Measures a recording; returns the report, laid out as the native extractor lays out its own. */
 function measure(recording) {
-  const library = essentia.open();
-  const signal = essentia.attempt('signal', () => library.arrayToVector(recording.samples));
+  const library = open();
+  const signal = attempt('signal', () => library.arrayToVector(recording.samples));
   return {
     metadata: describe(library, recording),
     lowlevel: { average_loudness: measureLoudness(library, signal, recording.sampleRate) },
@@ -27,7 +29,7 @@ function describe(library, { samples, sampleRate, channels }) {
     },
     version: {
       essentia: library.version,
-      essentia_js: essentia.packageVersion,
+      essentia_js: packageVersion,
       node: process.versions.node,
       extractor: `velmor-essentia-extractor ${ownVersion}`,
     },
@@ -37,6 +39,46 @@ function describe(library, { samples, sampleRate, channels }) {
       key_edma: 'KeyExtractor with profile edma',
     },
   };
+}
+
+/** The key by the profile made from electronic dance music: { key, scale, strength }. */
+function measureKey(library, signal, sampleRate) {
+  const { key, scale, strength } = attempt('KeyExtractor', () =>
+    library.KeyExtractor(
+      signal,
+      true, // averageDetuningCorrection
+      4096, // frameSize
+      4096, // hopSize
+      12, // hpcpSize
+      3500, // maxFrequency
+      60, // maximumSpectralPeaks
+      25, // minFrequency
+      0.2, // pcpThreshold
+      'edma', // profileType
+      sampleRate,
+      0.0001, // spectralPeaksThreshold
+      440, // tuningFrequency
+      'cosine', // weightType
+      'hann', // windowType
+    ),
+  );
+  return { key, scale, strength };
+}
+
+/**
+ * How evenly loud the sound is, 0 to 1: the mean loudness against the loudest moment,
+ * squeezed as the native extractor squeezes it.
+ */
+function measureLoudness(library, signal, sampleRate) {
+  const frame = LOUDNESS_FRAME_SECONDS * sampleRate;
+  const hop = LOUDNESS_HOP_SECONDS * sampleRate;
+  const loudness = attempt('LevelExtractor', () =>
+    library.vectorToArray(library.LevelExtractor(signal, frame, hop).loudness),
+  );
+  const loudest = loudness.reduce((most, value) => Math.max(most, value), QUIETEST);
+  const sum = loudness.reduce((total, value) => total + Math.max(value / loudest, QUIETEST), 0);
+  const level = 10 * Math.log10(sum / loudness.length);
+  return 0.5 + 0.5 * Math.tanh(-1 + (2 * (level + 5)) / 3);
 }
 
 module.exports = { measure };

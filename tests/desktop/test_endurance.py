@@ -1,9 +1,9 @@
-"""An hour of polls leaves nothing behind in the process."""
+"""What hours of use would show: an hour of polls, and the window made small again and again."""
 
 import os
 import unittest
 
-from velmor_window import VelmorDesktop
+from velmor_window import FULL, MANAGERS, MINIMISE, SQUARE, VelmorDesktop
 
 from players import configure, mpv, tagged
 from session import waitUntil
@@ -14,8 +14,8 @@ MEMORY = 4 << 20
 """Bytes by which the allocator may keep more after the polls than before them."""
 
 
-class PollsTest(unittest.TestCase):
-    def testLeaveTheProcessAsItWas(self):
+class EnduranceTest(unittest.TestCase):
+    def testPollsLeaveTheProcessAsItWas(self):
         desktop = self.enterContext(VelmorDesktop(program=HURRIED))
         configure(desktop, autoSuggestTracks=True)
         mpv(desktop, tagged(desktop, "song.flac", title="Song", artist="Band"))
@@ -41,6 +41,21 @@ class PollsTest(unittest.TestCase):
         grown = holdings()[1] - memory
         print(f"{before}; memory grew by {grown >> 10} KB in {POLLS} polls")
         self.assertLess(grown, MEMORY)
+
+    def testAHundredCyclesDoNotDrift(self):
+        for manager in MANAGERS:
+            with VelmorDesktop(manager) as desktop:
+                self.repeat(desktop, manager)
+
+    def repeat(self, desktop, manager):
+        place, square = (301, 97, *FULL), (301 + 507 - 82, 97, *SQUARE)
+        desktop.open(301, 97)
+        desktop.waitForFrame(place)
+        for cycle in range(100):
+            for button, expected in ((MINIMISE, square), ((40, 40), place)):
+                desktop.click(button)
+                waitUntil(lambda: desktop.shows(expected), lambda: f"{expected} in cycle {cycle} "
+                          f"under {manager}; it is {desktop.frame()}")
 
 
 if __name__ == "__main__":
