@@ -33,10 +33,9 @@ void TerminationSignals::listen(int number) {
     static_cast<TerminationSignals*>(data)->heard();
     return G_SOURCE_CONTINUE;
   };
-  GSource* source = g_unix_signal_source_new(number);
-  g_source_set_callback(source, call, this, nullptr);
-  g_source_attach(source, context.get());
-  g_source_unref(source);
+  const GlibPtr<GSource> source(g_unix_signal_source_new(number));
+  g_source_set_callback(source.get(), call, this, nullptr);
+  g_source_attach(source.get(), context.get());
 }
 
 } // namespace velmor

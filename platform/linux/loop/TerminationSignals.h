@@ -20,7 +20,7 @@ private:
   void listen(int number);
 
   std::function<void()> heard;
-  MainContextPtr context;
+  GlibPtr<_GMainContext> context;
   /// The last member: it uses the others.
   std::jthread thread;
 };
