@@ -2,6 +2,7 @@
 
 #include "model/Records.h"
 #include "platform/Platform.h"
+#include "platform/PlayerScript.h"
 
 #include <optional>
 #include <string>
@@ -9,10 +10,11 @@
 
 namespace velmor {
 
-/// Runs a script that asks a media player and returns its trimmed answer, "" when the script
-/// failed. `permissionLabel` names the player in the refusal that the user reads. Throws
-/// NowPlayingError::automationDenied, or LaunchError when the script could not be run.
-[[nodiscard]] std::string runAppleScript(const Platform& platform, const std::string& script,
+/// Runs a script with the system's script tool, or has the backend answer where there is none.
+/// Gives the trimmed answer; "" when the script failed, and then writes the reason to the log.
+/// `permissionLabel` names the player in the refusal that the user reads. Throws
+/// NowPlayingError::automationDenied, or LaunchError when the tool could not be started.
+[[nodiscard]] std::string runAppleScript(const Platform& platform, const PlayerScript& script,
                                          const std::optional<std::string>& permissionLabel);
 
 /// Asks a media player that answers scripts about its track. Stateless; any thread.

@@ -16,7 +16,6 @@ class MainLoop;
 class MediaRemote;
 class ProcessLauncher;
 class RunningApplications;
-class ScriptHost;
 class SystemLog;
 class WindowList;
 class Workspace;
@@ -36,7 +35,6 @@ struct Platform {
   MediaRemote& mediaRemote;
   Accessibility& accessibility;
   WindowList& windows;
-  ScriptHost& scripts;
   Workspace& workspace;
   const PlatformRecord& record;
 
@@ -62,7 +60,6 @@ struct Platform {
             .mediaRemote = part(mediaRemote),
             .accessibility = part(accessibility),
             .windows = part(windows),
-            .scripts = part(scripts),
             .workspace = part(workspace),
             .record = record};
   }

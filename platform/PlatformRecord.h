@@ -1,5 +1,8 @@
 #pragma once
 
+#include "platform/PlayerScript.h"
+#include "platform/ProcessLauncher.h"
+
 #include <functional>
 #include <string>
 #include <vector>
@@ -23,6 +26,9 @@ struct PlatformRecord {
   std::function<std::vector<std::string>()> existingCaptureDevices = [] {
     return std::vector<std::string>{};
   };
+  /// Answers media players' scripts on a system that has no script tool, in the form of that
+  /// tool's result. Empty where the tool is to be run. Any thread; may wait for the player.
+  std::function<ChildResult(const PlayerScript&)> answerScript = nullptr;
 };
 
 } // namespace velmor

@@ -9,7 +9,7 @@ LinuxHost::LinuxHost()
     , log(environment)
     , processes(quit.get_token())
     , http(quit.get_token())
-    , record(linuxRecord(processes))
+    , record(linuxRecord(processes, players))
     , workspace(mainLoop, quit, log)
     , input(mainLoop)
     , parts{.mainLoop = mainLoop,
@@ -24,7 +24,6 @@ LinuxHost::LinuxHost()
             .mediaRemote = mediaRemote,
             .accessibility = accessibility,
             .windows = windows,
-            .scripts = scripts,
             .workspace = workspace,
             .record = record} {}
 

@@ -13,7 +13,6 @@
 #include "platform/linux/loop/TerminationSignals.h"
 #include "platform/linux/media/MprisBus.h"
 #include "platform/linux/media/MprisMediaRemote.h"
-#include "platform/linux/media/MprisScriptHost.h"
 #include "platform/linux/system/FolderBundle.h"
 #include "platform/linux/system/PosixEnvironment.h"
 #include "platform/linux/system/PosixFileManager.h"
@@ -55,7 +54,6 @@ private:
   MprisMediaRemote mediaRemote{players};
   AtspiAccessibility accessibility{environment, quit.get_token()};
   EwmhWindowList windows;
-  MprisScriptHost scripts{players};
   SessionStatus status{environment, quit.get_token()};
   PlatformRecord record;
   // Behind what its worker threads may use: it waits for them when it is destroyed.

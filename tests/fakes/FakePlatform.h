@@ -24,7 +24,6 @@ struct FakePlatform {
   FakeMediaRemote mediaRemote;
   FakeAccessibility accessibility;
   FakeWindowList windows;
-  FakeScripts scripts;
   FakeWorkspace workspace;
   PlatformRecord record{
       .lsof = "/usr/sbin/lsof",
@@ -35,9 +34,8 @@ struct FakePlatform {
       .captureDevices = {":BlackHole 2ch", ":BlackHole", ":Soundflower"},
   };
 
-  Platform platform{loop,          loop,      environment, files,        bundle,
-                    log,           processes, http,        applications, mediaRemote,
-                    accessibility, windows,   scripts,     workspace,    record};
+  Platform platform{loop, loop,         environment, files,         bundle,  log,       processes,
+                    http, applications, mediaRemote, accessibility, windows, workspace, record};
 };
 
 } // namespace velmor

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "platform/ProcessLauncher.h"
-#include "platform/ScriptHost.h"
 
 #include <functional>
 #include <set>
@@ -21,16 +20,6 @@ public:
   std::set<std::string> running;
   std::function<ChildResult(const ChildProcess&)> handler;
   std::vector<ChildProcess> started;
-};
-
-/// Answers scripts by their text.
-class FakeScripts : public ScriptHost {
-public:
-  ChildResult run(const std::string& script, const std::string&) override {
-    return handler ? handler(script) : ChildResult{};
-  }
-
-  std::function<ChildResult(const std::string&)> handler;
 };
 
 } // namespace velmor

@@ -1,15 +1,23 @@
 #pragma once
 
 #include "platform/linux/glib/GlibHandles.h"
+#include "platform/linux/glib/Variants.h"
 
 #include <chrono>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <stop_token>
 #include <string>
 #include <vector>
 
+struct _GCancellable;
+struct _GDBusConnection;
+
 namespace velmor {
+
+/// A connection to a bus; null when there is none. It may be used on any thread.
+using BusConnectionPtr = std::shared_ptr<_GDBusConnection>;
 
 /// A call of a method on a bus.
 struct BusCall {
@@ -58,8 +66,8 @@ private:
 
   Moment lastMoment;
   std::stop_token stop;
-  MainContextPtr context;
-  CancellablePtr cancellable;
+  GlibPtr<_GMainContext> context;
+  GlibPtr<_GCancellable> cancellable;
   int outstanding = 0;
   /// False once answers have nobody left to go to.
   bool isServing = true;

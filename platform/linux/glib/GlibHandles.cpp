@@ -1,28 +1,48 @@
 #include "platform/linux/glib/GlibHandles.h"
 
-#include <gio/gio.h>
 #include <glib-object.h>
 
 namespace velmor {
 
-void GObjectRelease::operator()(void* object) const {
+void GlibRelease<void>::operator()(void* object) const {
   g_object_unref(object);
+}
+
+void GlibRelease<char>::operator()(char* text) const {
+  g_free(text);
+}
+
+void GlibRelease<char*>::operator()(char** texts) const {
+  g_strfreev(texts);
+}
+
+void GlibRelease<GError>::operator()(GError* error) const {
+  g_error_free(error);
+}
+
+void GlibRelease<GKeyFile>::operator()(GKeyFile* file) const {
+  g_key_file_unref(file);
+}
+
+void GlibRelease<GMainContext>::operator()(GMainContext* context) const {
+  g_main_context_unref(context);
+}
+
+void GlibRelease<GSource>::operator()(GSource* source) const {
+  g_source_unref(source);
+}
+
+void GlibRelease<GVariant>::operator()(GVariant* value) const {
+  g_variant_unref(value);
 }
 
 void* takeReference(void* object) {
   return g_object_ref_sink(object);
 }
 
-void GlibRelease::operator()(_GCancellable* cancellable) const {
-  g_object_unref(cancellable);
-}
-
-void GlibRelease::operator()(_GMainContext* context) const {
-  g_main_context_unref(context);
-}
-
-void GlibRelease::operator()(_GVariant* value) const {
-  g_variant_unref(value);
+std::string takeText(char* made) {
+  const GlibPtr<char> text(made);
+  return text ? text.get() : "";
 }
 
 } // namespace velmor

@@ -8,6 +8,8 @@
 
 namespace velmor {
 
+using VariantPtr = GlibPtr<_GVariant>;
+
 /// Takes over a value that GLib has just made.
 [[nodiscard]] VariantPtr takeVariant(_GVariant* made);
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/MainLoop.h"
-#include "platform/linux/glib/GlibHandles.h"
+#include "platform/linux/bus/SessionBus.h"
 #include "platform/linux/media/MprisPlayer.h"
 
 #include <cstdint>
@@ -15,8 +15,6 @@
 #include <vector>
 
 namespace velmor {
-
-class BusWait;
 
 /// Remembers in which order players began to play. Players go by their unique names on the bus.
 /// Any thread.

@@ -1,5 +1,7 @@
 #include "platform/linux/media/MprisPlayer.h"
 
+#include "platform/linux/glib/Variants.h"
+
 #include <glib.h>
 
 #include <cmath>

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "platform/linux/glib/GlibHandles.h"
-
 #include <cstdint>
 #include <optional>
 #include <string>
+
+struct _GVariant;
 
 namespace velmor {
 

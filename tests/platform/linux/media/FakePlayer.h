@@ -1,6 +1,7 @@
 #pragma once
 
-#include "platform/linux/glib/GlibHandles.h"
+#include "platform/linux/bus/SessionBus.h"
+#include "platform/linux/glib/Variants.h"
 
 #include <gio/gio.h>
 

@@ -1,7 +1,7 @@
 #include "platform/linux/bus/SessionBus.h"
 #include "platform/linux/media/MprisBus.h"
 #include "platform/linux/media/MprisPlayer.h"
-#include "platform/linux/media/MprisScriptHost.h"
+#include "platform/linux/media/MprisScripts.h"
 #include "platform/linux/media/MprisSession.h"
 #include "tests/fakes/FakeSystem.h"
 
@@ -73,19 +73,28 @@ TEST(MprisDescriptionTest, PlayersGoByTheirNames) {
   EXPECT_TRUE(goesByName(named, "Music"));
 }
 
-TEST(MprisScriptHostTest, FailsForOtherScriptsAndWithoutAPlayer) {
+TEST(MprisScriptsTest, AnswersInTheScriptsWords) {
+  using Question = PlayerScript::Question;
+  auto complete = player("x", Status::Playing, "T");
+  complete.artist = "A";
+  auto other = complete;
+  other.status = Status::Paused;
+  EXPECT_EQ(answerOf(complete, Question::CurrentTrack), "") << "without an album";
+  complete.album = "";
+  EXPECT_EQ(answerOf(complete, Question::CurrentTrack), "T\x1E\x41\x1E");
+  EXPECT_EQ(answerOf(complete, Question::IsPaused), "no");
+  EXPECT_EQ(answerOf(other, Question::CurrentTrack), "STATE:paused");
+  EXPECT_EQ(answerOf(other, Question::IsPaused), "yes");
+  other.status = Status::Stopped;
+  EXPECT_EQ(answerOf(other, Question::IsPaused), "no");
+}
+
+TEST(MprisScriptsTest, FailsWithoutABus) {
   FakeEnvironment environment;
   MprisBusSource buses(environment, {});
-  MprisScriptHost host(buses);
-  const std::string paused = "tell application \"Spotify\"\n"
-                             "    if player state is paused then return \"yes\"\n"
-                             "end tell\nreturn \"no\"";
-  for (const std::string script : {"", "tell application \"Spotify", "do shell script \"true\""})
-    EXPECT_EQ(host.run(script, "").errorOutput, "This system cannot run the script.") << script;
-  EXPECT_EQ(host.run(paused + "\nquit", "").errorOutput, "This system cannot run the script.");
-  const auto unanswered = host.run(paused, "the media player");
-  EXPECT_EQ(unanswered.errorOutput, "Spotify does not answer on the session bus.");
-  EXPECT_EQ(unanswered.exitStatus, 1);
+  const auto result = answerScript({PlayerScript::Question::IsPaused, "Spotify", ""}, buses);
+  EXPECT_EQ(result.errorOutput, "Spotify does not answer on the session bus.");
+  EXPECT_EQ(result.exitStatus, 1);
 }
 
 TEST(MprisPropertiesTest, ReadsOnlyMembersOfTheRightType) {

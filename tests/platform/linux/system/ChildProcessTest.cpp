@@ -1,4 +1,3 @@
-#include "platform/OsascriptHost.h"
 #include "platform/linux/system/PosixEnvironment.h"
 #include "platform/linux/system/PosixProcessLauncher.h"
 #include "tests/support/TemporaryFolder.h"
@@ -72,14 +71,6 @@ TEST_F(ChildProcessTest, TellsLaunchFailuresFromEndings) {
 TEST_F(ChildProcessTest, PassesArgumentsUnchanged) {
   const auto result = launcher.run({"/usr/bin/printf", {"%s|", "$HOME; 'x' \"y\"", "", "ä\n"}});
   EXPECT_EQ(result.output, "$HOME; 'x' \"y\"||ä\n|");
-}
-
-TEST_F(ChildProcessTest, TheScriptToolReadsTheScript) {
-  const auto tool = folder.path / "osascript";
-  std::ofstream(tool) << "#!/bin/sh\nprintf '%s: ' \"$*\"; cat\n";
-  std::filesystem::permissions(tool, std::filesystem::perms::owner_all);
-  EXPECT_EQ(OsascriptHost(launcher, tool).run("a script", "the media player").output,
-            "-: a script");
 }
 
 TEST_F(ChildProcessTest, DoesNotWaitForWhatTheChildLeavesRunning) {
