@@ -111,8 +111,8 @@ public:
     client.windowClass = text(requests.windowClass, 1);
     client.hidden = holds(numbers(requests.state), ewmh._NET_WM_STATE_HIDDEN);
     const auto type = numbers(requests.type);
-    client.belongsToDesktop = holds(type, ewmh._NET_WM_WINDOW_TYPE_DESKTOP) ||
-                              holds(type, ewmh._NET_WM_WINDOW_TYPE_DOCK);
+    client.belongsToDesktop =
+        holds(type, ewmh._NET_WM_WINDOW_TYPE_DESKTOP) || holds(type, ewmh._NET_WM_WINDOW_TYPE_DOCK);
     return client;
   }
 
