@@ -1,6 +1,7 @@
 #include "platform/linux/LinuxHost.h"
 
 #include "platform/linux/LinuxRecord.h"
+#include "platform/linux/page/WebKitProfile.h"
 
 namespace velmor {
 
@@ -10,7 +11,8 @@ LinuxHost::LinuxHost()
     , processes(quit.get_token())
     , http(quit.get_token())
     , record(linuxRecord(processes, players))
-    , workspace(mainLoop, quit, log)
+    // How our window is drawn is nothing to a browser.
+    , workspace(mainLoop, quit, log, {WebKitProfile::processorVariable})
     , input(mainLoop)
     , parts{.mainLoop = mainLoop,
             .clock = clock,

@@ -1,19 +1,23 @@
 #pragma once
 
 #include "platform/Workspace.h"
-#include "platform/linux/loop/GlibMainLoop.h"
 
 #include <stop_token>
+#include <string>
+#include <vector>
 
 namespace velmor {
 
+class GlibMainLoop;
 class SystemLog;
 
 /// The desktop as GIO knows it.
 class GioWorkspace final : public Workspace {
 public:
-  /// `terminate` requests `quitSource` to stop and ends the loop.
-  GioWorkspace(GlibMainLoop& mainLoop, std::stop_source quitSource, SystemLog& systemLog);
+  /// `terminate` requests `quitSource` to stop and ends the loop. What is opened does not inherit
+  /// the environment variables named in `ownVariables`.
+  GioWorkspace(GlibMainLoop& mainLoop, std::stop_source quitSource, SystemLog& systemLog,
+               std::vector<std::string> ownVariables);
 
   void openURL(const std::string& url) override;
   void terminate() override;
@@ -23,9 +27,7 @@ private:
   GlibMainLoop& loop;
   std::stop_source quit;
   SystemLog& log;
+  std::vector<std::string> hidden;
 };
-
-/// True for a text that begins with a scheme and a colon.
-[[nodiscard]] bool hasScheme(const std::string& url);
 
 } // namespace velmor

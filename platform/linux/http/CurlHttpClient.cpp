@@ -1,13 +1,16 @@
 #include "platform/linux/http/CurlHttpClient.h"
 
 #include "platform/linux/http/CurlTransfer.h"
+#include "platform/linux/http/HttpAddress.h"
 #include "platform/linux/system/PosixProcessLauncher.h"
 
 #include <curl/curl.h>
-#include <strings.h>
 
 #include <algorithm>
 #include <array>
+#include <chrono>
+#include <initializer_list>
+#include <utility>
 
 namespace velmor {
 
@@ -23,7 +26,7 @@ bool isRedirect(int status) {
 void removeHeaders(HttpRequest& request, std::initializer_list<const char*> names) {
   std::erase_if(request.headers, [&](const auto& header) {
     return std::ranges::any_of(
-        names, [&](const char* name) { return ::strcasecmp(header.first.c_str(), name) == 0; });
+        names, [&](const char* name) { return curl_strequal(header.first.c_str(), name) != 0; });
   });
 }
 
@@ -45,10 +48,17 @@ CurlTransfer::Clock::duration limited(Seconds duration) {
       std::clamp(duration, Seconds{0}, longest));
 }
 
-} // namespace
+class CurlHttpSession final : public HttpSession {
+public:
+  CurlHttpSession(const HttpSessionConfiguration& limits, std::stop_token quitToken)
+      : configuration(limits), quit(std::move(quitToken)) {}
 
-CurlHttpSession::CurlHttpSession(const HttpSessionConfiguration& limits, std::stop_token quitToken)
-    : configuration(limits), quit(std::move(quitToken)) {}
+  [[nodiscard]] HttpResponse send(const HttpRequest& request) const override;
+
+private:
+  HttpSessionConfiguration configuration;
+  std::stop_token quit;
+};
 
 HttpResponse CurlHttpSession::send(const HttpRequest& original) const {
   HttpRequest request = original;
@@ -69,6 +79,8 @@ HttpResponse CurlHttpSession::send(const HttpRequest& original) const {
   }
   throw TransportError("There were too many redirects.");
 }
+
+} // namespace
 
 CurlHttpClient::CurlHttpClient(std::stop_token quitToken) : quit(std::move(quitToken)) {
   // libcurl sets itself up with the first request, from any thread: starting does not pay for it.

@@ -2,26 +2,16 @@
 
 #include "platform/HttpSession.h"
 
+#include <memory>
 #include <stop_token>
 
 namespace velmor {
 
-/// Sends requests with libcurl, each over a connection of its own.
-class CurlHttpSession final : public HttpSession {
-public:
-  CurlHttpSession(const HttpSessionConfiguration& limits, std::stop_token quitToken);
-
-  [[nodiscard]] HttpResponse send(const HttpRequest& request) const override;
-
-private:
-  HttpSessionConfiguration configuration;
-  std::stop_token quit;
-};
-
-/// Makes sessions that use libcurl. Sessions end before their client does.
+/// Makes sessions that send requests with libcurl, each over a connection of its own. Sessions end
+/// before their client does.
 class CurlHttpClient final : public HttpClient {
 public:
-  /// `quitToken` ends every request at once.
+  /// Once `quitToken` is stopped, every request fails at once.
   explicit CurlHttpClient(std::stop_token quitToken);
   CurlHttpClient(const CurlHttpClient&) = delete;
   CurlHttpClient& operator=(const CurlHttpClient&) = delete;

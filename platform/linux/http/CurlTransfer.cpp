@@ -1,10 +1,18 @@
 #include "platform/linux/http/CurlTransfer.h"
 
+#include "platform/linux/http/HttpAddress.h"
+
 #include <algorithm>
-#include <functional>
+#include <string_view>
+#include <utility>
 
 namespace velmor {
 
+namespace {
+
+using std::chrono::milliseconds;
+
+/// What a failed transfer means, as a sentence for the user.
 std::string transportMessage(CURLcode failure) {
   switch (failure) {
   case CURLE_OPERATION_TIMEDOUT:
@@ -37,10 +45,6 @@ std::string transportMessage(CURLcode failure) {
     return "The request could not be carried out.";
   }
 }
-
-namespace {
-
-using std::chrono::milliseconds;
 
 long longInfo(CURL* handle, CURLINFO which) {
   long value = 0;

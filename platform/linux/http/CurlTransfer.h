@@ -1,48 +1,31 @@
 #pragma once
 
 #include "platform/HttpSession.h"
-#include "platform/linux/http/HttpAddress.h"
 
 #include <curl/curl.h>
 
 #include <array>
 #include <chrono>
-#include <exception>
+#include <cstddef>
 #include <memory>
 #include <stop_token>
 #include <string>
 
 namespace velmor {
 
-/// Lets go of libcurl's handles.
-struct CurlCleanup {
-  void operator()(CURLU* url) const { curl_url_cleanup(url); }
-  void operator()(curl_slist* list) const { curl_slist_free_all(list); }
-};
-/// libcurl's other handles have one type in common, so each needs a record of its own.
-struct CurlEasyCleanup {
-  void operator()(CURL* handle) const { curl_easy_cleanup(handle); }
-};
-struct CurlMultiCleanup {
-  void operator()(CURLM* handle) const { curl_multi_cleanup(handle); }
-};
+class HttpAddress;
 
-using CurlUrlHandle = std::unique_ptr<CURLU, CurlCleanup>;
-using CurlHeaderList = std::unique_ptr<curl_slist, CurlCleanup>;
-using CurlEasyHandle = std::unique_ptr<CURL, CurlEasyCleanup>;
-using CurlMultiHandle = std::unique_ptr<CURLM, CurlMultiCleanup>;
-
-/// What a failed transfer means, as a sentence for the user.
-[[nodiscard]] std::string transportMessage(CURLcode failure);
-
-/// One request and its answer, without redirects.
+/// One request and its answer, without redirects. Used by one thread.
 class CurlTransfer {
 public:
   using Clock = std::chrono::steady_clock;
 
   struct Limits {
+    /// The longest time without any progress.
     Clock::duration idle;
+    /// When the whole transfer must be done.
     Clock::time_point end;
+    /// Ends the transfer at once.
     std::stop_token stop;
   };
 
@@ -59,6 +42,16 @@ public:
   [[nodiscard]] std::string redirectAddress() const;
 
 private:
+  struct EasyCleanup {
+    void operator()(CURL* handle) const { curl_easy_cleanup(handle); }
+  };
+  struct MultiCleanup {
+    void operator()(CURLM* handle) const { curl_multi_cleanup(handle); }
+  };
+  struct ListCleanup {
+    void operator()(curl_slist* list) const { curl_slist_free_all(list); }
+  };
+
   /// How much has moved and which steps of connecting are done.
   using Progress = std::array<curl_off_t, 6>;
 
@@ -69,9 +62,9 @@ private:
   [[nodiscard]] HttpResponse answer();
   static std::size_t receive(char* bytes, std::size_t size, std::size_t count, void* transfer);
 
-  CurlMultiHandle multi;
-  CurlEasyHandle easy;
-  CurlHeaderList headers;
+  std::unique_ptr<CURLM, MultiCleanup> multi;
+  std::unique_ptr<CURL, EasyCleanup> easy;
+  std::unique_ptr<curl_slist, ListCleanup> headers;
   std::string body;
   bool bodyTooLarge = false;
 };

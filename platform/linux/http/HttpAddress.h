@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 
 namespace velmor {
 
@@ -11,20 +10,20 @@ public:
   /// Throws TransportError for anything else than a valid http or https address.
   explicit HttpAddress(const std::string& address);
 
+  /// As it was given.
   [[nodiscard]] const std::string& url() const { return text; }
 
   /// True when scheme, host and port are the same.
-  [[nodiscard]] bool hasSameOrigin(const HttpAddress& other) const {
-    return origin == other.origin;
-  }
+  [[nodiscard]] bool hasSameOrigin(const HttpAddress& other) const;
 
   /// True when the host can only be this machine.
   [[nodiscard]] bool isLoopback() const;
 
 private:
   std::string text;
+  std::string scheme;
   std::string host;
-  std::string origin;
+  std::string port;
 };
 
 } // namespace velmor

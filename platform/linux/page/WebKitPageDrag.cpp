@@ -1,8 +1,11 @@
 #include "platform/linux/page/WebKitPageDrag.h"
 
+#include "platform/linux/page/WebKitProfile.h"
+
 #include <webkit2/webkit2.h>
 
 #include <cmath>
+#include <utility>
 
 namespace velmor {
 
@@ -84,11 +87,7 @@ WebKitPageDrag::WebKitPageDrag(_WebKitUserContentManager* manager, WindowPlace w
   };
   signals.connect(manager, "script-message-received::velmorBackground", +received, this);
   webkit_user_content_manager_register_script_message_handler_in_world(manager, handler, world);
-  auto* const added = webkit_user_script_new_for_world(script, WEBKIT_USER_CONTENT_INJECT_TOP_FRAME,
-                                                       WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START,
-                                                       world, nullptr, nullptr);
-  webkit_user_content_manager_add_script(manager, added);
-  webkit_user_script_unref(added);
+  WebKitProfile::addScript(manager, script, world);
 }
 
 void WebKitPageDrag::attach(_WebKitWebView* shown) {

@@ -5,29 +5,29 @@
 
 #include <webkit2/webkit2.h>
 
+#include <algorithm>
+#include <array>
+#include <utility>
+
 namespace velmor {
 
 namespace {
 
-GObjectPtr<GtkWidget> makeView(const WebKitProfile& profile, WebKitUserContentManager* manager,
-                               bool developerExtras) {
+GlibPtr<GtkWidget> makeView(const WebKitProfile& profile, WebKitUserContentManager* manager,
+                            bool developerExtras) {
   const auto settings = profile.makeSettings(developerExtras);
   return owned(GTK_WIDGET(g_object_new(WEBKIT_TYPE_WEB_VIEW, "web-context", profile.context(),
                                        "user-content-manager", manager, "settings", settings.get(),
                                        nullptr)));
 }
 
-WebKitWebView* webView(const GObjectPtr<GtkWidget>& widget) {
+WebKitWebView* webView(const GlibPtr<GtkWidget>& widget) {
   return WEBKIT_WEB_VIEW(widget.get());
 }
 
 std::string fileAddress(const std::filesystem::path& path) {
-  GFile* const file = g_file_new_for_path(path.c_str());
-  gchar* const uri = g_file_get_uri(file);
-  std::string address = uri;
-  g_free(uri);
-  g_object_unref(file);
-  return address;
+  const GlibPtr<GFile> file(g_file_new_for_path(path.c_str()));
+  return takeText(g_file_get_uri(file.get()));
 }
 
 /// Loading stopped because it was told to.
@@ -37,7 +37,106 @@ bool isOwnDoing(const GError* error) {
                          WEBKIT_POLICY_ERROR_FRAME_LOAD_INTERRUPTED_BY_POLICY_CHANGE) != FALSE;
 }
 
+gboolean decide(WebKitPolicyDecision* decision, bool allowed) {
+  if (allowed)
+    webkit_policy_decision_use(decision);
+  else
+    webkit_policy_decision_ignore(decision);
+  return TRUE;
+}
+
+std::string address(WebKitPolicyDecision* decision) {
+  auto* const action = webkit_navigation_policy_decision_get_navigation_action(
+      WEBKIT_NAVIGATION_POLICY_DECISION(decision));
+  return webkit_uri_request_get_uri(webkit_navigation_action_get_request(action));
+}
+
+bool editsText(WebKitContextMenuItem* item) {
+  constexpr std::array editing{
+      WEBKIT_CONTEXT_MENU_ACTION_COPY,          WEBKIT_CONTEXT_MENU_ACTION_CUT,
+      WEBKIT_CONTEXT_MENU_ACTION_PASTE,         WEBKIT_CONTEXT_MENU_ACTION_PASTE_AS_PLAIN_TEXT,
+      WEBKIT_CONTEXT_MENU_ACTION_DELETE,        WEBKIT_CONTEXT_MENU_ACTION_SELECT_ALL,
+      WEBKIT_CONTEXT_MENU_ACTION_INPUT_METHODS, WEBKIT_CONTEXT_MENU_ACTION_UNICODE,
+      WEBKIT_CONTEXT_MENU_ACTION_INSERT_EMOJI};
+  const auto action = webkit_context_menu_item_get_stock_action(item);
+  return webkit_context_menu_item_is_separator(item) != FALSE ||
+         std::find(editing.begin(), editing.end(), action) != editing.end();
+}
+
+void keepEditing(WebKitContextMenu* menu) {
+  for (guint number = webkit_context_menu_get_n_items(menu); number > 0; --number) {
+    auto* const item = webkit_context_menu_get_item_at_position(menu, number - 1);
+    if (!editsText(item)) webkit_context_menu_remove(menu, item);
+  }
+  auto* const last = webkit_context_menu_last(menu);
+  if (last && webkit_context_menu_item_is_separator(last) != FALSE)
+    webkit_context_menu_remove(menu, last);
+}
+
+bool isAboutText(WebKitHitTestResult* hit) {
+  return webkit_hit_test_result_context_is_editable(hit) != FALSE ||
+         webkit_hit_test_result_context_is_selection(hit) != FALSE;
+}
+
 } // namespace
+
+/// Keeps the view to its one page: whatever leads elsewhere or wants more is refused. That is other
+/// pages, also those of frames and dropped files, new windows, downloads and permissions.
+class WebKitPageView::Refusals {
+public:
+  /// `menuHandler` is called where the view would have shown a menu of its own, with Back and
+  /// Reload; texts that can be edited or copied keep theirs.
+  Refusals(WebKitWebView* view, MenuHandler menuHandler) : onMenu(std::move(menuHandler)) {
+    const auto decidePolicy = [](WebKitWebView*, WebKitPolicyDecision* decision,
+                                 WebKitPolicyDecisionType type, gpointer data) -> gboolean {
+      auto& self = *static_cast<Refusals*>(data);
+      if (type == WEBKIT_POLICY_DECISION_TYPE_NAVIGATION_ACTION)
+        return decide(decision, self.allows(address(decision)));
+      if (type == WEBKIT_POLICY_DECISION_TYPE_NEW_WINDOW_ACTION) return decide(decision, false);
+      return decide(decision, webkit_response_policy_decision_is_mime_type_supported(
+                                  WEBKIT_RESPONSE_POLICY_DECISION(decision)) != FALSE);
+    };
+    const auto createWindow = [](WebKitWebView*, WebKitNavigationAction*, gpointer) -> GtkWidget* {
+      return nullptr;
+    };
+    const auto askPermission = [](WebKitWebView*, WebKitPermissionRequest* request,
+                                  gpointer) -> gboolean {
+      webkit_permission_request_deny(request);
+      return TRUE;
+    };
+    const auto contextMenu = [](WebKitWebView*, WebKitContextMenu* menu, GdkEvent* event,
+                                WebKitHitTestResult* hit, gpointer data) -> gboolean {
+      if (isAboutText(hit)) {
+        keepEditing(menu);
+        return FALSE;
+      }
+      static_cast<Refusals*>(data)->onMenu(event);
+      return TRUE;
+    };
+    signals.connect(view, "decide-policy", +decidePolicy, this);
+    signals.connect(view, "create", +createWindow, this);
+    signals.connect(view, "permission-request", +askPermission, this);
+    signals.connect(view, "context-menu", +contextMenu, this);
+  }
+
+  /// The one address that may be loaded, once, from now on.
+  void setPage(const std::string& address) {
+    page = address;
+    begun = false;
+  }
+
+private:
+  [[nodiscard]] bool allows(const std::string& address) {
+    if (address == page) return !std::exchange(begun, true);
+    // A place within the page is no other page.
+    return begun && address.starts_with(page + "#");
+  }
+
+  MenuHandler onMenu;
+  std::string page;
+  bool begun = false;
+  SignalConnections signals;
+};
 
 struct WebKitPageView::Handler {
   WebKitPageView* view;
@@ -52,7 +151,7 @@ WebKitPageView::WebKitPageView(MainLoop& mainLoop, const WebKitProfile& profile,
     , manager(webkit_user_content_manager_new())
     , drag(manager.get(), std::move(surroundings.window))
     , view(makeView(profile, manager.get(), wanted.developerExtras))
-    , refusals(webView(view), std::move(surroundings.menu)) {
+    , refusals(std::make_unique<Refusals>(webView(view), std::move(surroundings.menu))) {
   addScripts();
   drag.attach(webView(view));
   setMovesWindow(true);
@@ -65,13 +164,8 @@ WebKitPageView::~WebKitPageView() {
 }
 
 void WebKitPageView::addScripts() {
-  for (const auto& source : configuration.userScripts) {
-    auto* const script =
-        webkit_user_script_new(source.c_str(), WEBKIT_USER_CONTENT_INJECT_TOP_FRAME,
-                               WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START, nullptr, nullptr);
-    webkit_user_content_manager_add_script(manager.get(), script);
-    webkit_user_script_unref(script);
-  }
+  for (const auto& source : configuration.userScripts)
+    WebKitProfile::addScript(manager.get(), source.c_str());
 }
 
 void WebKitPageView::connectSignals() {
@@ -113,19 +207,18 @@ void WebKitPageView::addMessageHandler(const std::string& name, MessageHandler h
 }
 
 void WebKitPageView::received(const Handler& handler, _WebKitJavascriptResult* result) {
-  gchar* const json = jsc_value_to_json(webkit_javascript_result_get_js_value(result), 0);
+  const GlibPtr<char> json(jsc_value_to_json(webkit_javascript_result_get_js_value(result), 0));
   // Nothing that JSON can say, so no message either.
   if (!json) return;
   loop.post(MainLoop::Lane::Actor, [handle = handler.handle, name = handler.name,
-                                    body = std::string(json)] { handle(name, body); });
-  g_free(json);
+                                    body = std::string(json.get())] { handle(name, body); });
 }
 
 void WebKitPageView::loadFile(const std::filesystem::path& page,
                               const std::filesystem::path& /*a page's own folder is readable*/) {
   const auto address = fileAddress(page);
   hasFailed = false;
-  refusals.setPage(address);
+  refusals->setPage(address);
   webkit_web_view_load_uri(webView(view), address.c_str());
 }
 

@@ -3,10 +3,15 @@
 #include "platform/MainLoop.h"
 #include "platform/PageView.h"
 #include "platform/linux/glib/GlibHandles.h"
+#include "platform/linux/glib/SignalConnections.h"
 #include "platform/linux/page/WebKitPageDrag.h"
-#include "platform/linux/page/WebKitProfile.h"
 
+#include <filesystem>
+#include <functional>
 #include <map>
+#include <memory>
+#include <string>
+#include <utility>
 
 struct _GtkWidget;
 struct _WebKitJavascriptResult;
@@ -21,9 +26,12 @@ class WebKitProfile;
 /// how loading goes belong to the display lane.
 class WebKitPageView final : public PageView {
 public:
+  /// Gets the toolkit's event that asks for the context menu, null for a key.
+  using MenuHandler = std::function<void(void* event)>;
+
   /// What the view needs of the window around it.
   struct Surroundings {
-    WebKitRefusals::MenuHandler menu;
+    MenuHandler menu;
     WebKitPageDrag::WindowPlace window;
   };
 
@@ -50,6 +58,7 @@ public:
   void setBackground(const Color& color);
 
 private:
+  class Refusals;
   struct Handler;
 
   void addScripts();
@@ -60,10 +69,10 @@ private:
 
   MainLoop& loop;
   WebViewConfiguration configuration;
-  GObjectPtr<_WebKitUserContentManager> manager;
+  GlibPtr<_WebKitUserContentManager> manager;
   WebKitPageDrag drag;
-  GObjectPtr<_GtkWidget> view;
-  WebKitRefusals refusals;
+  GlibPtr<_GtkWidget> view;
+  std::unique_ptr<Refusals> refusals;
   std::weak_ptr<NavigationDelegate> delegate;
   std::map<std::string, std::unique_ptr<Handler>> handlers;
   bool hasFailed = false;

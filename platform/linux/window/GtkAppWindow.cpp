@@ -1,75 +1,15 @@
 #include "platform/linux/window/GtkAppWindow.h"
 
+#include "platform/linux/desktop/WindowProperties.h"
 #include "platform/linux/page/WebKitPageView.h"
 #include "platform/linux/window/GtkMainMenu.h"
-#include "platform/linux/window/GtkWindowButtons.h"
-#include "platform/linux/window/GtkWindowProperty.h"
+#include "platform/linux/window/GtkScreens.h"
+#include "platform/linux/window/GtkStyle.h"
 
 #include <gdk/gdkx.h>
 #include <gtk/gtk.h>
 
 namespace velmor {
-
-namespace {
-
-constexpr Seconds longestAnswer{0.5};
-
-} // namespace
-
-GtkFrame::GtkFrame(MainLoop& mainLoop, _GtkWindow* toplevel, const XRect& initial)
-    : loop(mainLoop), window(toplevel), frame(initial) {
-  order(initial, false);
-}
-
-void GtkFrame::order(const XRect& wanted, bool hidden) {
-  const bool sameSize = wanted.width == frame.width && wanted.height == frame.height;
-  frame = wanted;
-  patience = loop.callLater(MainLoop::Lane::Display, longestAnswer, [this] { accept(actual()); });
-  auto* const surface = gtk_widget_get_window(GTK_WIDGET(window));
-  if (!surface || !sameSize) {
-    setSizeHints(false);
-    gtk_window_resize(window, wanted.width, wanted.height);
-  }
-  gtk_window_move(window, wanted.x, wanted.y);
-  if (!surface || (sameSize && !hidden)) return;
-  // Both at once: the toolkit would move the window now and resize it with its next frame.
-  gdk_window_move_resize(surface, wanted.x, wanted.y, wanted.width, wanted.height);
-}
-
-void GtkFrame::configured() {
-  const auto answered = actual();
-  if (!patience || answered == frame) accept(answered);
-}
-
-void GtkFrame::accept(const XRect& answered) {
-  // The order may have waited in this call's own timer, which is done now.
-  const auto finished = std::move(patience);
-  frame = answered;
-  if (finished) setSizeHints(true);
-}
-
-XRect GtkFrame::actual() const {
-  auto* const surface = gtk_widget_get_window(GTK_WIDGET(window));
-  if (!surface || gtk_widget_get_mapped(GTK_WIDGET(window)) == FALSE) return frame;
-  XRect answer;
-  gdk_window_get_origin(surface, &answer.x, &answer.y);
-  answer.width = gdk_window_get_width(surface);
-  answer.height = gdk_window_get_height(surface);
-  return answer;
-}
-
-void GtkFrame::setSizeHints(bool hold) {
-  GdkGeometry geometry{};
-  geometry.min_width = hold ? frame.width : 1;
-  geometry.min_height = hold ? frame.height : 1;
-  geometry.max_width = hold ? frame.width : G_MAXSHORT;
-  geometry.max_height = hold ? frame.height : G_MAXSHORT;
-  const auto both = static_cast<GdkWindowHints>(GDK_HINT_MIN_SIZE | GDK_HINT_MAX_SIZE);
-  gtk_window_set_geometry_hints(window, nullptr, &geometry, both);
-  // The toolkit tells the window manager with its next frame, too late for an order that follows.
-  auto* const surface = gtk_widget_get_window(GTK_WIDGET(window));
-  if (surface && !hold) gdk_window_set_geometry_hints(surface, &geometry, both);
-}
 
 namespace {
 
@@ -82,9 +22,8 @@ constexpr Seconds longestComingBack{1};
 
 /// Raises the window above the one that is topmost now. Some window managers take a plain raise as
 /// a wish for the keyboard focus.
-void raiseAboveTopmost(GdkWindow* surface) {
-  const auto stack =
-      GtkWindowProperty::list(gdk_get_default_root_window(), "_NET_CLIENT_LIST_STACKING");
+void raiseAboveTopmost(GdkWindow* surface, const WindowProperties& properties) {
+  const auto stack = properties.stack();
   const auto own = gdk_x11_window_get_xid(surface);
   if (!stack.empty() && stack.back() == own) return;
   auto* const display = gdk_window_get_display(surface);
@@ -98,7 +37,7 @@ void raiseAboveTopmost(GdkWindow* surface) {
   gdk_x11_display_error_trap_pop_ignored(display);
 }
 
-GtkWindow* toplevel(const GObjectPtr<_GtkWidget>& widget) {
+GtkWindow* toplevel(const GlibPtr<_GtkWidget>& widget) {
   return GTK_WINDOW(widget.get());
 }
 
@@ -113,7 +52,7 @@ GtkAppWindow::GtkAppWindow(const Context& surroundings, const Rect& content, uns
           overlay, [this] { close(); }, [this] { miniaturize(); })
     , glass(overlay, [this](void* event) { context.menu.popUp(window.get(), event); })
     , place(context.loop, toplevel(window), GtkScreens::toX(content))
-    , companion(context.loop, window.get()) {
+    , companion(context.loop, context.properties, window.get()) {
   gtk_window_set_decorated(toplevel(window), FALSE);
   gtk_container_add(GTK_CONTAINER(window.get()), GTK_WIDGET(overlay));
   gtk_widget_show(GTK_WIDGET(overlay));
@@ -287,7 +226,7 @@ void GtkAppWindow::orderFront() {
 void GtkAppWindow::orderFrontRegardless() {
   if (isClosing) return;
   if (!shown) show();
-  if (!iconified && surface()) raiseAboveTopmost(surface());
+  if (!iconified && surface()) raiseAboveTopmost(surface(), context.properties);
 }
 
 void GtkAppWindow::close() {

@@ -1,53 +1,31 @@
 #pragma once
 
+#include "platform/Geometry.h"
 #include "platform/MainLoop.h"
 #include "platform/Window.h"
 #include "platform/linux/glib/GlibHandles.h"
+#include "platform/linux/glib/SignalConnections.h"
+#include "platform/linux/window/GtkFrame.h"
 #include "platform/linux/window/GtkFullScreenCompanion.h"
 #include "platform/linux/window/GtkGlass.h"
-#include "platform/linux/window/GtkScreens.h"
 #include "platform/linux/window/GtkWindowButtons.h"
 
 #include <functional>
 #include <memory>
+#include <optional>
+#include <string>
+#include <utility>
 
-struct _GtkWindow;
 struct _GdkWindow;
 struct _GtkOverlay;
+struct _GtkWidget;
 
 namespace velmor {
-
-/// Where a toplevel window is. X11 carries out orders later, and a window manager may carry them
-/// out otherwise: until it has answered, the frame is what was ordered.
-///
-/// The size is held by the window's size hints, so that nobody else changes it. They must not stand
-/// in the way of an order, and may follow only when the order is carried out.
-class GtkFrame {
-public:
-  GtkFrame(MainLoop& mainLoop, _GtkWindow* toplevel, const XRect& initial);
-
-  [[nodiscard]] const XRect& current() const { return frame; }
-  /// `hidden` says that the window is iconified, when the toolkit passes on no new size by itself.
-  void order(const XRect& wanted, bool hidden);
-
-  /// The window manager has answered, or somebody has moved the window.
-  void configured();
-
-private:
-  [[nodiscard]] XRect actual() const;
-  void setSizeHints(bool hold);
-  void accept(const XRect& answered);
-
-  MainLoop& loop;
-  _GtkWindow* window;
-  XRect frame;
-  /// Runs while an order is under way; at its end the frame is what it is.
-  std::unique_ptr<Timer> patience;
-};
 
 class GtkMainMenu;
 class WebKitPageView;
 class WebKitProfile;
+class WindowProperties;
 
 /// A window made by the toolkit, without the window manager's decorations: turning those off and on
 /// shifts a window, each window manager's in another way. What is drawn around the page instead is
@@ -58,6 +36,7 @@ public:
     MainLoop& loop;
     GtkMainMenu& menu;
     WebKitProfile& profile;
+    const WindowProperties& properties;
     /// Called after a window has gone.
     std::function<void()> onClosed;
   };
@@ -108,7 +87,7 @@ private:
 
   Context context;
   std::string name;
-  GObjectPtr<_GtkWidget> window;
+  GlibPtr<_GtkWidget> window;
   _GtkOverlay* overlay;
   _GtkWidget* message = nullptr;
   unsigned style;

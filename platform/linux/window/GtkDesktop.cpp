@@ -5,11 +5,14 @@
 #include "platform/SystemLog.h"
 #include "platform/Workspace.h"
 #include "platform/linux/window/GtkAppWindow.h"
+#include "platform/linux/window/GtkPropertyWatch.h"
 #include "platform/linux/window/GtkScreens.h"
 
 #include <gtk/gtk.h>
 
 #include <algorithm>
+#include <list>
+#include <string_view>
 
 namespace velmor {
 
@@ -19,6 +22,58 @@ constexpr auto applicationIdentifier = "app.velmor.Velmor";
 constexpr unsigned privateFolder = 0700;
 
 } // namespace
+
+/// Those who want to hear what happens on the whole desktop.
+class GtkDesktop::Observers {
+public:
+  explicit Observers(MainLoop& mainLoop)
+      : loop(mainLoop)
+      , rootWindow(gdk_get_default_root_window(), [this](std::string_view property) {
+        if (property == "_NET_ACTIVE_WINDOW")
+          notify(DesktopNotification::ApplicationActivated);
+        else if (property == "_NET_CURRENT_DESKTOP")
+          notify(DesktopNotification::ActiveSpaceChanged);
+      }) {
+    const auto changed = [](GdkScreen*, gpointer data) {
+      static_cast<Observers*>(data)->notify(DesktopNotification::ScreenParametersChanged);
+    };
+    auto* const screen = gdk_screen_get_default();
+    signals.connect(screen, "monitors-changed", +changed, this);
+    signals.connect(screen, "size-changed", +changed, this);
+  }
+
+  [[nodiscard]] std::unique_ptr<DesktopObservation> add(DesktopNotification notification,
+                                                        MainLoop::Work work) {
+    struct Observation : DesktopObservation {
+      explicit Observation(std::shared_ptr<Observer> added) : observer(std::move(added)) {}
+      std::shared_ptr<Observer> observer;
+    };
+    auto observer = std::make_shared<Observer>(Observer{notification, std::move(work)});
+    observers.emplace_back(observer);
+    return std::make_unique<Observation>(std::move(observer));
+  }
+
+private:
+  struct Observer {
+    DesktopNotification notification;
+    MainLoop::Work work;
+  };
+
+  void notify(DesktopNotification notification) {
+    observers.remove_if([](const auto& observer) { return observer.expired(); });
+    for (const auto& observer : observers) {
+      if (const auto known = observer.lock(); known->notification != notification) continue;
+      loop.post(MainLoop::Lane::Display, [observer] {
+        if (const auto told = observer.lock()) told->work();
+      });
+    }
+  }
+
+  MainLoop& loop;
+  std::list<std::weak_ptr<Observer>> observers;
+  GtkPropertyWatch rootWindow;
+  SignalConnections signals;
+};
 
 std::unique_ptr<GtkDesktop> GtkDesktop::open(const Platform& platform) {
   // Only on X11 may a window place and raise itself; a Wayland session offers it as well.
@@ -34,7 +89,7 @@ std::unique_ptr<GtkDesktop> GtkDesktop::open(const Platform& platform) {
 GtkDesktop::GtkDesktop(const Platform& thePlatform)
     : platform(thePlatform)
     , application(g_application_new(applicationIdentifier, G_APPLICATION_DEFAULT_FLAGS))
-    , rootWatch(platform.mainLoop) {}
+    , observers(std::make_unique<Observers>(platform.mainLoop)) {}
 
 GtkDesktop::~GtkDesktop() = default;
 
@@ -43,6 +98,7 @@ std::shared_ptr<Window> GtkDesktop::makeWindow(const Rect& content, unsigned sty
       std::make_shared<GtkAppWindow>(GtkAppWindow::Context{.loop = platform.mainLoop,
                                                            .menu = menu,
                                                            .profile = webProfile(),
+                                                           .properties = properties,
                                                            .onClosed = [this] { windowClosed(); }},
                                      content, styleMask);
   windows.emplace_back(made);
@@ -80,7 +136,7 @@ Point GtkDesktop::mouseLocation() const {
 
 std::unique_ptr<DesktopObservation> GtkDesktop::observe(DesktopNotification notification,
                                                         MainLoop::Work work) {
-  return rootWatch.observe(notification, std::move(work));
+  return observers->add(notification, std::move(work));
 }
 
 bool GtkDesktop::handOverToRunningInstance() {

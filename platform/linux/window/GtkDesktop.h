@@ -1,16 +1,21 @@
 #pragma once
 
 #include "platform/Application.h"
-#include "platform/Desktop.h"
+#include "platform/Geometry.h"
 #include "platform/MainLoop.h"
 #include "platform/Platform.h"
 #include "platform/WindowServer.h"
+#include "platform/linux/desktop/WindowProperties.h"
 #include "platform/linux/glib/GlibHandles.h"
+#include "platform/linux/glib/SignalConnections.h"
 #include "platform/linux/page/WebKitProfile.h"
 #include "platform/linux/window/GtkMainMenu.h"
-#include "platform/linux/window/GtkWindowProperty.h"
 
+#include <memory>
 #include <optional>
+#include <string>
+#include <utility>
+#include <vector>
 
 struct _GApplication;
 
@@ -45,6 +50,8 @@ public:
   void runAlert(const std::string& message) override;
 
 private:
+  class Observers;
+
   explicit GtkDesktop(const Platform& thePlatform);
 
   void windowClosed();
@@ -52,10 +59,11 @@ private:
 
   Platform platform;
   std::weak_ptr<ApplicationDelegate> delegate;
-  GObjectPtr<_GApplication> application;
+  GlibPtr<_GApplication> application;
   SignalConnections signals;
   GtkMainMenu menu;
-  GtkRootWatch rootWatch;
+  WindowProperties properties;
+  std::unique_ptr<Observers> observers;
   /// Made with the first window: it starts processes.
   std::optional<WebKitProfile> profile;
   std::vector<std::weak_ptr<GtkAppWindow>> windows;

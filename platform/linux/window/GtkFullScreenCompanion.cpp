@@ -1,7 +1,5 @@
 #include "platform/linux/window/GtkFullScreenCompanion.h"
 
-#include "platform/linux/window/GtkWindowProperty.h"
-
 #include <gdk/gdkx.h>
 #include <gtk/gtk.h>
 
@@ -11,8 +9,13 @@ namespace velmor {
 
 namespace {
 
+/// The property that names the window to which another one belongs.
 GdkAtom owner() {
   return gdk_atom_intern_static_string("WM_TRANSIENT_FOR");
+}
+
+WindowProperties::Window identifier(GdkWindow* surface) {
+  return static_cast<WindowProperties::Window>(gdk_x11_window_get_xid(surface));
 }
 
 } // namespace
@@ -27,7 +30,7 @@ void GtkFullScreenCompanion::setEnabled(bool enabled) {
   } else {
     pending.reset();
     desktop.reset();
-    watch(None);
+    watch(0);
   }
 }
 
@@ -43,23 +46,22 @@ void GtkFullScreenCompanion::followSoon() {
 void GtkFullScreenCompanion::follow() {
   auto* const surface = gtk_widget_get_window(companion);
   if (!surface) return;
-  const auto active = GtkWindowProperty::list(gdk_get_default_root_window(), "_NET_ACTIVE_WINDOW");
-  const auto focused = active.empty() ? None : active.front();
+  const auto focused = properties.active();
   // The companion itself may be used and still belong to what it lies on.
-  if (focused != gdk_x11_window_get_xid(surface)) watch(focused);
-  if (!other || !GtkWindowProperty::hasState(other->window(), "_NET_WM_STATE_FULLSCREEN"))
+  if (focused != identifier(surface)) watch(focused);
+  if (!other || !properties.isFullScreen(identifier(other->window())))
     leave();
   else if (isCovered())
     join();
 }
 
-void GtkFullScreenCompanion::watch(unsigned long window) {
-  if (other && gdk_x11_window_get_xid(other->window()) == window) return;
+void GtkFullScreenCompanion::watch(WindowProperties::Window window) {
+  if (other && identifier(other->window()) == window) return;
   leave();
   other.reset();
-  if (window == None) return;
+  if (window == 0) return;
   auto* const display = gtk_widget_get_display(companion);
-  const GObjectPtr<GdkWindow> found(gdk_x11_window_foreign_new_for_display(display, window));
+  const GlibPtr<GdkWindow> found(gdk_x11_window_foreign_new_for_display(display, window));
   if (!found) return;
   other.emplace(found.get(), [this](std::string_view name) {
     if (name == "_NET_WM_STATE") followSoon();
@@ -67,11 +69,10 @@ void GtkFullScreenCompanion::watch(unsigned long window) {
 }
 
 bool GtkFullScreenCompanion::isCovered() const {
-  const auto stack =
-      GtkWindowProperty::list(gdk_get_default_root_window(), "_NET_CLIENT_LIST_STACKING");
-  const auto own = gdk_x11_window_get_xid(gtk_widget_get_window(companion));
-  const auto above = std::ranges::find(stack, own);
-  return std::find(above, stack.end(), gdk_x11_window_get_xid(other->window())) != stack.end();
+  const auto stack = properties.stack();
+  const auto own = identifier(gtk_widget_get_window(companion));
+  const auto fromOwnUp = std::ranges::find(stack, own);
+  return std::find(fromOwnUp, stack.end(), identifier(other->window())) != stack.end();
 }
 
 void GtkFullScreenCompanion::join() {

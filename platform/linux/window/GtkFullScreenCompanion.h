@@ -1,7 +1,8 @@
 #pragma once
 
 #include "platform/MainLoop.h"
-#include "platform/linux/window/GtkWindowProperty.h"
+#include "platform/linux/desktop/WindowProperties.h"
+#include "platform/linux/window/GtkPropertyWatch.h"
 
 #include <memory>
 #include <optional>
@@ -11,12 +12,13 @@ struct _GtkWidget;
 namespace velmor {
 
 /// Keeps a window in sight beside another program's full-screen window. Window managers may put
-/// the full-screen window that has the focus above all that is kept above; but what belongs to it
-/// stays above it.
+/// the full-screen window that has the focus above every window that is kept above others; but a
+/// window that belongs to the full-screen one stays above it. Main thread.
 class GtkFullScreenCompanion {
 public:
-  GtkFullScreenCompanion(MainLoop& mainLoop, _GtkWidget* widget)
-      : loop(mainLoop), companion(widget) {}
+  GtkFullScreenCompanion(MainLoop& mainLoop, const WindowProperties& windowProperties,
+                         _GtkWidget* widget)
+      : loop(mainLoop), properties(windowProperties), companion(widget) {}
   GtkFullScreenCompanion(const GtkFullScreenCompanion&) = delete;
   GtkFullScreenCompanion& operator=(const GtkFullScreenCompanion&) = delete;
   ~GtkFullScreenCompanion() { leave(); }
@@ -29,11 +31,12 @@ public:
 private:
   void followSoon();
   void follow();
-  void watch(unsigned long window);
+  void watch(WindowProperties::Window window);
   void join();
   [[nodiscard]] bool isCovered() const;
 
   MainLoop& loop;
+  const WindowProperties& properties;
   _GtkWidget* companion;
   /// Set while it is enabled.
   std::optional<GtkPropertyWatch> desktop;

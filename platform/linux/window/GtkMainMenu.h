@@ -28,8 +28,8 @@ private:
   void add(MenuItem& item);
 
   std::vector<MenuItem> items;
-  GObjectPtr<_GtkAccelGroup> keys;
-  GObjectPtr<_GtkWidget> menu;
+  GlibPtr<_GtkAccelGroup> keys;
+  GlibPtr<_GtkWidget> menu;
   SignalConnections signals;
 };
 

@@ -1,26 +1,12 @@
 #include "platform/linux/window/GtkWindowButtons.h"
 
-#include "platform/linux/glib/GlibHandles.h"
+#include "platform/linux/window/GtkStyle.h"
 
 #include <gtk/gtk.h>
 
+#include <utility>
+
 namespace velmor {
-
-void GtkStyle::apply(_GtkWidget* widget, const std::string& rules) {
-  const GObjectPtr<GtkCssProvider> provider(gtk_css_provider_new());
-  gtk_css_provider_load_from_data(provider.get(), rules.c_str(), -1, nullptr);
-  gtk_style_context_add_provider(gtk_widget_get_style_context(widget),
-                                 GTK_STYLE_PROVIDER(provider.get()),
-                                 GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
-}
-
-std::string GtkStyle::text(const Color& color) {
-  const GdkRGBA value{color.red, color.green, color.blue, color.alpha};
-  gchar* const written = gdk_rgba_to_string(&value);
-  std::string result = written;
-  g_free(written);
-  return result;
-}
 
 namespace {
 

@@ -1,24 +1,14 @@
 #pragma once
 
+#include "platform/Geometry.h"
 #include "platform/Window.h"
 #include "platform/linux/glib/SignalConnections.h"
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <set>
-#include <string>
 
-struct _GtkWidget;
-
-namespace velmor::GtkStyle {
-
-/// Gives the widget rules of a style sheet, above the theme's.
-void apply(_GtkWidget* widget, const std::string& rules);
-
-/// A colour as style sheets write it.
-[[nodiscard]] std::string text(const Color& color);
-
-} // namespace velmor::GtkStyle
 struct _cairo;
 struct _GtkOverlay;
 struct _GtkWidget;

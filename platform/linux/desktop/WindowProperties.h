@@ -1,0 +1,59 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace velmor {
+
+/// A top-level window that the window manager looks after.
+struct EwmhClient {
+  /// 0 when the window does not tell.
+  std::int32_t process = 0;
+  /// The title in UTF-8; "" when there is none.
+  std::string title;
+  /// The class of WM_CLASS; "" when there is none.
+  std::string windowClass;
+  /// Minimised, or hidden in another way. It keeps its title.
+  bool hidden = false;
+  /// A desktop background, a panel or the like.
+  bool belongsToDesktop = false;
+};
+
+/// Reads the properties of windows, our own and other programs', from the X server, over a
+/// connection of its own. A property that is missing or malformed reads as empty, and so does every
+/// property of a window that has gone and of a server that cannot be reached. Any thread.
+class WindowProperties {
+public:
+  /// The X server's identifier of a window; 0 is no window.
+  using Window = std::uint32_t;
+
+  /// Connects to the server and screen that DISPLAY names.
+  WindowProperties();
+  ~WindowProperties();
+  WindowProperties(const WindowProperties&) = delete;
+  WindowProperties& operator=(const WindowProperties&) = delete;
+
+  /// The top-level windows, oldest first.
+  [[nodiscard]] std::vector<Window> clients() const;
+
+  /// The top-level windows, the lowest first.
+  [[nodiscard]] std::vector<Window> stack() const;
+
+  /// The window that has the focus; 0 when none has.
+  [[nodiscard]] Window active() const;
+
+  [[nodiscard]] bool isFullScreen(Window window) const;
+
+  /// What these windows tell about themselves, in one round trip for all of them.
+  [[nodiscard]] std::vector<EwmhClient> describe(const std::vector<Window>& windows) const;
+
+private:
+  class Server;
+
+  /// Null when there is no server.
+  std::unique_ptr<Server> server;
+};
+
+} // namespace velmor

@@ -1,0 +1,70 @@
+#include "platform/linux/window/GtkFrame.h"
+
+#include <gtk/gtk.h>
+
+#include <utility>
+
+namespace velmor {
+
+namespace {
+
+constexpr Seconds longestAnswer{0.5};
+
+} // namespace
+
+GtkFrame::GtkFrame(MainLoop& mainLoop, _GtkWindow* toplevel, const XRect& initial)
+    : loop(mainLoop), window(toplevel), frame(initial) {
+  order(initial, false);
+}
+
+void GtkFrame::order(const XRect& wanted, bool hidden) {
+  const bool sameSize = wanted.width == frame.width && wanted.height == frame.height;
+  frame = wanted;
+  patience = loop.callLater(MainLoop::Lane::Display, longestAnswer, [this] { accept(actual()); });
+  auto* const surface = gtk_widget_get_window(GTK_WIDGET(window));
+  if (!surface || !sameSize) {
+    setSizeHints(false);
+    gtk_window_resize(window, wanted.width, wanted.height);
+  }
+  gtk_window_move(window, wanted.x, wanted.y);
+  if (!surface || (sameSize && !hidden)) return;
+  // Both at once: the toolkit would move the window now and resize it with its next frame.
+  gdk_window_move_resize(surface, wanted.x, wanted.y, wanted.width, wanted.height);
+}
+
+void GtkFrame::configured() {
+  const auto answered = actual();
+  if (!patience || answered == frame) accept(answered);
+}
+
+void GtkFrame::accept(const XRect& answered) {
+  // The order may have waited in this call's own timer, which is done now.
+  const auto finished = std::move(patience);
+  frame = answered;
+  if (finished) setSizeHints(true);
+}
+
+XRect GtkFrame::actual() const {
+  auto* const surface = gtk_widget_get_window(GTK_WIDGET(window));
+  if (!surface || gtk_widget_get_mapped(GTK_WIDGET(window)) == FALSE) return frame;
+  XRect answer;
+  gdk_window_get_origin(surface, &answer.x, &answer.y);
+  answer.width = gdk_window_get_width(surface);
+  answer.height = gdk_window_get_height(surface);
+  return answer;
+}
+
+void GtkFrame::setSizeHints(bool hold) {
+  GdkGeometry geometry{};
+  geometry.min_width = hold ? frame.width : 1;
+  geometry.min_height = hold ? frame.height : 1;
+  geometry.max_width = hold ? frame.width : G_MAXSHORT;
+  geometry.max_height = hold ? frame.height : G_MAXSHORT;
+  const auto both = static_cast<GdkWindowHints>(GDK_HINT_MIN_SIZE | GDK_HINT_MAX_SIZE);
+  gtk_window_set_geometry_hints(window, nullptr, &geometry, both);
+  // The toolkit tells the window manager with its next frame, too late for an order that follows.
+  auto* const surface = gtk_widget_get_window(GTK_WIDGET(window));
+  if (surface && !hold) gdk_window_set_geometry_hints(surface, &geometry, both);
+}
+
+} // namespace velmor
