@@ -35,4 +35,8 @@ namespace velmor::text {
 [[nodiscard]] std::vector<std::string_view> split(std::string_view text, char separator,
                                                   std::size_t mostSplits = std::string_view::npos);
 
+/// With every byte written as %XX that is neither an ASCII letter or digit, one of "-._~", nor in
+/// `allowed`.
+[[nodiscard]] std::string percentEncoded(std::string_view text, std::string_view allowed);
+
 } // namespace velmor::text

@@ -8,8 +8,11 @@
 #include "platform/Clock.h"
 #include "platform/Environment.h"
 #include "platform/FileManager.h"
+#include "platform/RunningApplications.h"
 
 #include <algorithm>
+#include <optional>
+#include <string_view>
 
 namespace velmor {
 
@@ -37,6 +40,12 @@ std::optional<HistoryItem> readNewestItem(const std::filesystem::path& path) {
   return blob ? TsafArchive::parseHistoryItem(*blob) : std::nullopt;
 }
 
+std::optional<RunningApplication> djayApplication(const Platform& platform) {
+  return ProcessUtils::application(platform, {.bundleIdentifier = "com.algoriddim.djay-iphone-free",
+                                              .identifierFragment = "algoriddim.djay",
+                                              .names = {"djay pro", "djay"}});
+}
+
 } // namespace
 
 NowPlayingTrack DjayDetector::current(const Platform& platform) {
@@ -59,12 +68,6 @@ NowPlayingTrack DjayDetector::current(const Platform& platform) {
 bool DjayDetector::isRunning(const Platform& platform) {
   return djayApplication(platform) ||
          ProcessUtils::isRunning(platform, {"djay", "djay Pro", "djayapp"});
-}
-
-std::optional<RunningApplication> DjayDetector::djayApplication(const Platform& platform) {
-  return ProcessUtils::application(platform, {.bundleIdentifier = "com.algoriddim.djay-iphone-free",
-                                              .identifierFragment = "algoriddim.djay",
-                                              .names = {"djay pro", "djay"}});
 }
 
 std::vector<std::filesystem::path> DjayDetector::mediaLibraryPaths(const Platform& platform) {

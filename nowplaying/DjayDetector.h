@@ -2,10 +2,8 @@
 
 #include "model/Records.h"
 #include "platform/Platform.h"
-#include "platform/RunningApplications.h"
 
 #include <filesystem>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,19 +12,19 @@ namespace velmor {
 /// Reads the play history in djay Pro's media library. Stateless; any thread.
 class DjayDetector {
 public:
-  /// The newest track of the history, if it can still be playing. Throws
+  /// The newest track of the history, while it can still be playing. Throws
   /// NowPlayingError::noActiveSession.
   [[nodiscard]] static NowPlayingTrack current(const Platform& platform);
 
+  /// True while djay Pro is among the running applications or processes.
   [[nodiscard]] static bool isRunning(const Platform& platform);
 
-  [[nodiscard]] static std::optional<RunningApplication> djayApplication(const Platform& platform);
-
-  /// Where the library may lie, in the order in which it is looked for.
+  /// Where the library may be, in the order in which Velmor looks for it.
   [[nodiscard]] static std::vector<std::filesystem::path>
   mediaLibraryPaths(const Platform& platform);
 
-  /// The analysed tempo of the media item; 0 when unknown.
+  /// The tempo in BPM that djay measured for the track with this identifier (32 hexadecimal
+  /// digits); 0 when it is unknown. Never throws for a missing or damaged library.
   [[nodiscard]] static double readBPM(const std::filesystem::path& path,
                                       const std::string& titleID);
 };

@@ -8,14 +8,14 @@
 
 namespace velmor {
 
-/// Reads the operating system's own now-playing session.
+/// Reads the track that the operating system's media session announces. Stateless; any thread.
 class MediaRemoteClient {
 public:
-  /// The track that the session publishes; nothing when nothing plays or nobody answers. Waits up
-  /// to two seconds for each of up to three queries. Never throws.
+  /// The announced track; nothing when nothing plays, artist or title are missing, or nobody
+  /// answers. Asks up to three questions and waits up to two seconds for each. Never throws.
   [[nodiscard]] static std::optional<NowPlayingTrack> currentTrackWorker(const Platform& platform);
 
-  /// What the page calls the application of that bundle identifier.
+  /// The name under which the page shows the application with this bundle identifier.
   [[nodiscard]] static std::string mediaSourceName(const std::string& bundleIdentifier);
 };
 

@@ -5,9 +5,8 @@
 #include "nowplaying/NowPlayingError.h"
 #include "nowplaying/ProcessUtils.h"
 #include "platform/Accessibility.h"
+#include "platform/RunningApplications.h"
 #include "platform/WindowList.h"
-
-#include <array>
 
 namespace velmor {
 
@@ -20,6 +19,12 @@ std::optional<std::string> usableTitle(AccessibilityElement& window, const char*
   const auto* const title = std::get_if<std::string>(&result.value);
   if (!title || !MixxxDetector::displayText(*title)) return std::nullopt;
   return std::string(text::trimmed(*title));
+}
+
+std::optional<RunningApplication> mixxxApplication(const Platform& platform) {
+  return ProcessUtils::application(
+      platform,
+      {.bundleIdentifier = "org.mixxx.mixxx", .identifierFragment = "", .names = {"mixxx"}});
 }
 
 } // namespace
@@ -35,12 +40,6 @@ NowPlayingTrack MixxxDetector::current(const Platform& platform) {
 
 bool MixxxDetector::isRunning(const Platform& platform) {
   return ProcessUtils::isRunning(platform, {"mixxx", "Mixxx"}) || mixxxApplication(platform);
-}
-
-std::optional<RunningApplication> MixxxDetector::mixxxApplication(const Platform& platform) {
-  return ProcessUtils::application(
-      platform,
-      {.bundleIdentifier = "org.mixxx.mixxx", .identifierFragment = "", .names = {"mixxx"}});
 }
 
 std::optional<std::string> MixxxDetector::accessibilityWindowTitle(const Platform& platform) {

@@ -62,6 +62,12 @@ NowPlayingTrack trackOf(const Row& row) {
   return track;
 }
 
+/// The track that the library shows with exactly this text, the one added last when there are
+/// several. Throws NowPlayingError::noActiveSession.
+NowPlayingTrack readLibrary(const std::filesystem::path& path, const std::string& display) {
+  return trackOf(SQLiteReader::readTextRow(path, libraryQuery(display), 6));
+}
+
 NowPlayingTrack readSetLog(const std::filesystem::path& path, Clock::TimePoint now) {
   const auto row = SQLiteReader::readTextRow(path, setLogQuery, 8);
   const auto started = MixxxLibrary::parseMixxxTimestamp(row[6]);
@@ -113,11 +119,6 @@ std::vector<std::filesystem::path> MixxxLibrary::libraryDatabasePaths(const Plat
     if (platform.files.exists(path)) existing.push_back(std::move(path));
   }
   return existing;
-}
-
-NowPlayingTrack MixxxLibrary::readLibrary(const std::filesystem::path& path,
-                                          const std::string& display) {
-  return trackOf(SQLiteReader::readTextRow(path, libraryQuery(display), 6));
 }
 
 std::optional<std::pair<std::string, std::string>>

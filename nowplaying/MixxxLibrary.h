@@ -1,7 +1,7 @@
 #pragma once
 
 #include "model/Records.h"
-#include "nowplaying/SeratoDetector.h"
+#include "nowplaying/PlayPeriod.h"
 #include "platform/Platform.h"
 
 #include <filesystem>
@@ -13,14 +13,16 @@
 
 namespace velmor {
 
-/// Mixxx's library database: its tracks and its log of the set. Stateless; any thread.
+/// Mixxx's library database: its tracks, and the log of what was played in a set. Stateless; any
+/// thread.
 class MixxxLibrary {
 public:
-  /// The track of a window's display text, from the first library that knows it, else from the
-  /// text alone. Throws NowPlayingError::noActiveSession.
+  /// The track that Mixxx's window shows as `display`: from the first library that has it, else
+  /// from the text alone. Throws NowPlayingError::noActiveSession when the text has no artist or no
+  /// title either.
   [[nodiscard]] static NowPlayingTrack track(const Platform& platform, const std::string& display);
 
-  /// The newest track of the set log, if it can still be playing. Throws
+  /// The newest track of the set log, while it can still be playing. Throws
   /// NowPlayingError::noActiveSession.
   [[nodiscard]] static NowPlayingTrack currentFromSetlog(const Platform& platform);
 
@@ -28,16 +30,12 @@ public:
   [[nodiscard]] static std::vector<std::filesystem::path>
   libraryDatabasePaths(const Platform& platform);
 
-  /// The track that this library shows with exactly this text, the one added last when there are
-  /// several. Throws NowPlayingError::noActiveSession.
-  [[nodiscard]] static NowPlayingTrack readLibrary(const std::filesystem::path& path,
-                                                   const std::string& display);
-
-  /// Artist and title of "Artist - Title"; nothing when one is missing.
+  /// Artist and title of "Artist - Title", split at the first " - "; nothing when one is missing.
   [[nodiscard]] static std::optional<std::pair<std::string, std::string>>
   splitDisplay(std::string_view display);
 
-  /// The moment of a set log's date and time, read in the local time zone; nothing when it is none.
+  /// The moment of a date and time of the set log, read in the local time zone; nothing when the
+  /// text is not one, or names a day or an hour that does not exist.
   [[nodiscard]] static std::optional<PlayPeriod::Moment> parseMixxxTimestamp(std::string_view text);
 };
 

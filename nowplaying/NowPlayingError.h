@@ -5,10 +5,19 @@
 
 namespace velmor {
 
-/// Why no playing track was found. The description is the sentence that the page shows.
+/// Why no playing track was found. The page and the command line show the description as it is.
 class NowPlayingError : public std::exception {
 public:
-  enum class Case { automationDenied, accessibilityDenied, playbackPaused, noActiveSession };
+  enum class Case {
+    /// The media player may not be asked.
+    automationDenied,
+    /// The DJ program's window may not be read.
+    accessibilityDenied,
+    /// A media player runs, but is paused.
+    playbackPaused,
+    /// No source has a playing track.
+    noActiveSession
+  };
 
   [[nodiscard]] static NowPlayingError automationDenied(const std::string& app);
   [[nodiscard]] static NowPlayingError accessibilityDenied(const std::string& app);

@@ -11,31 +11,34 @@
 
 namespace velmor {
 
-/// What a reader's application is recognised by in the list of running applications.
+/// How to recognise a program in the list of running applications: any one of these is enough.
 struct ApplicationIdentity {
+  /// The whole bundle identifier.
   std::string_view bundleIdentifier;
-  /// A part of the bundle identifier that is enough; "" for none.
+  /// A part of the bundle identifier; "" when no part is enough.
   std::string_view identifierFragment;
-  /// Display names in their normalised form.
+  /// Names as `ProcessUtils::normalize` gives them.
   std::vector<std::string_view> names;
+  /// Passes over applications that have ended but are still listed.
   bool skipsTerminated = false;
 };
 
-/// Looks for running programs. Stateless; any thread. Each look-up by name runs a child to its end.
+/// Looks for running programs. Each look-up by process name runs pgrep to its end. Stateless; any
+/// thread. Never throws.
 class ProcessUtils {
 public:
-  /// True as soon as one of the names is that of a running process, whatever its case.
+  /// True when a process with one of these names runs. Upper and lower case are the same.
   [[nodiscard]] static bool isRunning(const Platform& platform,
                                       const std::vector<std::string>& names);
 
   /// Trimmed, in lower case and without a trailing ".app".
   [[nodiscard]] static std::string normalize(std::string_view name);
 
-  /// The identifiers of the processes of that name, in the system's order.
+  /// The identifiers of the processes with this name, in the system's order.
   [[nodiscard]] static std::vector<std::int32_t> processIDs(const Platform& platform,
                                                             const std::string& name);
 
-  /// The first running application with that identity.
+  /// The first application of the list with this identity.
   [[nodiscard]] static std::optional<RunningApplication>
   application(const Platform& platform, const ApplicationIdentity& identity);
 };

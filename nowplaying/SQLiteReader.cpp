@@ -2,7 +2,6 @@
 
 #include "base/Text.h"
 #include "nowplaying/NowPlayingError.h"
-#include "nowplaying/VirtualDJNetworkControl.h"
 
 #include <sqlite3.h>
 
@@ -40,8 +39,8 @@ bool isLeftBehind(const std::filesystem::path& path) {
 
 Connection open(const std::filesystem::path& path) {
   const bool immutable = isLeftBehind(path);
-  const auto name =
-      immutable ? "file:" + percentEncoded(path.string(), "/") + "?immutable=1" : path.string();
+  const auto name = immutable ? "file:" + text::percentEncoded(path.string(), "/") + "?immutable=1"
+                              : path.string();
   const int flags = SQLITE_OPEN_READONLY | (immutable ? SQLITE_OPEN_URI : 0);
   sqlite3* handle = nullptr;
   const int result = sqlite3_open_v2(name.c_str(), &handle, flags, nullptr);

@@ -16,6 +16,22 @@ constexpr auto query =
     "WHERE played = 1 AND end_time = -1 AND trim(name) <> '' AND trim(artist) <> ''\n"
     "ORDER BY start_time DESC, id DESC LIMIT 1";
 
+/// The newest playing track of this history. Throws NowPlayingError::noActiveSession.
+NowPlayingTrack read(const std::filesystem::path& path) {
+  const auto row = SQLiteReader::readTextRow(path, query, 7);
+  NowPlayingTrack track;
+  track.title = row[0];
+  track.artist = row[1];
+  if (track.title.empty() || track.artist.empty()) throw NowPlayingError::noActiveSession();
+  track.album = row[2];
+  track.genre = row[3];
+  track.bpm = number::parseDouble(row[4]).value_or(0);
+  track.key = row[5];
+  track.source = row[6];
+  track.detection = "Serato performance history";
+  return track;
+}
+
 } // namespace
 
 NowPlayingTrack SeratoDetector::current(const Platform& platform) {
@@ -38,21 +54,6 @@ std::vector<std::filesystem::path> SeratoDetector::historyPaths(const Platform& 
   const auto home = platform.environment.homeDirectory();
   return {home / "Music/_Serato_/Library/master.sqlite",
           home / "Library/Application Support/Serato/Library/master.sqlite"};
-}
-
-NowPlayingTrack SeratoDetector::read(const std::filesystem::path& path) {
-  const auto row = SQLiteReader::readTextRow(path, query, 7);
-  NowPlayingTrack track;
-  track.title = row[0];
-  track.artist = row[1];
-  if (track.title.empty() || track.artist.empty()) throw NowPlayingError::noActiveSession();
-  track.album = row[2];
-  track.genre = row[3];
-  track.bpm = number::parseDouble(row[4]).value_or(0);
-  track.key = row[5];
-  track.source = row[6];
-  track.detection = "Serato performance history";
-  return track;
 }
 
 } // namespace velmor

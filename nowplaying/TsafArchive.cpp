@@ -13,20 +13,18 @@ namespace {
 
 constexpr char textTag = 0x08;
 constexpr char textEnd = 0x00;
-constexpr std::size_t leastSize = 32;
 constexpr std::size_t titleIDLength = 32;
 constexpr double secondsPerDay = 86400;
 /// Archives count seconds from 2001-01-01 00:00:00 UTC.
 constexpr Seconds timeOrigin{978307200};
 
+/// The little-endian number in the last bytes before `end`; 0 when there are too few.
 template <typename Number, typename Bits>
-Number littleEndian(std::string_view bytes, std::ptrdiff_t at) {
-  if (at < 0 || static_cast<std::size_t>(at) + sizeof(Bits) > bytes.size()) return 0;
+Number readFloat(std::string_view content, std::size_t end) {
+  if (end < sizeof(Bits)) return 0;
   Bits bits = 0;
-  for (std::size_t index = sizeof(Bits); index > 0; --index) {
-    const auto byte = bytes[static_cast<std::size_t>(at) + index - 1];
-    bits = static_cast<Bits>(bits << 8U) | static_cast<unsigned char>(byte);
-  }
+  for (std::size_t back = 1; back <= sizeof(Bits); ++back)
+    bits = static_cast<Bits>(bits << 8U) | static_cast<unsigned char>(content[end - back]);
   return std::bit_cast<Number>(bits);
 }
 
@@ -38,23 +36,64 @@ bool isIdentifierDigit(char character) {
   return (character >= '0' && character <= '9') || (character >= 'a' && character <= 'f');
 }
 
+/// Where the key begins: its tag, its name, its end. `npos` when it is missing.
+std::size_t findKey(std::string_view content, std::string_view key) {
+  return content.find(textTag + std::string(key) + textEnd);
+}
+
+/// The text under the key, trimmed; "" when it is missing or not UTF-8.
+std::string tsafString(std::string_view content, std::string_view key) {
+  const auto marker = findKey(content, key);
+  if (marker == std::string_view::npos || marker <= 2) return {};
+  // The value ends right before the NUL that ends it, and begins after the tag before that.
+  const auto end = marker - 1;
+  auto tag = content.rfind(textTag, end - 1);
+  if (tag == std::string_view::npos) tag = 0;
+  if (tag + 1 >= end) return {};
+  const auto value = content.substr(tag + 1, end - tag - 1);
+  return text::isValidUtf8(value) ? std::string(text::trimmed(value)) : std::string();
+}
+
+/// The positive number under the key, stored in eight bytes or in four; 0 when missing.
+double tsafFloat(std::string_view content, std::string_view key) {
+  const auto marker = findKey(content, key);
+  if (marker == std::string_view::npos) return 0;
+  const auto wide = readFloat<double, std::uint64_t>(content, marker);
+  // Four bytes read as eight look like an enormous duration.
+  if (isPositive(wide) && !(key == "duration" && wide > secondsPerDay)) return wide;
+  const double narrow = readFloat<float, std::uint32_t>(content, marker);
+  return isPositive(narrow) && narrow <= secondsPerDay ? narrow : 0;
+}
+
+/// The identifier of the track; "" when missing.
+std::string tsafTitleID(std::string_view content) {
+  const auto marker = content.find("ADCMediaItemTitleID");
+  if (marker == std::string_view::npos) return {};
+  std::size_t length = 0;
+  // An identifier that ends with the archive's last byte is not one: a text has its NUL.
+  for (std::size_t position = marker; position + 1 < content.size(); ++position) {
+    length = isIdentifierDigit(content[position]) ? length + 1 : 0;
+    if (length == titleIDLength) {
+      return std::string(content.substr(position + 1 - titleIDLength, titleIDLength));
+    }
+  }
+  return {};
+}
+
 } // namespace
 
-TsafArchive::TsafArchive(const Bytes& blob)
-    : content(reinterpret_cast<const char*>(blob.data()), blob.size()) {}
-
 std::optional<HistoryItem> TsafArchive::parseHistoryItem(const Bytes& blob) {
-  const TsafArchive archive(blob);
-  if (blob.size() < leastSize || !archive.content.starts_with("TSAF") ||
-      archive.content.find("ADCHistorySessionItem") == std::string_view::npos) {
+  const std::string_view content(reinterpret_cast<const char*>(blob.data()), blob.size());
+  if (!content.starts_with("TSAF") ||
+      content.find("ADCHistorySessionItem") == std::string_view::npos) {
     return std::nullopt;
   }
   HistoryItem item;
-  item.title = archive.tsafString("title");
-  item.artist = archive.tsafString("artist");
-  item.titleID = archive.tsafTitleID();
-  const double duration = archive.tsafFloat("duration");
-  const double startTime = archive.tsafFloat("startTime");
+  item.title = tsafString(content, "title");
+  item.artist = tsafString(content, "artist");
+  item.titleID = tsafTitleID(content);
+  const double duration = tsafFloat(content, "duration");
+  const double startTime = tsafFloat(content, "startTime");
   if (item.title.empty() || item.artist.empty() || duration <= 0 || startTime <= 0) {
     return std::nullopt;
   }
@@ -76,58 +115,6 @@ std::optional<TsafArchive::Bytes> TsafArchive::bytes(std::string_view hexString)
     result.push_back(byte);
   }
   return result;
-}
-
-std::string TsafArchive::tsafString(std::string_view key) const {
-  const auto marker = findKey(key);
-  if (!marker || *marker <= 2) return {};
-  // The value ends right before the NUL that ends it, and begins after the tag before that.
-  const auto end = *marker - 1;
-  auto tag = content.rfind(textTag, end - 1);
-  if (tag == std::string_view::npos) tag = 0;
-  if (tag + 1 >= end) return {};
-  const auto value = content.substr(tag + 1, end - tag - 1);
-  return text::isValidUtf8(value) ? std::string(text::trimmed(value)) : std::string();
-}
-
-double TsafArchive::tsafFloat(std::string_view key) const {
-  const auto marker = findKey(key);
-  if (!marker) return 0;
-  const auto position = static_cast<std::ptrdiff_t>(*marker);
-  const double wide = readFloat64(position - 8);
-  // Four bytes read as eight look like an enormous duration.
-  if (isPositive(wide) && !(key == "duration" && wide > secondsPerDay)) return wide;
-  const double narrow = readFloat32(position - 4);
-  return isPositive(narrow) && narrow <= secondsPerDay ? narrow : 0;
-}
-
-std::string TsafArchive::tsafTitleID() const {
-  const auto marker = content.find("ADCMediaItemTitleID");
-  if (marker == std::string_view::npos) return {};
-  std::size_t length = 0;
-  // An identifier that ends with the archive's last byte is not one: a text has its NUL.
-  for (std::size_t position = marker; position + 1 < content.size(); ++position) {
-    length = isIdentifierDigit(content[position]) ? length + 1 : 0;
-    if (length == titleIDLength) {
-      return std::string(content.substr(position + 1 - titleIDLength, titleIDLength));
-    }
-  }
-  return {};
-}
-
-double TsafArchive::readFloat64(std::ptrdiff_t at) const {
-  return littleEndian<double, std::uint64_t>(content, at);
-}
-
-float TsafArchive::readFloat32(std::ptrdiff_t at) const {
-  return littleEndian<float, std::uint32_t>(content, at);
-}
-
-/// The position of the key's marker: its tag, its name and its end.
-std::optional<std::size_t> TsafArchive::findKey(std::string_view key) const {
-  const auto position = content.find(textTag + std::string(key) + textEnd);
-  if (position == std::string_view::npos) return std::nullopt;
-  return position;
 }
 
 } // namespace velmor

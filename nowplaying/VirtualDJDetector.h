@@ -5,11 +5,12 @@
 
 namespace velmor {
 
-/// Finds VirtualDJ's track through its network control, else in its play history. Stateless; any
-/// thread.
+/// Asks VirtualDJ's Network Control for the track, and reads the play history when nobody answers.
+/// Stateless; any thread.
 class VirtualDJDetector {
 public:
-  /// Throws NowPlayingError::noActiveSession.
+  /// The playing track. Takes up to a second for each port on which VirtualDJ listens. Throws
+  /// NowPlayingError::noActiveSession.
   [[nodiscard]] static NowPlayingTrack current(const Platform& platform);
 };
 

@@ -64,13 +64,6 @@ std::filesystem::path VirtualDJHistory::homeFolder(const Platform& platform) {
 
 namespace {
 
-bool isSameLetter(char one, char other) {
-  constexpr auto lowercased = [](char letter) {
-    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-  };
-  return lowercased(one) == lowercased(other);
-}
-
 /// The text's end cut off at its last line break; the last line is returned.
 std::string_view takeLastLine(std::string_view& text) {
   const auto lineBreak = text.rfind('\n');
@@ -120,11 +113,10 @@ VirtualDJHistory::Entry VirtualDJHistory::lastEntry(std::string_view playlist) {
 }
 
 std::optional<std::string> VirtualDJHistory::tagValue(std::string_view tag, std::string_view line) {
-  const auto opening = "<" + std::string(tag) + ">";
-  const auto* const match =
-      std::search(line.begin(), line.end(), opening.begin(), opening.end(), isSameLetter);
-  if (match == line.end()) return std::nullopt;
-  const auto start = static_cast<std::size_t>(match - line.begin()) + opening.size();
+  const auto opening = text::asciiUppercased("<" + std::string(tag) + ">");
+  const auto match = text::asciiUppercased(line).find(opening);
+  if (match == std::string::npos) return std::nullopt;
+  const auto start = match + opening.size();
   const auto end = line.find("</", start);
   if (end == std::string_view::npos) return std::nullopt;
   return std::string(line.substr(start, end - start));

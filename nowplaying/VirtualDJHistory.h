@@ -1,7 +1,7 @@
 #pragma once
 
 #include "model/Records.h"
-#include "nowplaying/SeratoDetector.h"
+#include "nowplaying/PlayPeriod.h"
 #include "platform/Platform.h"
 
 #include <filesystem>
@@ -12,15 +12,16 @@
 
 namespace velmor {
 
-/// VirtualDJ's play history: one list of started tracks a session, and a readable track list
-/// beside them. Stateless; any thread.
+/// VirtualDJ's play history: for each session a list of the tracks that were started, and beside
+/// the lists one readable track list, which spells artist and title better. Stateless; any thread.
 class VirtualDJHistory {
 public:
-  /// The last entry of a history list.
+  /// The last entry of a session's list.
   struct Entry {
     /// The media file's path, or an address such as "netsearch://dz123"; "" when there is none.
     std::string mediaPath;
-    /// The time as the readable track list shows it; "" when missing.
+    /// The time of day at which it was started, as the readable track list writes it; "" when
+    /// missing.
     std::string playTime;
     /// Nothing when the entry does not say when it was started.
     std::optional<PlayPeriod::Moment> started;
@@ -28,20 +29,23 @@ public:
     Seconds length{0};
   };
 
-  /// The newest track of the history, if it can still be playing. Throws
+  /// The newest track of the history, while it can still be playing. Throws
   /// NowPlayingError::noActiveSession.
   [[nodiscard]] static NowPlayingTrack currentHistory(const Platform& platform);
 
+  /// The folder of VirtualDJ's own files; its History folder holds the lists.
   [[nodiscard]] static std::filesystem::path homeFolder(const Platform& platform);
 
+  /// The last entry of a list's text. Any text is safe.
   [[nodiscard]] static Entry lastEntry(std::string_view playlist);
 
-  /// What stands between `<tag>` and the next closing tag; the tag's case does not matter.
+  /// The text between `<tag>`, in upper or lower case, and the next closing tag; nothing when one
+  /// of them is missing.
   [[nodiscard]] static std::optional<std::string> tagValue(std::string_view tag,
                                                            std::string_view line);
 
-  /// Artist and title of the track list's last line for that time, else of the media file's name;
-  /// two empty texts when neither tells.
+  /// Artist and title: from the last line of the track list with this time, else from the media
+  /// file's name; two empty texts when neither tells them.
   [[nodiscard]] static std::pair<std::string, std::string>
   historyMetadata(std::string_view tracklist, std::string_view playTime,
                   std::string_view mediaPath);

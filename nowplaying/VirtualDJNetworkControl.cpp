@@ -9,30 +9,11 @@
 #include "platform/PlatformRecord.h"
 #include "platform/ProcessLauncher.h"
 
-#include <algorithm>
 #include <optional>
 #include <set>
+#include <sstream>
 
 namespace velmor {
-
-std::string percentEncoded(std::string_view text, std::string_view allowed) {
-  constexpr std::string_view digits = "0123456789ABCDEF";
-  constexpr std::string_view unreserved = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz"
-                                          "0123456789-._~";
-  std::string encoded;
-  for (const char character : text) {
-    if (unreserved.find(character) != std::string_view::npos ||
-        allowed.find(character) != std::string_view::npos) {
-      encoded += character;
-      continue;
-    }
-    const auto byte = static_cast<unsigned char>(character);
-    encoded += '%';
-    encoded += digits[byte >> 4U];
-    encoded += digits[byte & 0xFU];
-  }
-  return encoded;
-}
 
 namespace {
 
@@ -40,9 +21,8 @@ constexpr Seconds requestTimeout{0.7};
 constexpr Seconds wholeWait{1.0};
 constexpr std::string_view fieldSeparator = "|||";
 constexpr std::string_view allowedInQuery = "!$&'()*+,;=:@/?";
-constexpr std::string_view whiteSpace = " \t\n\v\f\r";
 
-/// Gives the six fields of the master deck's song when it plays and is audible, else nothing.
+/// Answers the six fields of the song on the master deck when it plays and can be heard, else "".
 constexpr std::string_view script =
     "deck master play ? deck master is_audible ? get_text '"
     "`deck master get_loaded_song \"title\"`|||"
@@ -53,20 +33,17 @@ constexpr std::string_view script =
     "`deck master get_loaded_song \"key\"`' : get_text '' : get_text ''";
 static_assert(script.size() == 317);
 
-/// The field at `index` (from 0) of a line whose fields stand between white space.
-std::optional<std::string_view> field(std::string_view line, std::size_t index) {
-  for (;; --index) {
-    const auto start = line.find_first_not_of(whiteSpace);
-    if (start == std::string_view::npos) return std::nullopt;
-    line.remove_prefix(start);
-    const auto end = std::min(line.find_first_of(whiteSpace), line.size());
-    if (index == 0) return line.substr(0, end);
-    line.remove_prefix(end);
-  }
+/// The word at `index` (from 0) of a line of words.
+std::optional<std::string> word(std::string_view line, std::size_t index) {
+  std::istringstream words{std::string(line)};
+  std::string found;
+  for (std::size_t count = 0; count <= index; ++count)
+    if (!(words >> found)) return std::nullopt;
+  return found;
 }
 
-/// The port of an address such as 127.0.0.1:80, *:80 or 127.0.0.1:80->127.0.0.1:5000. Addresses
-/// of other interfaces keep their prefix and are no number.
+/// The port of an address such as 127.0.0.1:80, *:80 or 127.0.0.1:80->127.0.0.1:5000; nothing for
+/// an address of another network interface.
 std::optional<std::int64_t> port(std::string_view address) {
   const auto bare = text::replacingAll(text::replacingAll(address, "127.0.0.1:", ""), "*:", "");
   const auto pieces = text::split(bare, '-');
@@ -110,7 +87,7 @@ std::vector<std::int64_t> VirtualDJNetworkControl::parsePorts(std::string_view l
   if (!lines.empty()) lines.erase(lines.begin());
   std::set<std::int64_t> ports;
   for (const auto line : lines) {
-    const auto address = field(line, addressColumn);
+    const auto address = word(line, addressColumn);
     const auto number = address ? port(*address) : std::nullopt;
     if (number) ports.insert(*number);
   }
@@ -121,7 +98,7 @@ NowPlayingTrack VirtualDJNetworkControl::queryNetworkControl(const Platform& pla
                                                              std::int64_t port) {
   HttpRequest request;
   request.url = "http://127.0.0.1:" + std::to_string(port) +
-                "/query?script=" + percentEncoded(script, allowedInQuery);
+                "/query?script=" + text::percentEncoded(script, allowedInQuery);
   request.timeout = requestTimeout;
   const auto token = platform.environment.variable("VIRTUALDJ_NETWORK_CONTROL_TOKEN");
   if (token && !token->empty()) request.headers.emplace_back("Authorization", "Bearer " + *token);

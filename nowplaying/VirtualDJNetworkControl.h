@@ -4,30 +4,28 @@
 #include "platform/Platform.h"
 
 #include <cstdint>
-#include <string>
 #include <string_view>
 #include <vector>
 
 namespace velmor {
 
-/// The text with every byte encoded as %XX that is neither a letter, a digit, one of "-._~" nor in
-/// `allowed`.
-[[nodiscard]] std::string percentEncoded(std::string_view text, std::string_view allowed);
-
-/// VirtualDJ's network control: a small HTTP service on a port of the user's choice, found among
-/// those on which VirtualDJ listens. Stateless; any thread.
+/// VirtualDJ's Network Control plugin: a small HTTP service on a port that the user chooses. Velmor
+/// tries each port on which VirtualDJ listens. Stateless; any thread.
 class VirtualDJNetworkControl {
 public:
+  /// VirtualDJ's process, as `ProcessUtils` is asked for it.
   static constexpr auto processName = "virtualdj";
 
-  /// The ports on which VirtualDJ listens on this machine, in ascending order.
+  /// The ports on which VirtualDJ listens on this machine, in ascending order; none when lsof
+  /// cannot be started. Runs two child processes to their end.
   [[nodiscard]] static std::vector<std::int64_t> listeningPorts(const Platform& platform);
 
-  /// The ports in what lsof printed.
+  /// The ports in a table that lsof printed, each once and in ascending order; none when the text
+  /// is not UTF-8.
   [[nodiscard]] static std::vector<std::int64_t> parsePorts(std::string_view lsofOutput);
 
-  /// The track on the master deck, if it plays and is heard. Throws TransportError or
-  /// NowPlayingError::noActiveSession.
+  /// The track on the master deck, when it plays and can be heard. Waits up to a second. Throws
+  /// TransportError when nobody answers, NowPlayingError::noActiveSession for any other answer.
   [[nodiscard]] static NowPlayingTrack queryNetworkControl(const Platform& platform,
                                                            std::int64_t port);
 };

@@ -2,6 +2,8 @@
 
 #include "platform/MediaRemote.h"
 
+#include <vector>
+
 namespace velmor {
 
 /// A media session that a test sets up; a member without a value never answers.
@@ -18,14 +20,23 @@ public:
   std::optional<std::string> client;
   int opened = 0;
   int clientQueries = 0;
+  /// How long each question was waited for.
+  std::vector<Seconds> limits;
 
 private:
   class Session : public MediaRemoteSession {
   public:
     explicit Session(FakeMediaRemote& owner) : remote(owner) {}
-    std::optional<bool> nowPlayingApplicationIsPlaying(Seconds) override { return remote.playing; }
-    std::optional<NowPlayingInfo> nowPlayingInfo(Seconds) override { return remote.info; }
-    std::optional<std::string> nowPlayingClient(Seconds) override {
+    std::optional<bool> nowPlayingApplicationIsPlaying(Seconds limit) override {
+      remote.limits.push_back(limit);
+      return remote.playing;
+    }
+    std::optional<NowPlayingInfo> nowPlayingInfo(Seconds limit) override {
+      remote.limits.push_back(limit);
+      return remote.info;
+    }
+    std::optional<std::string> nowPlayingClient(Seconds limit) override {
+      remote.limits.push_back(limit);
       ++remote.clientQueries;
       return remote.client;
     }

@@ -3,6 +3,7 @@
 #include "tests/fakes/FakePlatform.h"
 #include "tests/support/Outcome.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 using namespace velmor;
@@ -44,6 +45,8 @@ TEST(MediaRemoteClient, ReportsWhatPlays) {
 TEST(MediaRemoteClient, NamesTheApplicationAndAsksTheClientOnlyWhenItMust) {
   const std::tuple<std::string, std::optional<std::string>, std::string, int> rows[] = {
       {"com.google.Chrome.helper", "unused", "Chrome", 0},
+      {"com.google.Chrome", "unused", "Chrome", 0},
+      {"com.spotify.client", "unused", "macOS media", 0},
       {" com.apple.Safari ", "unused", "Safari", 0},
       {"com.apple.Music", "unused", "macOS media", 0},
       {"COM.APPLE.MUSIC", "unused", "COM.APPLE.MUSIC", 0},
@@ -57,6 +60,7 @@ TEST(MediaRemoteClient, NamesTheApplicationAndAsksTheClientOnlyWhenItMust) {
     system.mediaRemote.info = playing({{key::bundleIdentifier, inInfo}});
     EXPECT_EQ(MediaRemoteClient::currentTrackWorker(system.platform)->source, source);
     EXPECT_EQ(system.mediaRemote.clientQueries, queries) << source;
+    EXPECT_THAT(system.mediaRemote.limits, testing::Each(Seconds{2}));
   }
 }
 

@@ -38,15 +38,17 @@ TEST(TsafArchive, ReadsADurationOfFourBytes) {
   const std::pair<TsafBuilder, double> rows[] = {
       {start().shortNumber("duration", 240.5F), 240.5},
       {start().number("duration", 86400), 86400},
+      {start().shortNumber("duration", 86400), 86400},
+      {start().shortNumber("duration", 86401), 0},
       {start().number("duration", 1e40), 0}, // valid in neither form
       {start().number("duration", -240), 0},
       {start().shortNumber("duration", -1.0F), 0},
       {start(), 0},
   };
-  for (const auto& [builder, duration] : rows)
-    EXPECT_EQ(TsafArchive(builder.bytes()).tsafFloat("duration"), duration);
-  EXPECT_EQ(TsafArchive(start().number("startTime", 9e8).bytes()).tsafFloat("startTime"), 9e8)
-      << "only a duration ends after a day";
+  for (auto [builder, duration] : rows) {
+    const auto item = TsafArchive::parseHistoryItem(builder.number("startTime", 8e8).bytes());
+    EXPECT_EQ(item ? item->period.duration.count() : 0, duration);
+  }
 }
 
 TEST(TsafArchive, NeedsTitleArtistDurationAndStart) {
@@ -72,7 +74,8 @@ TEST(TsafArchive, NeedsTitleArtistDurationAndStart) {
 
 TEST(TsafArchive, TellsIdentifiersFromOtherTexts) {
   const auto titleID = [](const std::string& value, const std::string& end = std::string(1, 0)) {
-    return TsafArchive(start().raw("\x08" + value + end).bytes()).tsafTitleID();
+    auto complete = start().number("duration", 200).number("startTime", 8e8);
+    return TsafArchive::parseHistoryItem(complete.raw("\x08" + value + end).bytes())->titleID;
   };
   EXPECT_EQ(titleID(identifier), identifier);
   EXPECT_EQ(titleID("xyz" + identifier + "ff"), identifier);
