@@ -21,13 +21,12 @@ constexpr int busyTimeoutMilliseconds = 150;
 /// True for a write-ahead-logging database without its log or the log's index: nobody has it open.
 /// SQLite would create what is missing even for a reader, and leave it there.
 bool isLeftBehind(const std::filesystem::path& path) {
-  constexpr std::size_t writeVersion = 18;
   constexpr std::size_t readVersion = 19;
   constexpr char writeAheadLog = 2;
   std::array<char, readVersion + 1> header{};
   std::ifstream file(path, std::ios::binary);
   if (!file.read(header.data(), header.size())) return false;
-  if (header[writeVersion] != writeAheadLog || header[readVersion] != writeAheadLog) return false;
+  if (header[readVersion] != writeAheadLog) return false;
   const auto isMissing = [&path](const char* suffix) {
     auto companion = path;
     companion += suffix;

@@ -117,6 +117,13 @@ TEST_F(SQLiteReading, ReadsALogDatabaseLeftBehindWithoutATrace) {
     EXPECT_EQ(folderContent().size(), 1U);
   }
   std::filesystem::permissions(path.parent_path(), perms::owner_all);
+  // Of the two versions in the header, the second is the one that tells readers of a log.
+  std::fstream(path).seekp(18) << "\x01\x02";
+  EXPECT_EQ(read(), Row{"kept"});
+  EXPECT_EQ(folderContent().size(), 1U);
+  std::fstream(path).seekp(18) << "\x02\x01";
+  const DatabaseFile writer(path, "BEGIN EXCLUSIVE");
+  EXPECT_FALSE(read()) << "without a log a writer's lock holds";
 }
 
 } // namespace
