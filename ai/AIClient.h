@@ -13,31 +13,37 @@
 
 namespace velmor {
 
-/// Asks a model provider for songs to play next. One instance serves the whole application; each
-/// call is one request, without retry or cache. Main thread.
+/// Asks a model provider for songs to play next. Each call sends one request; nothing is tried
+/// twice or remembered. One object serves the whole program. Main thread.
 class AIClient {
 public:
   static constexpr auto defaultTinkerEndpoint =
       "https://tinker.thinkingmachines.dev/services/tinker-prod/anthropic/api/v1/messages";
   static constexpr auto defaultOpenAIEndpoint = "https://api.openai.com/v1/responses";
 
-  /// Both endpoints are whole addresses.
+  /// Each endpoint is the whole address that requests are sent to.
   AIClient(const Platform& platform, std::string tinkerEndpoint, std::string openAIEndpoint);
 
   /// What plays now, and what is wanted after it.
   struct Request {
+    /// The provider's key, sent as it is; it must not be blank.
     std::string apiKey;
-    /// Selects the provider; sent as it is.
+    /// Decides which provider is asked (ModelProvider.h); sent as it is.
     std::string model;
+    /// Song and artist must not be empty.
     TrackMetadata current;
     /// Display name of the application that plays the track.
     std::string source;
+    /// How far the tempo may be from the current one, in BPM; cut to a whole number.
     double bpmTolerance = 0;
+    /// How many songs are wanted, 1 or more. Another number of songs in the answer is an error.
     std::int64_t recommendationCount = 0;
   };
 
-  /// The validated answer, with the track that was given in the place of the model's own idea of
-  /// it. Throws VelmorError, TransportError or DecodingError.
+  /// The checked answer (AnalysisValidation.h). Its current track is the one that was given,
+  /// whatever the model says. Throws VelmorError with a sentence for the user (with the HTTP status
+  /// as its code for a refused request), TransportError when the connection fails or
+  /// nothing arrives for 45 seconds, DecodingError when the answer is not the JSON asked for.
   [[nodiscard]] Task<Analysis> recommend(Request request);
 
 private:

@@ -6,14 +6,15 @@
 
 namespace velmor {
 
-/// The tool that the model has to call with its answer, whose arguments are an Analysis.
+/// The tool that the model must call with its answer: the arguments of the call are an Analysis.
 struct AnalysisTool {
   static constexpr auto name = "submit_dj_analysis";
 
-  /// The tool's name, description and input schema, for a wanted number of recommendations.
+  /// Name, description and input schema of the tool, as the Messages protocol writes them.
+  /// `recommendationCount` is the number of songs wanted, the most that the schema allows.
   [[nodiscard]] static nlohmann::json analysisTool(std::int64_t recommendationCount);
 
-  /// The schema with every object closed against properties that it does not list.
+  /// The schema with "additionalProperties": false in every object, as OpenAI wants it.
   [[nodiscard]] static nlohmann::json strictObjectSchema(const nlohmann::json& schema);
 };
 

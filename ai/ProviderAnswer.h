@@ -7,7 +7,7 @@
 
 namespace velmor {
 
-/// What the answers of both providers have in common.
+/// Reading the parts that the answers of both providers share. Stateless; any thread.
 struct ProviderAnswer {
   /// The answer as a JSON object. Throws DecodingError when it is not JSON, VelmorError with
   /// `notAnObject` when it is something else, and the provider's own message when it reports one.

@@ -37,10 +37,20 @@ std::string joinedText(const Json& blocks) {
   return joined;
 }
 
+/// An analysis written as text, perhaps fenced as a code block. Throws VelmorError or
+/// DecodingError.
+Analysis parseAnalysisText(std::string_view given) {
+  const auto unfenced =
+      text::replacingAll(text::replacingAll(text::trimmed(given), "```json", ""), "```", "");
+  auto analysis = jsonDecoder().decode<Analysis>(unfenced);
+  if (analysis.playbackDetected && analysis.recommendations.empty()) throw VelmorError(undecodable);
+  return analysis;
+}
+
 Analysis analysisInText(const std::string& text) {
   if (text.empty()) throw VelmorError(undecodable);
   try {
-    return TinkerMessages::parseAnalysisText(text);
+    return parseAnalysisText(text);
   } catch (const std::exception&) {
     throw VelmorError(undecodable);
   }
@@ -77,14 +87,6 @@ Analysis TinkerMessages::parseTinkerResponse(std::string_view data,
   const Json* input = toolInput(*blocks);
   const auto analysis = input ? input->get<Analysis>() : analysisInText(joinedText(*blocks));
   return validateAnalysis(analysis, recommendationCount);
-}
-
-Analysis TinkerMessages::parseAnalysisText(std::string_view given) {
-  const auto unfenced =
-      text::replacingAll(text::replacingAll(text::trimmed(given), "```json", ""), "```", "");
-  auto analysis = jsonDecoder().decode<Analysis>(unfenced);
-  if (analysis.playbackDetected && analysis.recommendations.empty()) throw VelmorError(undecodable);
-  return analysis;
 }
 
 } // namespace velmor

@@ -67,17 +67,36 @@ TEST(RecommendationPrompt, WritesNumbersAsAgreed) {
 }
 
 TEST_F(AIClientTest, SendsToEachProviderWhatItsProtocolWants) {
-  const std::tuple<const char*, const char*, const char*> cases[] = {
-      {"GPT-4.1 ", "http://openai", "Bearer  key "},
-      {"thinkingmachines/Inkling-Small", "http://tinker", " key "}};
-  for (const auto& [model, url, key] : cases) {
+  const auto* const instructions = RecommendationPrompt::system;
+  const std::tuple<const char*, const char*, const char*, Json> cases[] = {
+      {"GPT-4.1 ",
+       "http://openai",
+       "Bearer  key ",
+       {{"instructions", instructions},
+        {"max_output_tokens", 3000},
+        {"tool_choice", {{"type", "function"}, {"name", "submit_dj_analysis"}}}}},
+      {"thinkingmachines/Inkling-Small",
+       "http://tinker",
+       " key ",
+       {{"system", instructions},
+        {"max_tokens", 3000},
+        {"temperature", 0.1},
+        {"thinking", {{"type", "disabled"}}},
+        {"tool_choice", {{"type", "tool"}, {"name", "submit_dj_analysis"}}}}}};
+  for (const auto& [model, url, key, settings] : cases) {
     request.model = model;
     EXPECT_EQ(run(request), "ok");
     const auto& sent = system.http.requests.back();
     EXPECT_EQ(sent.url, url);
     EXPECT_EQ(sent.headers.front().second, key);
+    EXPECT_EQ(sent.headers.back(),
+              std::pair(std::string("content-type"), std::string("application/json")));
     EXPECT_EQ(sent.timeout, Seconds{60});
     const auto body = Json::parse(sent.body);
+    auto fixed = body;
+    for (const auto* const told : {"model", "tools", "messages", "input"})
+      fixed.erase(told);
+    EXPECT_EQ(fixed, settings);
     EXPECT_EQ(body.at("model"), model) << "to the letter";
     EXPECT_THAT(sent.body, testing::HasSubstr("exactly 3 ranked recommendations."));
     EXPECT_THAT(sent.body, testing::HasSubstr(R"("maxItems":3,"minItems":0)"));

@@ -73,6 +73,12 @@ TEST(DjayDetector, TakesTheFirstTrackThatCanStillPlay) {
 TEST(DjayDetector, NeedsNeitherTempoNorAnApplicationInTheList) {
   DjayHome home;
   home.addLibrary(secondPath, 30);
+  const NowPlayingTrack whole{.title = "Nightfall",
+                              .artist = "A, B",
+                              .bpm = 124.5,
+                              .source = "djay Pro",
+                              .detection = "djay Pro play history"};
+  EXPECT_EQ(DjayDetector::current(home.platform), whole);
   for (const auto& unknown :
        {std::string("x' OR 1 = 1 OR items.key = 'xxxx"), std::string(32, 'f')})
     EXPECT_EQ(DjayDetector::readBPM(home.environment.home / secondPath, unknown), 0);

@@ -58,7 +58,8 @@ TEST(MediaRemoteClient, NamesTheApplicationAndAsksTheClientOnlyWhenItMust) {
     system.mediaRemote.playing = true;
     system.mediaRemote.client = client;
     system.mediaRemote.info = playing({{key::bundleIdentifier, inInfo}});
-    EXPECT_EQ(MediaRemoteClient::currentTrackWorker(system.platform)->source, source);
+    const auto track = MediaRemoteClient::currentTrackWorker(system.platform);
+    EXPECT_EQ(track->source + " / " + track->detection, source + " / macOS media session");
     EXPECT_EQ(system.mediaRemote.clientQueries, queries) << source;
     EXPECT_THAT(system.mediaRemote.limits, testing::Each(Seconds{2}));
   }

@@ -43,13 +43,12 @@ TEST(RekordboxDetector, JudgesTextsByTheirPlaces) {
       {{"310", {{300, 125}, {40, 14}}}, "Title, Artist, , 310, 0; "},
       {{"1:05:30", {{300, 125}, {40, 14}}}, "Title, Artist, , 1:05:30, 0; "},
   };
-  for (const auto& [text, decks] : rows) {
-    EXPECT_EQ(
-        decksOf({{"Title", {{100, 100}, {300, 20}}}, {"Artist", {{100, 125}, {200, 14}}}, text},
-                {{0, 0}, {1000, 800}}),
-        decks)
-        << text.name;
-  }
+  const Rect root{{0, 0}, {1000, 800}};
+  const std::vector<UIAText> pair{{"Title", {{100, 100}, {300, 20}}},
+                                  {"Artist", {{100, 125}, {200, 14}}}};
+  for (const auto& [text, decks] : rows)
+    EXPECT_EQ(decksOf({pair[0], pair[1], text}, root), decks) << text.name;
+  EXPECT_EQ(RekordboxDetector::parseDecks(pair, root).at(0).top, 100) << "decides between decks";
   const std::vector<UIAText> low{{"Title", {{0, 120}, {300, 20}}},
                                  {"Artist", {{0, 145}, {200, 14}}}};
   EXPECT_EQ(decksOf(low, {{0, 10}, {1000, 200}}), "Title, Artist, , , 0; ");

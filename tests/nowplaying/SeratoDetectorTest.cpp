@@ -38,8 +38,16 @@ TEST(SeratoDetector, ReportsTheNewestOpenEntry) {
     home.addDatabase(secondPath, history(entries));
     home.processes.running = {"serato dj"};
     EXPECT_EQ(outcome(SeratoDetector::current, home.platform), track) << entries;
-    home.addDatabase(firstPath, history("(1,'A','Preferred','','',0,'',100,-1,1,'')"));
-    EXPECT_EQ(outcome(SeratoDetector::current, home.platform), "Preferred / A / ");
+    home.addDatabase(firstPath, history("(1,'A','First','Al','House',124.5,'8A',9,-1,1,'Lite')"));
+    const NowPlayingTrack preferred{.title = "First",
+                                    .artist = "A",
+                                    .album = "Al",
+                                    .genre = "House",
+                                    .bpm = 124.5,
+                                    .key = "8A",
+                                    .source = "Lite",
+                                    .detection = "Serato performance history"};
+    EXPECT_EQ(SeratoDetector::current(home.platform), preferred);
   }
 }
 

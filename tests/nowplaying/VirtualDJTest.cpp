@@ -73,7 +73,15 @@ TEST_F(NetworkControl, AsksLsofAboutEveryProcessAndPortsUntilOneAnswers) {
 }
 
 TEST_F(NetworkControl, ReadsTheMasterDeck) {
-  EXPECT_EQ(answered("a|||b|||c|||d|||124.0|||8A\n").bpm, 124);
+  const NowPlayingTrack whole{.title = "a",
+                              .artist = "b",
+                              .album = "c",
+                              .genre = "d",
+                              .bpm = 124.5,
+                              .key = "8A",
+                              .source = "VirtualDJ",
+                              .detection = "VirtualDJ master-deck metadata"};
+  EXPECT_EQ(answered("a|||b|||c|||d|||124.5|||8A\n"), whole);
   EXPECT_EQ(answered("a|||b|||c|||d|||124%|||8A", 404).bpm, 124);
   EXPECT_EQ(answered("a|||b|||||||||y|||").bpm, 0);
   for (const auto* const body :
