@@ -7,14 +7,17 @@
 
 namespace velmor {
 
-/// The version and the build date. Each is found out once, on first use. Main thread.
+/// The program's version and build date. Each is looked up once, when it is first asked for. Main
+/// thread.
 class BuildInfo {
 public:
   explicit BuildInfo(const Platform& thePlatform) : platform(thePlatform) {}
 
+  /// As the bundle says, "1.0.0" when it says nothing.
   [[nodiscard]] const std::string& version();
 
-  /// As the build wrote it down, else the day of first use in the user's language and time zone.
+  /// As the build wrote it down, for example "23.11.2026"; else today's date in the user's time
+  /// zone.
   [[nodiscard]] const std::string& buildDate();
 
 private:

@@ -18,6 +18,7 @@ namespace {
 using State = DoctorFinding::State;
 
 constexpr std::size_t nameWidth = 20;
+constexpr auto providerLabel = "Model provider";
 
 const char* nameOf(State state) {
   switch (state) {
@@ -29,6 +30,10 @@ const char* nameOf(State state) {
     return "faulty";
   }
   return "";
+}
+
+const char* environmentName(ModelProvider provider) {
+  return provider == ModelProvider::OpenAI ? "OPENAI_API_KEY" : "TINKER_API_KEY";
 }
 
 std::string line(const DoctorFinding& finding) {
@@ -62,7 +67,7 @@ nlohmann::json list(const std::vector<DoctorFinding>& findings) {
 } // namespace
 
 std::string DoctorReport::readable() const {
-  return lines("Sources, in the order in which they are asked", sources) +
+  return lines("Sources of tracks, in the order in which Velmor asks them", sources) +
          lines("This machine", surroundings) +
          (trackCanBeFound ? "A track can be found" : "No track can be found") +
          (trackCanBeFound == suggestionCanBeAsked ? ", and " : ", but ") +
@@ -77,18 +82,6 @@ std::string DoctorReport::json() const {
                                              {"suggestionCanBeAsked", suggestionCanBeAsked}}) +
          "\n";
 }
-
-namespace {
-
-using State = DoctorFinding::State;
-
-constexpr auto providerLabel = "Model provider";
-
-const char* environmentName(ModelProvider provider) {
-  return provider == ModelProvider::OpenAI ? "OPENAI_API_KEY" : "TINKER_API_KEY";
-}
-
-} // namespace
 
 DoctorReport Doctor::examine() const {
   auto sources = DoctorSources::examine(platform);
@@ -119,7 +112,7 @@ DoctorFinding Doctor::ffmpeg() const {
     return {name, State::ready, *path, ""};
   }
   return {name, State::absent, "not installed",
-          "Install ffmpeg to measure tempo and key from the sound; suggestions work without."};
+          "To measure tempo and key from the sound, install ffmpeg. Suggestions work without it."};
 }
 
 DoctorFinding Doctor::extractor() const {
@@ -128,8 +121,8 @@ DoctorFinding Doctor::extractor() const {
     return {name, State::ready, *path, ""};
   }
   return {name, State::absent, "essentia_streaming_extractor_music is not found",
-          "Run scripts/bootstrap --with-essentia, or name it in ESSENTIA_EXTRACTOR; suggestions "
-          "work without."};
+          "To measure tempo and key from the sound, run scripts/bootstrap --with-essentia, or set "
+          "ESSENTIA_EXTRACTOR to the path of the tool. Suggestions work without it."};
 }
 
 DoctorFinding Doctor::portLister() const {
@@ -138,7 +131,8 @@ DoctorFinding Doctor::portLister() const {
     return {name, State::ready, platform.record.lsof, ""};
   }
   return {name, State::absent, "not at " + platform.record.lsof,
-          "Install lsof to find VirtualDJ's network control; its history is read without."};
+          "To reach VirtualDJ's Network Control, install lsof. Without it Velmor reads the play "
+          "history."};
 }
 
 DoctorFinding Doctor::provider() const {
@@ -157,7 +151,7 @@ DoctorFinding Doctor::provider() const {
               std::string("Enter a key in the settings, or set ") + variable + "."};
     }
   } catch (const FileError& error) {
-    return {providerLabel, State::faulty, "the settings cannot be opened", error.what()};
+    return {providerLabel, State::faulty, "the settings cannot be read", error.what()};
   }
   return {providerLabel, State::faulty, "", ""};
 }

@@ -7,27 +7,29 @@
 
 namespace velmor {
 
-/// What was found out about one source, tool or service.
+/// What doctor says about one source of tracks, tool or service.
 struct DoctorFinding {
   enum class State {
-    /// In order, and of use right now.
+    /// Velmor can use it now.
     ready,
-    /// Not there. That is no fault unless the user wants it.
+    /// Not there, which is a fault only when the user wants it.
     absent,
     /// There, but something is in its way.
     faulty
   };
 
+  /// "Mixxx", say.
   std::string name;
   State state = State::absent;
+  /// What was found, in a few words.
   std::string detail;
-  /// What the user can do; "" for what is ready.
+  /// What the user can do about it; "" for what is ready.
   std::string advice;
 };
 
 /// What this machine offers for finding a track, measuring it and asking for suggestions.
 struct DoctorReport {
-  /// Where tracks are read from, in the order in which they are asked.
+  /// The sources of tracks, in the order in which Velmor asks them.
   std::vector<DoctorFinding> sources;
   /// The system's services, then tools, then the model provider.
   std::vector<DoctorFinding> surroundings;
@@ -36,10 +38,10 @@ struct DoctorReport {
 
   [[nodiscard]] bool isReady() const { return trackCanBeFound && suggestionCanBeAsked; }
 
-  /// A line a finding and a line for each advice.
+  /// For people: a line for each finding, a line for each advice, and a line that sums up.
   [[nodiscard]] std::string readable() const;
 
-  /// One compact object and a line feed.
+  /// For scripts: one line with a JSON object, and a line feed.
   [[nodiscard]] std::string json() const;
 };
 

@@ -31,7 +31,7 @@ DoctorFinding absent(const std::string& name, const std::string& advice) {
   return {name, State::absent, "not running", advice};
 }
 
-/// The state of a running program that is known by its database alone.
+/// What to say of a running program that Velmor reads from one of these databases.
 DoctorFinding database(const Platform& platform, const std::string& name, const Paths& paths,
                        const std::string& missingAdvice) {
   const auto readable = std::ranges::find_if(paths, SQLiteReader::canRead);
@@ -46,6 +46,107 @@ DoctorFinding database(const Platform& platform, const std::string& name, const 
   }
   return {name, State::faulty, "running, but " + found->string() + " cannot be read",
           "Give your user the right to read the file and its folder."};
+}
+
+DoctorFinding mixxx(const Platform& platform) {
+  constexpr auto name = "Mixxx";
+  if (!MixxxDetector::isRunning(platform)) return absent(name, "Start Mixxx and play a track.");
+  if (MixxxDetector::accessibilityWindowTitle(platform) || MixxxDetector::cgWindowTitle(platform)) {
+    return {name, State::ready, "running, the window's title names the track", ""};
+  }
+  const auto libraries = MixxxLibrary::libraryDatabasePaths(platform);
+  if (!libraries.empty()) return database(platform, name, libraries, "");
+  return {name, State::faulty, "running, but no window names a track and your home has no library",
+          "Load and play a track. Run Mixxx as the same user and with its usual settings folder."};
+}
+
+DoctorFinding rekordbox(const Platform& platform) {
+  constexpr auto name = "rekordbox";
+  if (!RekordboxDetector::isRunning(platform)) {
+    return absent(name, "Start rekordbox and load a track.");
+  }
+  try {
+    const auto decks = RekordboxDetector::readDecksViaAccessibility(platform);
+    return {name, State::ready,
+            "running, loaded decks in its window: " + std::to_string(decks.size()), ""};
+  } catch (const NowPlayingError& error) {
+    if (error.errorCase() == NowPlayingError::Case::accessibilityDenied) {
+      return {name, State::faulty, "running, but its window may not be read",
+              error.errorDescription()};
+    }
+  } catch (const std::exception&) {
+    // The same advice helps as for a window without a deck.
+  }
+  return {name, State::faulty, "running, but its window shows no loaded deck",
+          "Open its window in performance mode and load a track. While rekordbox runs, Velmor asks "
+          "no source below it."};
+}
+
+DoctorFinding djay(const Platform& platform) {
+  constexpr auto name = "djay Pro";
+  if (!DjayDetector::isRunning(platform)) return absent(name, "Start djay Pro and play a track.");
+  return database(platform, name, DjayDetector::mediaLibraryPaths(platform),
+                  "Keep the media library in the Music folder, and play a track.");
+}
+
+DoctorFinding player(const Platform& platform, const std::string& name) {
+  if (!ProcessUtils::isRunning(platform, {name})) {
+    return absent(name, "Start " + name + " and play a track.");
+  }
+  try {
+    const bool plays =
+        StreamingAppDetector::current(platform, name, {name}, name, name).has_value();
+    if (plays) return {name, State::ready, "running, plays a track", ""};
+    return {name, State::absent, "running, but plays nothing", "Press play in " + name + "."};
+  } catch (const std::exception& error) {
+    return {name, State::faulty, "running, but Velmor could not ask it", error.what()};
+  }
+}
+
+DoctorFinding mediaSession(const Platform& platform) {
+  constexpr auto name = "Media session";
+  const auto session = platform.mediaRemote.open();
+  if (!session) {
+    return {
+        name, State::faulty, "not available",
+        "Start Velmor inside your desktop session. The services listed below say what is missing."};
+  }
+  const auto client = session->nowPlayingClient(patience);
+  if (session->nowPlayingApplicationIsPlaying(patience).value_or(false)) {
+    const auto who = client ? MediaRemoteClient::mediaSourceName(*client) : "a player";
+    return {name, State::ready, who + " plays", ""};
+  }
+  return {name, State::absent, client ? "a player is open, but plays nothing" : "no player",
+          "Play a track in a browser or any player that announces its track."};
+}
+
+DoctorFinding virtualDJ(const Platform& platform) {
+  constexpr auto name = "VirtualDJ";
+  if (ProcessUtils::processIDs(platform, VirtualDJNetworkControl::processName).empty()) {
+    return absent(name, "Start VirtualDJ and play a track.");
+  }
+  for (const auto port : VirtualDJNetworkControl::listeningPorts(platform)) {
+    try {
+      static_cast<void>(VirtualDJNetworkControl::queryNetworkControl(platform, port));
+      return {name, State::ready,
+              "running, Network Control answers on port " + std::to_string(port), ""};
+    } catch (const std::exception&) {
+      continue;
+    }
+  }
+  const auto history = VirtualDJHistory::homeFolder(platform) / "History";
+  if (!platform.files.list(history).empty()) {
+    return {name, State::ready, "running, reads " + history.string(), ""};
+  }
+  return {name, State::faulty, "running, but neither Network Control nor a play history is found",
+          "Switch on the Network Control plugin, or the history in VirtualDJ's settings."};
+}
+
+DoctorFinding serato(const Platform& platform) {
+  constexpr auto name = "Serato";
+  if (!SeratoDetector::isRunning(platform)) return absent(name, "Start Serato and play a track.");
+  return database(platform, name, SeratoDetector::historyPaths(platform),
+                  "Play a track, so that Serato writes its history.");
 }
 
 } // namespace
@@ -68,106 +169,6 @@ DoctorSources::Result DoctorSources::examine(const Platform& platform) {
     return finding.state == State::ready;
   });
   return result;
-}
-
-DoctorFinding DoctorSources::mixxx(const Platform& platform) {
-  constexpr auto name = "Mixxx";
-  if (!MixxxDetector::isRunning(platform)) return absent(name, "Start Mixxx and play a track.");
-  if (MixxxDetector::accessibilityWindowTitle(platform) || MixxxDetector::cgWindowTitle(platform)) {
-    return {name, State::ready, "running, shows its track in the window's title", ""};
-  }
-  const auto libraries = MixxxLibrary::libraryDatabasePaths(platform);
-  if (!libraries.empty()) return database(platform, name, libraries, "");
-  return {name, State::faulty, "running, but it shows no track and has no library in your home",
-          "Load and play a track; run Mixxx as the same user, with its usual settings folder."};
-}
-
-DoctorFinding DoctorSources::rekordbox(const Platform& platform) {
-  constexpr auto name = "rekordbox";
-  if (!RekordboxDetector::isRunning(platform)) {
-    return absent(name, "Start rekordbox and load a track.");
-  }
-  try {
-    const auto decks = RekordboxDetector::readDecksViaAccessibility(platform);
-    return {name, State::ready, "running, " + std::to_string(decks.size()) + " loaded deck(s) read",
-            ""};
-  } catch (const NowPlayingError& error) {
-    if (error.errorCase() == NowPlayingError::Case::accessibilityDenied) {
-      return {name, State::faulty, "running, but its window may not be read",
-              error.errorDescription()};
-    }
-  } catch (const std::exception&) {
-    // As for a window without a deck: nothing that the user could use is known.
-  }
-  return {name, State::faulty, "running, but no deck is found in its window",
-          "Open its window in performance mode and load a track; nothing else is asked while it "
-          "runs."};
-}
-
-DoctorFinding DoctorSources::djay(const Platform& platform) {
-  constexpr auto name = "djay Pro";
-  if (!DjayDetector::isRunning(platform)) return absent(name, "Start djay Pro and play a track.");
-  return database(platform, name, DjayDetector::mediaLibraryPaths(platform),
-                  "Leave the media library in the Music folder, and play a track.");
-}
-
-DoctorFinding DoctorSources::player(const Platform& platform, const std::string& name) {
-  if (!ProcessUtils::isRunning(platform, {name})) {
-    return absent(name, "Start " + name + " and play a track.");
-  }
-  try {
-    const bool plays =
-        StreamingAppDetector::current(platform, name, {name}, name, name).has_value();
-    if (plays) return {name, State::ready, "running, plays a track", ""};
-    return {name, State::absent, "running, tells of no playing track",
-            "Press play in " + name + "."};
-  } catch (const std::exception& error) {
-    return {name, State::faulty, "running, but it cannot be asked", error.what()};
-  }
-}
-
-DoctorFinding DoctorSources::mediaSession(const Platform& platform) {
-  constexpr auto name = "Media session";
-  const auto session = platform.mediaRemote.open();
-  if (!session) {
-    return {name, State::faulty, "not offered here",
-            "Start Velmor inside your desktop session; see the session's services below."};
-  }
-  const auto client = session->nowPlayingClient(patience);
-  if (session->nowPlayingApplicationIsPlaying(patience).value_or(false)) {
-    const auto who = client ? MediaRemoteClient::mediaSourceName(*client) : "a player";
-    return {name, State::ready, who + " plays", ""};
-  }
-  return {name, State::absent, client ? "a player is there, but paused" : "no player",
-          "Play a track in a player that announces what it plays; a browser does."};
-}
-
-DoctorFinding DoctorSources::virtualDJ(const Platform& platform) {
-  constexpr auto name = "VirtualDJ";
-  if (ProcessUtils::processIDs(platform, VirtualDJNetworkControl::processName).empty()) {
-    return absent(name, "Start VirtualDJ and play a track.");
-  }
-  for (const auto port : VirtualDJNetworkControl::listeningPorts(platform)) {
-    try {
-      static_cast<void>(VirtualDJNetworkControl::queryNetworkControl(platform, port));
-      return {name, State::ready, "running, answers on port " + std::to_string(port), ""};
-    } catch (const std::exception&) {
-      continue;
-    }
-  }
-  const auto history = VirtualDJHistory::homeFolder(platform) / "History";
-  if (!platform.files.list(history).empty()) {
-    return {name, State::ready, "running, writes its history in " + history.string(), ""};
-  }
-  return {name, State::faulty, "running, but neither network control nor history is found",
-          "Switch on the Network Control plugin, or let VirtualDJ write its history."};
-}
-
-DoctorFinding DoctorSources::serato(const Platform& platform) {
-  constexpr auto name = "Serato";
-  if (!SeratoDetector::isRunning(platform)) return absent(name, "Start Serato and play a track.");
-  return database(platform, name, SeratoDetector::historyPaths(platform),
-                  "Play a track: Serato writes its history then.");
 }
 
 } // namespace velmor

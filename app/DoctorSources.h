@@ -7,24 +7,17 @@
 
 namespace velmor {
 
-/// Looks at each place that tracks are read from, with the readers' own means. Stateless.
+/// Checks each source of tracks with the functions that read it. Stateless.
 struct DoctorSources {
   struct Result {
-    /// In the order of detection.
+    /// In the order in which Velmor asks the sources.
     std::vector<DoctorFinding> findings;
     bool trackCanBeFound = false;
   };
 
-  /// Never throws. Must not run where the media session's answer would have to come.
+  /// Asks all sources, which may take some seconds. Never throws. Any thread but that of the main
+  /// loop, which the media session needs for its answers.
   [[nodiscard]] static Result examine(const Platform& platform);
-
-  [[nodiscard]] static DoctorFinding mixxx(const Platform& platform);
-  [[nodiscard]] static DoctorFinding rekordbox(const Platform& platform);
-  [[nodiscard]] static DoctorFinding djay(const Platform& platform);
-  [[nodiscard]] static DoctorFinding player(const Platform& platform, const std::string& name);
-  [[nodiscard]] static DoctorFinding mediaSession(const Platform& platform);
-  [[nodiscard]] static DoctorFinding virtualDJ(const Platform& platform);
-  [[nodiscard]] static DoctorFinding serato(const Platform& platform);
 };
 
 } // namespace velmor

@@ -6,11 +6,14 @@
 
 namespace velmor {
 
-/// Tracks and rankings as the command line prints them, each ending in a line feed. What comes from
-/// tracks and models is printed without control characters, which a terminal would obey.
+/// Tracks and rankings as the command line prints them; each text ends with a line feed. Readable
+/// texts have no control characters: a title could otherwise command the terminal. Any thread.
 struct TrackText {
+  /// One line for people, as overlays show it.
   [[nodiscard]] static std::string readable(const NowPlayingTrack& track);
+  /// One line with a JSON object. Throws EncodingError when the tempo is not a number.
   [[nodiscard]] static std::string json(const NowPlayingTrack& track);
+  /// The playing track and the numbered list of suggestions, for people.
   [[nodiscard]] static std::string readable(const VisionResult& result);
 };
 

@@ -31,7 +31,7 @@ std::vector<SystemService> SessionStatus::services() {
 
 SystemService SessionStatus::display() const {
   constexpr auto advice = "For the window, start Velmor in an X11 session, or in a Wayland session "
-                          "with XWayland; the commands work without a display.";
+                          "with XWayland. The commands work without a display.";
   const auto name = environment.variable("DISPLAY").value_or("");
   if (name.empty()) return {"Display", false, "DISPLAY is not set", advice};
   if (!isDisplayOpen(name)) return {"Display", false, name + " does not answer", advice};
@@ -39,10 +39,10 @@ SystemService SessionStatus::display() const {
 }
 
 SystemService SessionStatus::sessionBus() const {
-  constexpr auto advice = "Start Velmor from the desktop session, or under dbus-run-session: media "
-                          "players tell their track over this bus.";
+  constexpr auto advice = "Start Velmor in your desktop session, or with dbus-run-session: media "
+                          "players announce their tracks on this bus.";
   const auto address = sessionBusAddress(environment);
-  if (!address) return {"Session bus", false, "none runs", advice};
+  if (!address) return {"Session bus", false, "not running", advice};
   const auto end = std::chrono::steady_clock::now() + AtspiBus::patience;
   if (!BusWait(end, quit).connect(*address)) {
     return {"Session bus", false, *address + " does not answer", advice};
@@ -52,11 +52,11 @@ SystemService SessionStatus::sessionBus() const {
 
 SystemService SessionStatus::accessibilityBus() const {
   constexpr auto name = "Accessibility bus";
-  constexpr auto use = " rekordbox's decks are read through it.";
+  constexpr auto use = " Velmor reads rekordbox's decks through it.";
   const auto address = sessionBusAddress(environment);
   const auto bus = address ? AtspiBus::open(*address, quit) : nullptr;
   if (!bus) {
-    return {name, false, "none runs", std::string("Install the package at-spi2-core.") + use};
+    return {name, false, "not running", std::string("Install the package at-spi2-core.") + use};
   }
   if (!bus->isSwitchedOn()) {
     return {name, false, "switched off",
@@ -70,9 +70,9 @@ SystemService SessionStatus::accessibilityBus() const {
 SystemService SessionStatus::soundServer() const {
   const auto server = SoundServer::address(environment);
   if (server && SoundServer::answers(*server)) return {"Sound server", true, *server, ""};
-  return {"Sound server", false, server ? *server + " does not answer" : "none runs",
-          "Start PulseAudio, or PipeWire with pipewire-pulse: the sample of the sound comes from "
-          "it. Suggestions work without."};
+  return {"Sound server", false, server ? *server + " does not answer" : "not running",
+          "Start PulseAudio, or PipeWire with pipewire-pulse: Velmor records its sample of the "
+          "sound there. Suggestions work without it."};
 }
 
 } // namespace velmor

@@ -63,6 +63,26 @@ TEST_F(DoctorTest, TellsRunningProgramsWhoseFilesCannotBeReadFromThoseThatCan) {
   }
 }
 
+TEST_F(DoctorTest, TellsOfEverySourceToolAndServiceWithWhatToDo) {
+  system.processes.running = {"spotify"};
+  system.mediaRemote.available = false;
+  std::string text;
+  const auto report = examine();
+  for (const auto* findings : {&report.sources, &report.surroundings})
+    for (const auto& finding : *findings) {
+      text += finding.name + (finding.state == State::faulty ? "!, " : ", ");
+      EXPECT_EQ(finding.advice.empty(), finding.state == State::ready) << finding.name;
+    }
+  EXPECT_EQ(text, "Mixxx, rekordbox, djay Pro, Spotify, Music, Media session!, VirtualDJ, Serato, "
+                  "Display, Sound server, ffmpeg, Extractor, lsof, Model provider!, ");
+  EXPECT_THAT(report.readable(),
+              HasSubstr("\n  Spotify             absent  running, but plays nothing\n"));
+  EXPECT_EQ(
+      nlohmann::json::parse(report.json()).at("surroundings").at(1),
+      nlohmann::json(
+          {{"name", "Sound server"}, {"state", "ready"}, {"detail", "here"}, {"advice", ""}}));
+}
+
 TEST_F(DoctorTest, NamesTheRefusalOfRekordboxsWindowAndThatNobodyElseIsAskedThen) {
   system.mediaRemote.playing = true;
   EXPECT_TRUE(examine().trackCanBeFound);
