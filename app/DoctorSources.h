@@ -15,8 +15,7 @@ struct DoctorSources {
     bool trackCanBeFound = false;
   };
 
-  /// Asks all sources, which may take some seconds. Never throws. Any thread but that of the main
-  /// loop, which the media session needs for its answers.
+  /// Asks all sources, which may block the calling thread for some seconds. Never throws.
   [[nodiscard]] static Result examine(const Platform& platform);
 };
 
