@@ -6,13 +6,14 @@ import unittest
 from mixxx import Mixxx
 from session import Session, waitUntil
 
-SHORT = 45
+SHORT, LONG = 45, 400
+"""Seconds: one to outlive, others to outlast what is done while they play."""
 TRACKS = {
-    "one": (900, {"title": "Kick At 128", "artist": "Guns N' Roses", "album": "Synth Album",
-                  "genre": "Techno", "TBPM": "128", "TKEY": "Am"}),
-    "two": (900, {"title": "Svefn-g-englar – Ænima 東京", "artist": "Sigur Rós",
-                  "album": "Ágætis \"byrjun\""}),
-    "three": (900, {"title": "Left | Right", "artist": "DJ A - DJ B"}),
+    "one": (LONG, {"title": "Kick At 128", "artist": "Guns N' Roses", "album": "Synth Album",
+                   "genre": "Techno", "TBPM": "128", "TKEY": "Am"}),
+    "two": (LONG, {"title": "Svefn-g-englar – Ænima 東京", "artist": "Sigur Rós",
+                   "album": "Ágætis \"byrjun\""}),
+    "three": (LONG, {"title": "Left | Right", "artist": "DJ A - DJ B"}),
     "short": (SHORT, {"title": "Last One", "artist": "Closing Act", "genre": "House"}),
 }
 NOTHING_PLAYS = "Mixxx"
