@@ -13,7 +13,7 @@ PlatformRecord linuxRecord(ProcessLauncher& processes, MprisBusSource& players) 
           // Otherwise the time stamps of the sound server cut the beginning of the sample off.
           .captureOptions = {"-wallclock", "0"},
           .captureDevices = {"@DEFAULT_MONITOR@"},
-          .existingCaptureDevices = [&processes] { return outputMonitors(processes); },
+          .existingCaptureDevices = [&processes] { return SoundServer::outputMonitors(processes); },
           .answerScript = [&players](const auto& script) { return answerScript(script, players); }};
 }
 

@@ -1,15 +1,20 @@
 #include "platform/linux/accessibility/AtspiAccessibility.h"
 
 #include "platform/linux/accessibility/AtspiBus.h"
+#include "platform/linux/accessibility/AtspiNode.h"
 #include "platform/linux/accessibility/AtspiTree.h"
 #include "platform/linux/bus/SessionBus.h"
 #include "platform/linux/desktop/EwmhWindowList.h"
 
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 namespace velmor {
 
 namespace {
+
+using SharedConversation = std::shared_ptr<AtspiConversation>;
 
 AccessibilityResult found(AccessibilityValue value) {
   return {accessibilityError::success, std::move(value)};
@@ -19,105 +24,109 @@ AccessibilityResult textOrNone(const std::string& text) {
   return text.empty() ? AccessibilityResult{accessibilityError::noValue} : found(text);
 }
 
-} // namespace
-
-AtspiElement::AtspiElement(std::shared_ptr<AtspiConversation> programConversation,
-                           AtspiNodePtr ownNode)
-    : conversation(std::move(programConversation)), node(std::move(ownNode)) {}
-
-AccessibilityResult AtspiElement::attribute(const std::string& attributeName) {
-  if (attributeName == "AXTitle") return textOrNone(node->name);
-  if (attributeName == "AXValue") return value();
-  if (attributeName == "AXPosition") return found(node->position);
-  if (attributeName == "AXSize") return found(node->size);
-  if (attributeName == "AXChildren") return children();
-  return {accessibilityError::attributeUnsupported};
-}
-
-int AtspiElement::setAttribute(const std::string&, const AccessibilityValue&) {
-  return accessibilityError::attributeUnsupported;
-}
-
-std::vector<AccessibilityElementPtr>
-AtspiElement::wrap(const std::shared_ptr<AtspiConversation>& conversation,
-                   const AtspiNodes& nodes) {
-  std::vector<AccessibilityElementPtr> elements;
-  for (const auto& node : nodes) {
-    elements.push_back(std::make_shared<AtspiElement>(conversation, node));
+/// What all elements have in common: this system lets nobody set an attribute.
+class ReadOnlyElement : public AccessibilityElement {
+public:
+  int setAttribute(const std::string&, const AccessibilityValue&) override {
+    return accessibilityError::attributeUnsupported;
   }
-  return elements;
-}
+};
 
-AccessibilityResult AtspiElement::children() {
-  if (!node->childrenKnown && !AtspiTree(*conversation).readBelow(node)) {
-    return {accessibilityError::cannotComplete};
+/// A window, or something in one. It was read when its window was first asked for its children.
+class AtspiElement final : public ReadOnlyElement {
+public:
+  AtspiElement(SharedConversation programConversation, AtspiNodePtr ownNode)
+      : conversation(std::move(programConversation)), node(std::move(ownNode)) {}
+
+  AccessibilityResult attribute(const std::string& name) override {
+    if (name == "AXTitle") return textOrNone(node->name);
+    if (name == "AXValue") return value();
+    if (name == "AXPosition") return found(node->position);
+    if (name == "AXSize") return found(node->size);
+    if (name == "AXChildren") return children();
+    return {accessibilityError::attributeUnsupported};
   }
-  return found(wrap(conversation, node->children));
-}
 
-AccessibilityResult AtspiElement::value() {
-  if (!node->valueKnown && node->mayHoldValue) AtspiTree(*conversation).readValues({node});
-  return textOrNone(node->value);
-}
-
-AtspiApplicationElement::AtspiApplicationElement(
-    std::shared_ptr<AtspiConversation> programConversation, std::int32_t processIdentifier)
-    : conversation(std::move(programConversation)), process(processIdentifier) {}
-
-AccessibilityResult AtspiApplicationElement::attribute(const std::string& attributeName) {
-  const bool isKnown = attributeName == "AXWindows" || attributeName == "AXChildren" ||
-                       attributeName == "AXFocusedWindow";
-  if (!isKnown) return {accessibilityError::attributeUnsupported};
-  readWindows();
-  if (!windows) return {accessibilityError::cannotComplete};
-  return attributeName == "AXFocusedWindow" ? focusedWindow() : windowList();
-}
-
-int AtspiApplicationElement::setAttribute(const std::string&, const AccessibilityValue&) {
-  return accessibilityError::attributeUnsupported;
-}
-
-void AtspiApplicationElement::readWindows() {
-  if (windowsRead) return;
-  windowsRead = true;
-  windows = AtspiTree(*conversation).windows();
-  nameUnnamedWindows();
-}
-
-/// A minimised window may lose its accessible name; the window manager still knows its title.
-void AtspiApplicationElement::nameUnnamedWindows() {
-  if (!windows) return;
-  const auto isUnnamed = [](const auto& window) { return window->name.empty(); };
-  if (std::ranges::none_of(*windows, isUnnamed)) return;
-
-  auto titles = readEwmhTitles(process);
-  for (const auto& window : *windows) {
-    const auto own = std::ranges::find(titles, window->name);
-    if (own != titles.end()) titles.erase(own);
+  /// Elements for all these nodes.
+  static AccessibilityResult all(const SharedConversation& conversation, const AtspiNodes& nodes) {
+    std::vector<AccessibilityElementPtr> elements;
+    for (const auto& node : nodes)
+      elements.push_back(std::make_shared<AtspiElement>(conversation, node));
+    return found(std::move(elements));
   }
-  auto title = titles.begin();
-  for (const auto& window : *windows) {
-    if (title == titles.end()) return;
-    if (isUnnamed(window)) window->name = *title++;
+
+private:
+  AccessibilityResult value() {
+    if (!node->valueKnown && node->mayHoldValue) AtspiTree(*conversation).readValues({node});
+    return textOrNone(node->value);
   }
-}
 
-AccessibilityResult AtspiApplicationElement::windowList() const {
-  return {accessibilityError::success, AtspiElement::wrap(conversation, *windows)};
-}
+  AccessibilityResult children() {
+    if (!node->childrenKnown && !AtspiTree(*conversation).readBelow(node)) {
+      return {accessibilityError::cannotComplete};
+    }
+    return all(conversation, node->children);
+  }
 
-AccessibilityResult AtspiApplicationElement::focusedWindow() const {
-  const auto active =
-      std::ranges::find_if(*windows, [](const auto& window) { return window->active; });
-  if (active == windows->end()) return {accessibilityError::noValue};
-  return {accessibilityError::success,
-          AccessibilityElementPtr(std::make_shared<AtspiElement>(conversation, *active))};
-}
+  SharedConversation conversation;
+  AtspiNodePtr node;
+};
 
-namespace {
+/// A program that offers what its windows show. They are read when first asked for.
+class AtspiApplicationElement final : public ReadOnlyElement {
+public:
+  AtspiApplicationElement(SharedConversation programConversation, std::int32_t processIdentifier)
+      : conversation(std::move(programConversation)), process(processIdentifier) {}
+
+  AccessibilityResult attribute(const std::string& name) override {
+    const bool asksForFocus = name == "AXFocusedWindow";
+    if (!asksForFocus && name != "AXWindows" && name != "AXChildren") {
+      return {accessibilityError::attributeUnsupported};
+    }
+    if (!std::exchange(windowsRead, true)) readWindows();
+    if (!windows) return {accessibilityError::cannotComplete};
+    return asksForFocus ? focusedWindow() : AtspiElement::all(conversation, *windows);
+  }
+
+private:
+  void readWindows() {
+    windows = AtspiTree(*conversation).windows();
+    const bool someLackNames = windows && std::ranges::any_of(*windows, isUnnamed);
+    if (someLackNames) nameUnnamedWindows();
+  }
+
+  /// A minimised window may lose its accessible name; the window manager still knows its title.
+  void nameUnnamedWindows() {
+    auto titles = readEwmhTitles(process);
+    for (const auto& window : *windows) {
+      const auto own = std::ranges::find(titles, window->name);
+      if (own != titles.end()) titles.erase(own);
+    }
+    auto title = titles.begin();
+    for (const auto& window : *windows) {
+      if (title == titles.end()) return;
+      if (isUnnamed(window)) window->name = *title++;
+    }
+  }
+
+  static bool isUnnamed(const AtspiNodePtr& window) { return window->name.empty(); }
+
+  [[nodiscard]] AccessibilityResult focusedWindow() const {
+    const auto active =
+        std::ranges::find_if(*windows, [](const auto& window) { return window->active; });
+    if (active == windows->end()) return {accessibilityError::noValue};
+    return found(AccessibilityElementPtr(std::make_shared<AtspiElement>(conversation, *active)));
+  }
+
+  SharedConversation conversation;
+  std::int32_t process;
+  bool windowsRead = false;
+  /// Nothing when the program does not answer.
+  std::optional<AtspiNodes> windows;
+};
 
 /// Stands for a program of which nothing can be read.
-class UnreadableElement : public AccessibilityElement {
+class UnreadableElement final : public AccessibilityElement {
 public:
   explicit UnreadableElement(int errorCode) : error(errorCode) {}
   AccessibilityResult attribute(const std::string&) override { return {error}; }

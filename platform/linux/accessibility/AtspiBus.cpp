@@ -40,7 +40,7 @@ std::shared_ptr<AtspiBus> AtspiBus::open(const std::string& sessionAddress,
   if (!session) return nullptr;
   const auto reply =
       ask(session, {launcherName, launcherPath, launcherName, "GetAddress", nullptr, "(s)"}, quit);
-  const auto address = reply ? textOf(memberOf(reply, 0)) : "";
+  const auto address = textOf(memberOf(reply, 0));
   const bool isAddress = g_dbus_is_supported_address(address.c_str(), nullptr) != FALSE;
   auto accessibility = isAddress ? connect(address, quit) : nullptr;
   if (!accessibility) return nullptr;
@@ -61,14 +61,9 @@ bool AtspiBus::isOpen() const {
 }
 
 bool AtspiBus::isSwitchedOn() const {
-  const auto reply = ask(session,
-                         {launcherName, launcherPath, "org.freedesktop.DBus.Properties", "Get",
-                          textTuple({"org.a11y.Status", "IsEnabled"}), "(v)"},
-                         quit);
-  if (!reply) return false;
-  const auto isEnabled = memberOf(memberOf(reply, 0), 0);
-  return g_variant_is_of_type(isEnabled.get(), G_VARIANT_TYPE_BOOLEAN) != FALSE &&
-         g_variant_get_boolean(isEnabled.get()) != FALSE;
+  const auto reply =
+      ask(session, propertyCall(launcherName, launcherPath, "org.a11y.Status", "IsEnabled"), quit);
+  return valueOf<bool>(propertyIn(reply)).value_or(false);
 }
 
 std::optional<std::string> AtspiBus::nameOf(std::int32_t process) const {
@@ -76,13 +71,11 @@ std::optional<std::string> AtspiBus::nameOf(std::int32_t process) const {
   std::vector<BusCall> calls;
   calls.reserve(names.size());
   for (const auto& name : names) {
-    calls.push_back({"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
-                     "GetConnectionUnixProcessID", textTuple({name}), "(u)"});
+    calls.push_back(callOfBus("GetConnectionUnixProcessID", tupleOf(name), "(u)"));
   }
   const auto replies = exchange(calls, soon()).replies;
   for (std::size_t index = 0; index < names.size(); ++index) {
-    if (!replies[index]) continue;
-    const auto owner = g_variant_get_uint32(memberOf(replies[index], 0).get());
+    const auto owner = valueOf<std::uint32_t>(memberOf(replies[index], 0));
     if (owner == static_cast<std::uint32_t>(process)) return names[index];
   }
   return std::nullopt;
@@ -101,9 +94,8 @@ std::vector<std::string> AtspiBus::registeredNames() const {
                          quit);
   std::vector<std::string> names;
   std::set<std::string> known;
-  const auto references = reply ? memberOf(reply, 0) : nullptr;
-  for (std::size_t index = 0; index < sizeOf(references); ++index) {
-    auto name = textOf(memberOf(memberOf(references, index), 0));
+  for (const auto& reference : membersOf(memberOf(reply, 0))) {
+    auto name = textOf(memberOf(reference, 0));
     if (known.insert(name).second) names.push_back(std::move(name));
   }
   return names;
@@ -112,7 +104,7 @@ std::vector<std::string> AtspiBus::registeredNames() const {
 /// GTK 3 keeps its cache, which answers for all elements at once, only while somebody has asked
 /// the registry for such events.
 void AtspiBus::askForCaches() const {
-  auto arguments = takeVariant(g_variant_new("(sass)", "object:children-changed", nullptr, ""));
+  auto arguments = tupleOf("object:children-changed", std::vector<std::string>(), "");
   (void)ask(accessibility,
             {registryName, "/org/a11y/atspi/registry", registryName, "RegisterEvent",
              std::move(arguments), "()", true},

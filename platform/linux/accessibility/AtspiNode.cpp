@@ -17,20 +17,6 @@ constexpr unsigned activeState = 1;
 constexpr unsigned showingState = 25;
 constexpr std::uint32_t screenCoordinates = 0;
 
-BusCall propertyCall(const AtspiReference& reference, const char* interface, const char* property) {
-  return {reference.name,
-          reference.path,
-          "org.freedesktop.DBus.Properties",
-          "Get",
-          textTuple({interface, property}),
-          "(v)"};
-}
-
-/// The value inside the variant that a property comes in.
-VariantPtr propertyOf(const VariantPtr& answer) {
-  return answer ? memberOf(memberOf(answer, 0), 0) : nullptr;
-}
-
 /// A number as text, with as many digits as it needs and the same in every locale.
 std::string numberText(double number) {
   std::array<char, 32> digits{};
@@ -46,9 +32,7 @@ BusCall childrenCall(const AtspiReference& reference) {
 
 AtspiNodes children(const VariantPtr& answer) {
   AtspiNodes nodes;
-  const auto references = answer ? memberOf(answer, 0) : nullptr;
-  for (std::size_t index = 0; index < sizeOf(references); ++index) {
-    const auto reference = memberOf(references, index);
+  for (const auto& reference : membersOf(memberOf(answer, 0))) {
     auto node = std::make_shared<AtspiNode>();
     node->reference = {textOf(memberOf(reference, 0)), textOf(memberOf(reference, 1))};
     nodes.push_back(std::move(node));
@@ -57,24 +41,24 @@ AtspiNodes children(const VariantPtr& answer) {
 }
 
 std::array<BusCall, 3> detailCalls(const AtspiReference& reference) {
-  return {propertyCall(reference, accessibleInterface, "Name"),
+  return {propertyCall(reference.name, reference.path, accessibleInterface, "Name"),
           BusCall{reference.name, reference.path, accessibleInterface, "GetState", nullptr, "(au)"},
           frameCall(reference)};
 }
 
 void setName(AtspiNode& node, const VariantPtr& answer) {
-  if (answer) node.name = textOf(propertyOf(answer));
+  if (answer) node.name = textOf(propertyIn(answer));
 }
 
 void setState(AtspiNode& node, const VariantPtr& answer) {
-  if (answer) setStateWords(node, memberOf(answer, 0));
+  setStateWords(node, memberOf(answer, 0));
 }
 
 void setStateWords(AtspiNode& node, const VariantPtr& words) {
-  if (sizeOf(words) == 0) return;
-  const auto word = g_variant_get_uint32(memberOf(words, 0).get());
-  node.active = (word >> activeState & 1) != 0;
-  node.showing = (word >> showingState & 1) != 0;
+  const auto word = valueOf<std::uint32_t>(memberOf(words, 0));
+  if (!word) return;
+  node.active = (*word >> activeState & 1) != 0;
+  node.showing = (*word >> showingState & 1) != 0;
 }
 
 BusCall frameCall(const AtspiReference& reference) {
@@ -82,36 +66,34 @@ BusCall frameCall(const AtspiReference& reference) {
           reference.path,
           "org.a11y.atspi.Component",
           "GetExtents",
-          takeVariant(g_variant_new("(u)", screenCoordinates)),
+          tupleOf(screenCoordinates),
           "((iiii))"};
 }
 
 void setFrame(AtspiNode& node, const VariantPtr& answer) {
-  if (!answer || !node.showing) return;
-  std::int32_t x = 0;
-  std::int32_t y = 0;
-  std::int32_t width = 0;
-  std::int32_t height = 0;
-  g_variant_get(answer.get(), "((iiii))", &x, &y, &width, &height);
-  if (width <= 0 || height <= 0) return;
-  node.position = {static_cast<double>(x), static_cast<double>(y)};
-  node.size = {static_cast<double>(width), static_cast<double>(height)};
+  if (!node.showing) return;
+  const auto frame = memberOf(answer, 0);
+  const auto number = [&frame](std::size_t index) -> double {
+    return valueOf<std::int32_t>(memberOf(frame, index)).value_or(0);
+  };
+  const Size size{number(2), number(3)};
+  if (size.width <= 0 || size.height <= 0) return;
+  node.position = {number(0), number(1)};
+  node.size = size;
 }
 
 std::array<BusCall, 2> valueCalls(const AtspiReference& reference) {
   constexpr std::int32_t toItsEnd = -1;
   return {BusCall{reference.name, reference.path, "org.a11y.atspi.Text", "GetText",
-                  takeVariant(g_variant_new("(ii)", 0, toItsEnd)), "(s)"},
-          propertyCall(reference, valueInterface, "CurrentValue")};
+                  tupleOf(0, toItsEnd), "(s)"},
+          propertyCall(reference.name, reference.path, valueInterface, "CurrentValue")};
 }
 
 void setValue(AtspiNode& node, const VariantPtr& textAnswer, const VariantPtr& numberAnswer) {
   if (textAnswer) node.value = textOf(memberOf(textAnswer, 0));
   if (!node.value.empty()) return;
-  const auto number = propertyOf(numberAnswer);
-  if (!number || !g_variant_is_of_type(number.get(), G_VARIANT_TYPE_DOUBLE)) return;
-  const auto value = g_variant_get_double(number.get());
-  if (std::isfinite(value)) node.value = numberText(value);
+  const auto number = valueOf<double>(propertyIn(numberAnswer));
+  if (number && std::isfinite(*number)) node.value = numberText(*number);
 }
 
 } // namespace velmor::atspi

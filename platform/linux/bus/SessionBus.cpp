@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <utility>
 
 namespace velmor {
 
@@ -24,19 +25,17 @@ class Alarm {
 public:
   Alarm(GMainContext* context, steady_clock::time_point moment, bool& over) {
     const auto delay = std::chrono::ceil<milliseconds>(moment - steady_clock::now());
-    source = g_timeout_source_new(static_cast<guint>(std::max(delay, milliseconds{0}).count()));
-    g_source_set_callback(source, timeIsOver, &over, nullptr);
-    g_source_attach(source, context);
+    source.reset(
+        g_timeout_source_new(static_cast<guint>(std::max(delay, milliseconds{0}).count())));
+    g_source_set_callback(source.get(), timeIsOver, &over, nullptr);
+    g_source_attach(source.get(), context);
   }
   Alarm(const Alarm&) = delete;
   Alarm& operator=(const Alarm&) = delete;
-  ~Alarm() {
-    g_source_destroy(source);
-    g_source_unref(source);
-  }
+  ~Alarm() { g_source_destroy(source.get()); }
 
 private:
-  GSource* source;
+  GlibPtr<GSource> source;
 };
 
 /// Lets what has become ready in a context run. Left waiting, it would keep its connection, which
@@ -47,18 +46,43 @@ void drain(GMainContext* context) {
 }
 
 /// The handle of a connection that was made in `context`.
-BusConnectionPtr owned(GDBusConnection* connection, GMainContext* context) {
+BusConnectionPtr handleOf(GlibPtr<GDBusConnection> connection, GMainContext* context) {
   if (!connection) return nullptr;
-  const std::shared_ptr<GMainContext> home(g_main_context_ref(context), g_main_context_unref);
-  return {connection, [home](GDBusConnection* released) {
+  const std::shared_ptr<GMainContext> home = GlibPtr<GMainContext>(g_main_context_ref(context));
+  return {connection.release(), [home](GDBusConnection* made) {
+            GlibPtr<GDBusConnection> released(made);
             drain(home.get());
-            g_object_unref(released);
+            released.reset();
             // What was registered with the connection is released from within the context too.
             drain(home.get());
           }};
 }
 
 } // namespace
+
+BusCall callOfBus(std::string method, VariantPtr arguments, std::string replyType) {
+  constexpr auto name = "org.freedesktop.DBus";
+  return {.destination = name,
+          .path = "/org/freedesktop/DBus",
+          .interface = name,
+          .method = std::move(method),
+          .arguments = std::move(arguments),
+          .replyType = std::move(replyType)};
+}
+
+BusCall propertyCall(std::string destination, std::string path, const std::string& interface,
+                     const std::string& property) {
+  return {.destination = std::move(destination),
+          .path = std::move(path),
+          .interface = busPropertiesInterface,
+          .method = "Get",
+          .arguments = tupleOf(interface, property),
+          .replyType = "(v)"};
+}
+
+VariantPtr propertyIn(const VariantPtr& reply) {
+  return memberOf(memberOf(reply, 0), 0);
+}
 
 /// An answer that is still to come. It outlives the call and goes with the answer.
 struct BusWait::Pending {
@@ -69,9 +93,9 @@ struct BusWait::Pending {
   static void connected(GObject*, GAsyncResult* result, gpointer data) {
     const std::unique_ptr<Pending> pending(static_cast<Pending*>(data));
     --pending->wait.outstanding;
-    auto made = owned(g_dbus_connection_new_for_address_finish(result, nullptr),
-                      pending->wait.context.get());
-    if (pending->wait.isServing) *pending->connection = std::move(made);
+    GlibPtr<GDBusConnection> made(g_dbus_connection_new_for_address_finish(result, nullptr));
+    auto handle = handleOf(std::move(made), pending->wait.context.get());
+    if (pending->wait.isServing) *pending->connection = std::move(handle);
   }
 
   static void replied(GObject* source, GAsyncResult* result, gpointer data) {
@@ -165,10 +189,7 @@ std::optional<std::string> sessionBusAddress(const Environment& environment) {
   const auto socket = std::filesystem::path(runtimeFolder) / "bus";
   std::error_code ignored;
   if (!std::filesystem::is_socket(socket, ignored)) return std::nullopt;
-  char* escaped = g_dbus_address_escape_value(socket.c_str());
-  const auto result = std::string("unix:path=") + escaped;
-  g_free(escaped);
-  return result;
+  return "unix:path=" + takeText(g_dbus_address_escape_value(socket.c_str()));
 }
 
 } // namespace velmor

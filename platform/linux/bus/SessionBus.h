@@ -1,6 +1,5 @@
 #pragma once
 
-#include "platform/linux/glib/GlibHandles.h"
 #include "platform/linux/glib/Variants.h"
 
 #include <chrono>
@@ -32,6 +31,16 @@ struct BusCall {
   /// Whether the bus may start a service that does not run.
   bool startsService = false;
 };
+
+/// A call of the bus itself, such as "ListNames".
+[[nodiscard]] BusCall callOfBus(std::string method, VariantPtr arguments, std::string replyType);
+
+/// Asks an object for one of its properties; `propertyIn` takes it from the answer.
+[[nodiscard]] BusCall propertyCall(std::string destination, std::string path,
+                                   const std::string& interface, const std::string& property);
+[[nodiscard]] VariantPtr propertyIn(const VariantPtr& reply);
+
+constexpr auto busPropertiesInterface = "org.freedesktop.DBus.Properties";
 
 /// Waits for any number of answers from a bus at once. It has a main context of its own, so it
 /// works on every thread, whatever that thread's loop is doing. What has not been answered when

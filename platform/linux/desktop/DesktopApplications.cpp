@@ -1,10 +1,18 @@
 #include "platform/linux/desktop/DesktopApplications.h"
 
 #include "platform/linux/desktop/EwmhWindowList.h"
+#include "platform/linux/glib/GlibHandles.h"
 #include "platform/linux/media/MprisBus.h"
+#include "platform/linux/media/MprisPlayer.h"
 #include "platform/linux/system/ProcessNames.h"
 
+#include <glib.h>
+
 #include <algorithm>
+#include <initializer_list>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace velmor {
 
@@ -38,11 +46,8 @@ std::vector<Evidence> collect(const std::vector<EwmhClient>& windows,
   return all;
 }
 
-std::string lowercased(std::string text) {
-  for (auto& letter : text) {
-    if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
-  }
-  return text;
+std::string lowercased(const std::string& text) {
+  return takeText(g_ascii_strdown(text.c_str(), -1));
 }
 
 std::optional<DesktopEntry> entryFor(const Evidence& evidence, const ProcessNames& names,

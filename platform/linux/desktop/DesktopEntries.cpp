@@ -1,11 +1,11 @@
 #include "platform/linux/desktop/DesktopEntries.h"
 
 #include "platform/Environment.h"
+#include "platform/linux/glib/GlibHandles.h"
 
 #include <glib.h>
 
 #include <algorithm>
-#include <memory>
 #include <sstream>
 
 namespace velmor {
@@ -16,28 +16,19 @@ namespace fs = std::filesystem;
 
 constexpr auto group = G_KEY_FILE_DESKTOP_GROUP;
 
-struct GlibFree {
-  void operator()(char* text) const { g_free(text); }
-  void operator()(char** texts) const { g_strfreev(texts); }
-  void operator()(GKeyFile* file) const { g_key_file_unref(file); }
-};
-template <typename Owned>
-using GlibOwned = std::unique_ptr<Owned, GlibFree>;
-
 std::string value(GKeyFile& file, const char* key) {
-  const GlibOwned<char> text(g_key_file_get_string(&file, group, key, nullptr));
-  return text ? text.get() : "";
+  return takeText(g_key_file_get_string(&file, group, key, nullptr));
 }
 
 std::string programOf(const std::string& commandLine) {
   char** words = nullptr;
   if (!g_shell_parse_argv(commandLine.c_str(), nullptr, &words, nullptr)) return "";
-  const GlibOwned<char*> owner(words);
+  const GlibPtr<char*> owner(words);
   return fs::path(words[0]).filename();
 }
 
 std::optional<DesktopEntry> readEntry(const fs::path& path, const std::string& identifier) {
-  const GlibOwned<GKeyFile> file(g_key_file_new());
+  const GlibPtr<GKeyFile> file(g_key_file_new());
   if (!g_key_file_load_from_file(file.get(), path.c_str(), G_KEY_FILE_NONE, nullptr)) {
     return std::nullopt;
   }

@@ -2,6 +2,7 @@
 
 #include "platform/Environment.h"
 #include "platform/ProcessLauncher.h"
+#include "platform/linux/glib/GlibHandles.h"
 
 #include <gio/gio.h>
 #include <gio/gunixsocketaddress.h>
@@ -14,6 +15,23 @@ namespace velmor {
 
 namespace {
 
+constexpr std::string_view unixPrefix = "unix:";
+constexpr std::string_view tcpPrefix = "tcp:";
+constexpr unsigned patienceInSeconds = 2;
+constexpr unsigned defaultPort = 4713;
+
+/// Null when the address is none.
+GlibPtr<GSocketConnectable> targetOf(std::string_view address) {
+  if (address.starts_with(unixPrefix)) {
+    const std::string path(address.substr(unixPrefix.size()));
+    return GlibPtr<GSocketConnectable>(
+        G_SOCKET_CONNECTABLE(g_unix_socket_address_new(path.c_str())));
+  }
+  if (address.starts_with(tcpPrefix)) address.remove_prefix(tcpPrefix.size());
+  return GlibPtr<GSocketConnectable>(
+      g_network_address_parse(std::string(address).c_str(), defaultPort, nullptr));
+}
+
 /// One output a line, with tabs between number, name and what else there is to know.
 std::string listing(ProcessLauncher& processes) {
   try {
@@ -21,48 +39,6 @@ std::string listing(ProcessLauncher& processes) {
   } catch (const LaunchError&) {
     return "";
   }
-}
-
-} // namespace
-
-std::vector<std::string> outputMonitors(ProcessLauncher& processes) {
-  std::istringstream outputs(listing(processes));
-  std::vector<std::string> monitors;
-  std::string number;
-  std::string name;
-  std::string rest;
-  // Going by the outputs leaves no way for a microphone to get into the list of sources.
-  while (std::getline(outputs, number, '\t') && std::getline(outputs, name, '\t') &&
-         std::getline(outputs, rest)) {
-    monitors.push_back(name + ".monitor");
-  }
-  return monitors;
-}
-
-namespace {
-
-constexpr std::string_view unixPrefix = "unix:";
-constexpr std::string_view tcpPrefix = "tcp:";
-constexpr unsigned patienceInSeconds = 2;
-constexpr unsigned defaultPort = 4713;
-
-bool connects(GSocketConnectable* target) {
-  GSocketClient* const client = g_socket_client_new();
-  g_socket_client_set_timeout(client, patienceInSeconds);
-  GSocketConnection* const connection = g_socket_client_connect(client, target, nullptr, nullptr);
-  g_object_unref(client);
-  if (!connection) return false;
-  g_object_unref(connection);
-  return true;
-}
-
-GSocketConnectable* targetOf(std::string_view address) {
-  if (address.starts_with(unixPrefix)) {
-    const std::string path(address.substr(unixPrefix.size()));
-    return G_SOCKET_CONNECTABLE(g_unix_socket_address_new(path.c_str()));
-  }
-  if (address.starts_with(tcpPrefix)) address.remove_prefix(tcpPrefix.size());
-  return g_network_address_parse(std::string(address).c_str(), defaultPort, nullptr);
 }
 
 } // namespace
@@ -80,11 +56,27 @@ std::optional<std::string> SoundServer::address(const Environment& environment) 
 }
 
 bool SoundServer::answers(const std::string& address) {
-  auto* const target = targetOf(address);
+  const auto target = targetOf(address);
   if (!target) return false;
-  const bool answered = connects(target);
-  g_object_unref(target);
-  return answered;
+  const GlibPtr<GSocketClient> client(g_socket_client_new());
+  g_socket_client_set_timeout(client.get(), patienceInSeconds);
+  const GlibPtr<GSocketConnection> connection(
+      g_socket_client_connect(client.get(), target.get(), nullptr, nullptr));
+  return connection != nullptr;
+}
+
+std::vector<std::string> SoundServer::outputMonitors(ProcessLauncher& processes) {
+  std::istringstream outputs(listing(processes));
+  std::vector<std::string> monitors;
+  std::string number;
+  std::string name;
+  std::string rest;
+  // Going by the outputs leaves no way for a microphone to get into the list of sources.
+  while (std::getline(outputs, number, '\t') && std::getline(outputs, name, '\t') &&
+         std::getline(outputs, rest)) {
+    monitors.push_back(name + ".monitor");
+  }
+  return monitors;
 }
 
 } // namespace velmor

@@ -1,12 +1,13 @@
 #include "platform/linux/media/MprisBus.h"
 
-#include "platform/linux/bus/SessionBus.h"
 #include "platform/linux/glib/Variants.h"
 #include "platform/linux/media/MprisPlayer.h"
 
 #include <gio/gio.h>
 
 #include <algorithm>
+#include <functional>
+#include <utility>
 
 namespace velmor {
 
@@ -14,11 +15,8 @@ namespace {
 
 using std::chrono::steady_clock;
 
-constexpr auto busService = "org.freedesktop.DBus";
-constexpr auto busPath = "/org/freedesktop/DBus";
 constexpr auto playerPath = "/org/mpris/MediaPlayer2";
 constexpr auto playerInterface = "org.mpris.MediaPlayer2.Player";
-constexpr auto propertiesInterface = "org.freedesktop.DBus.Properties";
 
 /// How long a player that has hung before is waited for: long enough to notice that it has
 /// recovered, short enough to pay at every reading.
@@ -30,14 +28,13 @@ using SharedHistory = std::shared_ptr<PlaybackHistory>;
 GDBusMessage* noteChange(GDBusConnection*, GDBusMessage* message, gboolean, gpointer data) {
   const auto type = g_dbus_message_get_message_type(message);
   const char* sender = g_dbus_message_get_sender(message);
-  GVariant* body = g_dbus_message_get_body(message);
-  const bool isChange = type == G_DBUS_MESSAGE_TYPE_SIGNAL && sender && body &&
+  const bool isChange = type == G_DBUS_MESSAGE_TYPE_SIGNAL && sender &&
                         g_strcmp0(g_dbus_message_get_path(message), playerPath) == 0 &&
-                        g_strcmp0(g_dbus_message_get_member(message), "PropertiesChanged") == 0 &&
-                        g_variant_is_of_type(body, G_VARIANT_TYPE("(sa{sv}as)"));
-  if (!isChange) return message;
-  const VariantPtr properties(g_variant_get_child_value(body, 1));
-  if (const auto playing = isPlaying(*properties)) {
+                        g_strcmp0(g_dbus_message_get_member(message), "PropertiesChanged") == 0;
+  auto* const body = isChange ? g_dbus_message_get_body(message) : nullptr;
+  if (!body) return message;
+  // Interface, what has changed, and the names of what has to be read anew.
+  if (const auto playing = isPlaying(memberOf(VariantPtr(g_variant_ref(body)), 1))) {
     (*static_cast<SharedHistory*>(data))->statusChanged(sender, *playing);
   }
   return message;
@@ -47,14 +44,10 @@ void releaseHistory(gpointer data) {
   const std::unique_ptr<SharedHistory> released(static_cast<SharedHistory*>(data));
 }
 
-std::vector<std::string> playerNames(GVariant& reply) {
-  const VariantPtr list(g_variant_get_child_value(&reply, 0));
-  std::vector<std::string> names;
-  for (gsize index = 0; index < g_variant_n_children(list.get()); ++index) {
-    const VariantPtr entry(g_variant_get_child_value(list.get(), index));
-    std::string name = g_variant_get_string(entry.get(), nullptr);
-    if (isPlayerName(name)) names.push_back(std::move(name));
-  }
+/// The players among the names on the bus; nothing when it has not told them.
+std::optional<std::vector<std::string>> playerNames(const VariantPtr& reply) {
+  auto names = valueOf<std::vector<std::string>>(memberOf(reply, 0));
+  if (names) std::erase_if(*names, [](const auto& name) { return !isPlayerName(name); });
   return names;
 }
 
@@ -71,16 +64,11 @@ struct MprisBus::Reading {
   VariantPtr identity;
 
   void ask(BusWait& wait, const BusConnectionPtr& bus) {
-    request(wait, bus,
-            {busService, busPath, busService, "GetNameOwner", textTuple({busName}), "(s)"},
-            [this](VariantPtr reply) {
-              const VariantPtr name(g_variant_get_child_value(reply.get(), 0));
-              owner = g_variant_get_string(name.get(), nullptr);
-            });
-    request(wait, bus,
-            {busService, busPath, busService, "GetConnectionUnixProcessID", textTuple({busName}),
-             "(u)"},
-            [this](VariantPtr reply) { g_variant_get(reply.get(), "(u)", &process); });
+    request(wait, bus, callOfBus("GetNameOwner", tupleOf(busName), "(s)"),
+            [this](const VariantPtr& answer) { owner = textOf(answer); });
+    request(
+        wait, bus, callOfBus("GetConnectionUnixProcessID", tupleOf(busName), "(u)"),
+        [this](const VariantPtr& answer) { process = valueOf<std::uint32_t>(answer).value_or(0); });
     requestProperties(wait, bus, playerInterface, player);
     requestProperties(wait, bus, "org.mpris.MediaPlayer2", identity);
   }
@@ -89,18 +77,17 @@ private:
   void requestProperties(BusWait& wait, const BusConnectionPtr& bus, const char* interface,
                          VariantPtr& properties) {
     request(wait, bus,
-            {busName, playerPath, propertiesInterface, "GetAll", textTuple({interface}), "(a{sv})"},
-            [&properties](VariantPtr reply) {
-              properties.reset(g_variant_get_child_value(reply.get(), 0));
-            });
+            {busName, playerPath, busPropertiesInterface, "GetAll", tupleOf(interface), "(a{sv})"},
+            [&properties](VariantPtr answer) { properties = std::move(answer); });
   }
 
+  /// `onSuccess` gets the one value of the answer.
   void request(BusWait& wait, const BusConnectionPtr& bus, const BusCall& call,
-               BusWait::ReplyHandler onSuccess) {
+               std::function<void(VariantPtr answer)> onSuccess) {
     ++outstanding;
-    wait.call(bus, call, [this, handle = std::move(onSuccess)](VariantPtr reply) {
+    wait.call(bus, call, [this, handle = std::move(onSuccess)](const VariantPtr& reply) {
       --outstanding;
-      if (reply) handle(std::move(reply));
+      if (reply) handle(memberOf(reply, 0));
     });
   }
 };
@@ -117,11 +104,10 @@ std::optional<std::vector<MprisPlayer>> MprisBus::players(Seconds timeout) {
   const auto bus = connected(wait);
   if (!bus) return std::nullopt;
   bool answered = false;
-  wait.call(bus, {busService, busPath, busService, "ListNames", nullptr, "(as)"},
-            [&](VariantPtr reply) {
-              answered = true;
-              if (reply) names = playerNames(*reply);
-            });
+  wait.call(bus, callOfBus("ListNames", nullptr, "(as)"), [&](const VariantPtr& reply) {
+    answered = true;
+    names = playerNames(reply);
+  });
   if (!wait.wait([&] { return answered; }) || !names) return std::nullopt;
 
   readings = plannedReadings(*names);
@@ -149,12 +135,12 @@ void MprisBus::followPlayback(const BusConnectionPtr& made, BusWait& wait) {
   g_dbus_connection_add_filter(made.get(), noteChange,
                                std::make_unique<SharedHistory>(history).release(), releaseHistory);
   wait.call(made,
-            {busService, busPath, busService, "AddMatch",
-             textTuple({"type='signal',interface='org.freedesktop.DBus.Properties',"
-                        "member='PropertiesChanged',path='/org/mpris/MediaPlayer2',"
-                        "arg0='org.mpris.MediaPlayer2.Player'"}),
-             "()"},
-            [](VariantPtr) {});
+            callOfBus("AddMatch",
+                      tupleOf("type='signal',interface='org.freedesktop.DBus.Properties',"
+                              "member='PropertiesChanged',path='/org/mpris/MediaPlayer2',"
+                              "arg0='org.mpris.MediaPlayer2.Player'"),
+                      "()"),
+            [](const VariantPtr&) {});
 }
 
 std::vector<MprisBus::Reading>
@@ -174,14 +160,13 @@ std::vector<MprisPlayer> MprisBus::finish(const std::vector<Reading>& readings) 
   for (const auto& reading : readings) {
     if (reading.outstanding > 0) silent.insert(reading.busName);
     if (reading.player && !reading.owner.empty())
-      playing[reading.owner] = isPlaying(*reading.player).value_or(false);
+      playing[reading.owner] = isPlaying(reading.player).value_or(false);
   }
   history->update(playing);
   std::vector<MprisPlayer> players;
   for (const auto& reading : readings) {
     if (!reading.player) continue;
-    players.push_back(
-        playerFromProperties(reading.busName, *reading.player, reading.identity.get()));
+    players.push_back(playerFromProperties(reading.busName, reading.player, reading.identity));
     players.back().process = static_cast<std::int32_t>(reading.process);
     players.back().beganPlaying = history->beganPlaying(reading.owner);
   }

@@ -1,12 +1,25 @@
 #pragma once
 
 #include "platform/MediaRemote.h"
+#include "platform/linux/media/MprisPlayer.h"
+
+#include <memory>
+#include <vector>
 
 namespace velmor {
 
 class MprisBusSource;
 
-/// The now-playing session of a Linux desktop: the media players on the session bus.
+/// The player whose session is the system's: one that plays and says what, else one that plays,
+/// else one that is paused and says with what. Among equals it is the one that began to play last,
+/// then the first by bus name. Null when nothing plays or is paused.
+[[nodiscard]] const MprisPlayer* chosenSession(const std::vector<MprisPlayer>& players);
+
+/// What the player says, under the system's keys.
+[[nodiscard]] NowPlayingInfo nowPlayingInfo(const MprisPlayer& player);
+
+/// The now-playing session of a Linux desktop: that of a media player on the session bus. The
+/// players are asked once for each session that is opened, by its first query.
 class MprisMediaRemote final : public MediaRemote {
 public:
   explicit MprisMediaRemote(MprisBusSource& mprisBuses);

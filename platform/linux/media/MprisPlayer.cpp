@@ -1,44 +1,33 @@
 #include "platform/linux/media/MprisPlayer.h"
 
-#include "platform/linux/glib/Variants.h"
-
 #include <glib.h>
 
+#include <algorithm>
+#include <array>
 #include <cmath>
+#include <vector>
 
 namespace velmor {
 
 namespace {
 
-VariantPtr member(GVariant* dictionary, const char* name, const GVariantType* type) {
-  if (!dictionary) return nullptr;
-  return VariantPtr(g_variant_lookup_value(dictionary, name, type));
+std::optional<std::string> text(const VariantPtr& properties, const char* key) {
+  return valueOf<std::string>(entryOf(properties, key));
 }
 
-std::optional<std::string> text(GVariant* dictionary, const char* name) {
-  const auto value = member(dictionary, name, G_VARIANT_TYPE_STRING);
-  if (!value) return std::nullopt;
-  return g_variant_get_string(value.get(), nullptr);
+std::optional<double> number(const VariantPtr& properties, const char* key) {
+  const auto value = valueOf<double>(entryOf(properties, key));
+  return value && std::isfinite(*value) ? value : std::nullopt;
 }
 
-std::optional<double> number(GVariant* dictionary, const char* name) {
-  const auto value = member(dictionary, name, G_VARIANT_TYPE_DOUBLE);
-  if (!value) return std::nullopt;
-  const double result = g_variant_get_double(value.get());
-  if (!std::isfinite(result)) return std::nullopt;
-  return result;
-}
-
-std::optional<std::string> joinedTexts(GVariant* dictionary, const char* name) {
-  const auto value = member(dictionary, name, G_VARIANT_TYPE_STRING_ARRAY);
-  if (!value) return std::nullopt;
+std::optional<std::string> joinedTexts(const VariantPtr& properties, const char* key) {
+  const auto texts = valueOf<std::vector<std::string>>(entryOf(properties, key));
+  if (!texts) return std::nullopt;
   std::string joined;
-  for (gsize index = 0; index < g_variant_n_children(value.get()); ++index) {
-    const VariantPtr entry(g_variant_get_child_value(value.get(), index));
-    const std::string artist = g_variant_get_string(entry.get(), nullptr);
-    if (artist.empty()) continue;
+  for (const auto& each : *texts) {
+    if (each.empty()) continue;
     if (!joined.empty()) joined += ", ";
-    joined += artist;
+    joined += each;
   }
   return joined;
 }
@@ -51,30 +40,81 @@ MprisPlayer::Status statusNamed(const std::string& name) {
 
 } // namespace
 
-MprisPlayer playerFromProperties(const std::string& busName, GVariant& player, GVariant* identity) {
-  const auto metadata = member(&player, "Metadata", G_VARIANT_TYPE_VARDICT);
+bool isPlayerName(const std::string& busName) {
+  constexpr std::string_view mirror = "org.mpris.MediaPlayer2.playerctld";
+  return busName.starts_with(MprisPlayer::busNamePrefix) && busName != mirror;
+}
+
+MprisPlayer playerFromProperties(const std::string& busName, const VariantPtr& player,
+                                 const VariantPtr& identity) {
+  const auto metadata = entryOf(player, "Metadata");
   return {.busName = busName,
           .process = 0,
           .identity = text(identity, "Identity"),
           .desktopEntry = text(identity, "DesktopEntry"),
-          .status = statusNamed(text(&player, "PlaybackStatus").value_or("")),
-          .rate = number(&player, "Rate"),
-          .title = text(metadata.get(), "xesam:title"),
-          .artist = joinedTexts(metadata.get(), "xesam:artist"),
-          .albumArtist = joinedTexts(metadata.get(), "xesam:albumArtist"),
-          .album = text(metadata.get(), "xesam:album"),
+          .status = statusNamed(text(player, "PlaybackStatus").value_or("")),
+          .rate = number(player, "Rate"),
+          .title = text(metadata, "xesam:title"),
+          .artist = joinedTexts(metadata, "xesam:artist"),
+          .albumArtist = joinedTexts(metadata, "xesam:albumArtist"),
+          .album = text(metadata, "xesam:album"),
           .beganPlaying = 0};
 }
 
-std::optional<bool> isPlaying(GVariant& properties) {
-  const auto status = text(&properties, "PlaybackStatus");
+std::optional<bool> isPlaying(const VariantPtr& properties) {
+  const auto status = text(properties, "PlaybackStatus");
   if (!status) return std::nullopt;
   return statusNamed(*status) == MprisPlayer::Status::Playing;
 }
 
-bool isPlayerName(const std::string& busName) {
-  constexpr std::string_view mirror = "org.mpris.MediaPlayer2.playerctld";
-  return busName.starts_with(MprisPlayer::busNamePrefix) && busName != mirror;
+namespace {
+
+/// Programs that the rest of Velmor knows by another identifier than the desktop does.
+std::optional<std::string> wellKnownIdentifier(const std::string& name) {
+  constexpr std::array<std::string_view, 7> chromes = {
+      "chrome",        "chromium",          "chromium-browser",     "com.google.chrome",
+      "google-chrome", "chromium_chromium", "org.chromium.chromium"};
+  constexpr std::array<std::string_view, 3> spotifies = {"spotify", "com.spotify.client",
+                                                         "spotify_spotify"};
+  const auto lower = takeText(g_ascii_strdown(name.c_str(), -1));
+  // Chrome's other release channels add their own names behind a dash.
+  const bool isChrome =
+      std::ranges::find(chromes, lower) != chromes.end() || lower.starts_with("google-chrome-");
+  if (isChrome) return "com.google.Chrome";
+  if (std::ranges::find(spotifies, lower) != spotifies.end()) return "com.spotify.client";
+  return std::nullopt;
+}
+
+/// "vlc" of "org.mpris.MediaPlayer2.vlc.instance1234".
+std::string ownPart(const std::string& busName) {
+  auto own = std::string_view(busName);
+  own.remove_prefix(std::string_view(MprisPlayer::busNamePrefix).size());
+  const auto lastDot = own.rfind('.');
+  if (lastDot != std::string_view::npos && own.substr(lastDot).starts_with(".instance")) {
+    own = own.substr(0, lastDot);
+  }
+  return std::string(own);
+}
+
+bool equalInAnyCase(const std::string& left, const std::string& right) {
+  return g_ascii_strcasecmp(left.c_str(), right.c_str()) == 0;
+}
+
+} // namespace
+
+std::string bundleIdentifier(const MprisPlayer& player) {
+  const auto own = ownPart(player.busName);
+  const auto entry = player.desktopEntry.value_or("");
+  if (const auto known = wellKnownIdentifier(entry)) return *known;
+  if (const auto known = wellKnownIdentifier(own)) return *known;
+  return entry.empty() ? own : entry;
+}
+
+bool goesByName(const MprisPlayer& player, const std::string& name) {
+  if (name.empty()) return false;
+  return equalInAnyCase(player.identity.value_or(""), name) ||
+         equalInAnyCase(player.desktopEntry.value_or(""), name) ||
+         equalInAnyCase(ownPart(player.busName), name);
 }
 
 } // namespace velmor

@@ -2,7 +2,6 @@
 
 #include "platform/linux/media/MprisBus.h"
 #include "platform/linux/media/MprisPlayer.h"
-#include "platform/linux/media/MprisSession.h"
 
 #include <algorithm>
 

@@ -1,5 +1,4 @@
-#include "platform/linux/accessibility/AtspiBus.h"
-#include "platform/linux/accessibility/AtspiTree.h"
+#include "platform/linux/accessibility/AtspiCache.h"
 
 #include <gio/gio.h>
 #include <gtest/gtest.h>

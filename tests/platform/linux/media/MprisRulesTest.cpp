@@ -1,8 +1,8 @@
 #include "platform/linux/bus/SessionBus.h"
 #include "platform/linux/media/MprisBus.h"
+#include "platform/linux/media/MprisMediaRemote.h"
 #include "platform/linux/media/MprisPlayer.h"
 #include "platform/linux/media/MprisScripts.h"
-#include "platform/linux/media/MprisSession.h"
 #include "tests/fakes/FakeSystem.h"
 
 #include <gio/gio.h>
@@ -102,7 +102,7 @@ TEST(MprisPropertiesTest, ReadsOnlyMembersOfTheRightType) {
   const auto complete = dictionary(
       "{'PlaybackStatus': <'Playing'>, 'Rate': <1.5>, 'Metadata': <{'xesam:title': <'T'>,"
       " 'xesam:artist': <['A', '', 'B']>, 'xesam:albumArtist': <['']>, 'xesam:album': <''>}>}");
-  EXPECT_THAT(nowPlayingInfo(playerFromProperties(prefix + "x", *complete, identity.get())),
+  EXPECT_THAT(nowPlayingInfo(playerFromProperties(prefix + "x", complete, identity)),
               UnorderedElementsAre(Pair(nowPlayingKey::playbackRate, NowPlayingValue(1.5)),
                                    Pair(nowPlayingKey::title, NowPlayingValue("T")),
                                    Pair(nowPlayingKey::artist, NowPlayingValue("A, B")),
@@ -113,7 +113,7 @@ TEST(MprisPropertiesTest, ReadsOnlyMembersOfTheRightType) {
                            "{'Rate': <1>, 'Metadata': <{'xesam:title': <7>, 'xesam:artist': <'A'>,"
                            " 'xesam:albumArtist': <[1, 2]>, 'xesam:album': <['x']>}>}"}) {
     const auto wrong = dictionary(text);
-    const auto read = playerFromProperties(prefix + "x", *wrong, nullptr);
+    const auto read = playerFromProperties(prefix + "x", wrong, nullptr);
     EXPECT_EQ(read.status, Status::Stopped);
     EXPECT_THAT(nowPlayingInfo(read),
                 UnorderedElementsAre(Pair(nowPlayingKey::playbackRate, NowPlayingValue(0.0)),
@@ -123,7 +123,7 @@ TEST(MprisPropertiesTest, ReadsOnlyMembersOfTheRightType) {
 
 TEST(MprisPropertiesTest, AnInfiniteRateIsNone) {
   const auto endless = dictionary("{'PlaybackStatus': <'Playing'>, 'Rate': <inf>}");
-  const auto info = nowPlayingInfo(playerFromProperties(prefix + "x", *endless, nullptr));
+  const auto info = nowPlayingInfo(playerFromProperties(prefix + "x", endless, nullptr));
   EXPECT_FALSE(info.contains(nowPlayingKey::playbackRate));
 }
 
