@@ -12,6 +12,7 @@ struct MenuItem {
   std::string title;
   /// The key that, with the system's command key, does the same; "" for none.
   std::string keyEquivalent;
+  /// Called in the display lane.
   std::function<void()> action;
 };
 
@@ -34,9 +35,11 @@ public:
   /// and this one has nothing to do. Else this is the one instance from now on.
   [[nodiscard]] virtual bool handOverToRunningInstance() = 0;
 
+  /// A delegate that has gone is not told any more.
   virtual void setDelegate(std::weak_ptr<ApplicationDelegate> delegate) = 0;
+  /// Takes the place of the menu that was set before.
   virtual void setMainMenu(std::vector<MenuItem> items) = 0;
-  /// Makes it the active application, whichever is active now.
+  /// Makes it the active application, whichever is active now; nothing without a visible window.
   virtual void activateIgnoringOtherApps() = 0;
   /// Shows an alert and waits until the user has read it, or the application terminates.
   virtual void runAlert(const std::string& message) = 0;

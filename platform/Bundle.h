@@ -8,6 +8,7 @@
 namespace velmor {
 
 /// The application's own files: its resources and the information that the build wrote down.
+/// Safe to use from any thread.
 class Bundle {
 public:
   virtual ~Bundle() = default;

@@ -11,7 +11,7 @@ public:
 
   virtual ~Clock() = default;
 
-  /// The present moment. Any thread.
+  /// The present moment; it jumps when somebody sets the clock. Any thread.
   [[nodiscard]] virtual TimePoint now() const = 0;
 };
 

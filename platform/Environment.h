@@ -15,11 +15,13 @@ public:
   /// The variable's value, which may be empty; nothing when it is not set. Read anew at each call.
   [[nodiscard]] virtual std::optional<std::string> variable(std::string_view name) const = 0;
 
+  /// Absolute, like the other folders.
   [[nodiscard]] virtual std::filesystem::path homeDirectory() const = 0;
 
-  /// Where applications keep their settings, each in a folder of its own.
+  /// Where applications keep their settings, each in a folder of its own. It need not exist yet.
   [[nodiscard]] virtual std::filesystem::path applicationSupportDirectory() const = 0;
 
+  /// For files that nobody needs after this run.
   [[nodiscard]] virtual std::filesystem::path temporaryDirectory() const = 0;
 };
 

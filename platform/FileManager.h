@@ -17,14 +17,17 @@ public:
   using std::runtime_error::runtime_error;
 };
 
-/// A file in a folder's listing.
+/// A file or folder in a folder's listing.
 struct FolderEntry {
+  /// The folder's path and the name.
   std::filesystem::path path;
   /// Nothing when the date cannot be read.
   std::optional<std::chrono::system_clock::time_point> modified;
 };
 
-/// Files and folders. Safe to use from any thread. Permissions are POSIX modes such as 0600.
+/// Files and folders. Safe to use from any thread. Permissions are POSIX modes such as 0600. Links
+/// are followed, except by `remove`. Reading tells of failures by an empty answer, since a file may
+/// go at any moment; writing throws.
 class FileManager {
 public:
   virtual ~FileManager() = default;
@@ -37,11 +40,12 @@ public:
   [[nodiscard]] virtual std::optional<std::string>
   read(const std::filesystem::path& path) const = 0;
 
-  /// Writes a new private file and puts it in the place of `path` once it is safely stored, so
-  /// that the old or the new file is there whole at any moment. Throws FileError.
+  /// Writes a new file that only this user may read, and puts it in the place of `path` once it is
+  /// safely stored: the old or the new file is there whole at any moment. Throws FileError; the old
+  /// file stays then.
   virtual void writeAtomically(const std::filesystem::path& path, std::string_view bytes) = 0;
 
-  /// Throws FileError.
+  /// Throws FileError, also when there is no such file.
   virtual void setPermissions(const std::filesystem::path& path, unsigned permissions) = 0;
 
   /// Removes a file, or a folder with everything in it. Failures are ignored.
@@ -56,7 +60,8 @@ public:
   [[nodiscard]] virtual std::optional<std::uint64_t>
   size(const std::filesystem::path& path) const = 0;
 
-  /// The folder's entries in no particular order; none when it cannot be listed.
+  /// The files and folders right in the folder, in no particular order; none when it cannot be
+  /// listed.
   [[nodiscard]] virtual std::vector<FolderEntry>
   list(const std::filesystem::path& folder) const = 0;
 };

@@ -10,8 +10,9 @@ class LineInput {
 public:
   virtual ~LineInput() = default;
 
-  /// Calls `onLine` in the actor lane for each line (without its line feed), then `onEnd` once.
-  /// Ends early, without a call, when Velmor quits.
+  /// Calls `onLine` in the actor lane for each line (raw bytes, without the line feed; the last
+  /// line may lack it), then `onEnd` once. Input that cannot be read counts as ended. Ends early,
+  /// without a call, when Velmor quits. Call it once only.
   virtual void read(std::function<void(std::string)> onLine, std::function<void()> onEnd) = 0;
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -9,11 +10,14 @@ namespace velmor {
 
 /// A child program to run: an executable's path and its arguments, never a shell line.
 struct ChildProcess {
+  /// A path; nothing is searched for.
   std::string executable;
+  /// Passed on unchanged, without the program's own name.
   std::vector<std::string> arguments;
   /// Written to standard input, which is then closed; without it standard input is empty.
   std::optional<std::string> input = std::nullopt;
-  /// Sends standard error where standard output goes, in the order of writing.
+  /// Sends standard error where standard output goes, in the order of writing; `errorOutput` of the
+  /// result is "" then.
   bool mergeErrorOutput = false;
 };
 
@@ -32,15 +36,18 @@ public:
   using std::runtime_error::runtime_error;
 };
 
-/// Starts child programs. Safe to use from any thread.
+/// Starts child programs, which get the environment without API keys and other secrets. Safe to use
+/// from any thread.
 class ProcessLauncher {
 public:
+  /// In bytes, for each of the two outputs.
   static constexpr std::size_t outputLimit = std::size_t{4} << 20;
 
   virtual ~ProcessLauncher() = default;
 
-  /// Runs the child to its end and returns what it printed. Its outputs are drained while it
-  /// runs. When Velmor quits meanwhile, the child is ended and the call returns at once.
+  /// Runs the child to its end, however long that takes, and returns what it printed. Its outputs
+  /// are drained while it runs; what it leaves running is not waited for. When Velmor quits
+  /// meanwhile, the child is asked to end and soon made to, and the call returns.
   /// Throws LaunchError.
   [[nodiscard]] virtual ChildResult run(const ChildProcess& child) = 0;
 };

@@ -6,12 +6,14 @@
 
 namespace velmor {
 
+/// An application that runs, as the desktop describes it.
 struct RunningApplication {
   /// "" when the application has none.
   std::string bundleIdentifier;
   /// The name as the desktop shows it; "" when unknown.
   std::string localizedName;
   std::int32_t processIdentifier = 0;
+  /// It has ended since the list was made.
   bool terminated = false;
 };
 

@@ -9,7 +9,8 @@ class SystemLog {
 public:
   virtual ~SystemLog() = default;
 
-  /// Writes one line. Any thread. API keys never belong here.
+  /// Writes one line, with spaces in place of line breaks and other control characters. A log that
+  /// cannot be written to is no failure. Any thread. API keys never belong here.
   virtual void write(std::string_view line) = 0;
 };
 

@@ -10,7 +10,8 @@ public:
   virtual ~Workspace() = default;
 
   /// Opens the address with the default handler of its scheme, as one argument and never through a
-  /// shell. Text that is not a URL (it has no scheme) does nothing.
+  /// shell. Text that is not a URL (it has no scheme) does nothing. A failure, such as a scheme
+  /// that no program handles, goes to the system's log.
   virtual void openURL(const std::string& url) = 0;
 
   /// Ends the application's event loop, and every blocking wait of the seam at once.

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <functional>
-#include <stop_token>
 #include <string>
 #include <utility>
 
@@ -11,6 +9,7 @@ namespace velmor {
 class FileDescriptor {
 public:
   FileDescriptor() = default;
+  /// Takes over what a system call has returned; a negative number is no descriptor.
   explicit FileDescriptor(int opened) : number(opened) {}
   FileDescriptor(FileDescriptor&& other) noexcept : number(std::exchange(other.number, -1)) {}
   FileDescriptor& operator=(FileDescriptor&& other) noexcept {
@@ -24,6 +23,7 @@ public:
   FileDescriptor& operator=(const FileDescriptor&) = delete;
   ~FileDescriptor() { close(); }
 
+  /// -1 when there is none.
   [[nodiscard]] int get() const { return number; }
   explicit operator bool() const { return number >= 0; }
 
@@ -33,19 +33,8 @@ private:
   int number = -1;
 };
 
-/// A descriptor that becomes readable once stop is requested, to be waited for among others.
-class StopEvent {
-public:
-  explicit StopEvent(std::stop_token token);
-
-  [[nodiscard]] int descriptor() const { return event.get(); }
-
-private:
-  FileDescriptor event;
-  std::stop_callback<std::function<void()>> callback;
-};
-
-/// The system's words for an error number, such as "No such file or directory".
+/// The system's words for an error number (errno), such as "No such file or directory"; in English
+/// whatever the locale.
 [[nodiscard]] std::string systemMessage(int error);
 
 } // namespace velmor

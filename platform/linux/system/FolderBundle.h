@@ -2,7 +2,12 @@
 
 #include "platform/Bundle.h"
 
+#include <filesystem>
+#include <functional>
 #include <map>
+#include <optional>
+#include <string>
+#include <string_view>
 
 namespace velmor {
 

@@ -2,8 +2,13 @@
 
 #include "platform/Environment.h"
 
+#include <filesystem>
+#include <functional>
 #include <map>
 #include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
 
 namespace velmor {
 

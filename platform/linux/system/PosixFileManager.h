@@ -2,6 +2,13 @@
 
 #include "platform/FileManager.h"
 
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
 namespace velmor {
 
 /// The file system.

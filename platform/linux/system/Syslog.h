@@ -2,6 +2,8 @@
 
 #include "platform/SystemLog.h"
 
+#include <string_view>
+
 namespace velmor {
 
 class Environment;

@@ -16,8 +16,10 @@ TEST(LinuxHostTest, OpensAddressesAsOneArgument) {
   const TemporaryFolder folder;
   const auto script = folder.path / "handler";
   const auto opened = folder.path / "opened";
-  std::ofstream(script) << "#!/bin/sh\nprintf '%s\\n' \"$#\" \"$1\" > " << opened.string()
-                        << ".new\nmv " << opened.string() << ".new " << opened.string() << "\n";
+  std::ofstream(script) << "#!/bin/sh\nprintf '%s\\n' \"$#\" \"$1\" "
+                           "\"${WEBKIT_DISABLE_DMABUF_RENDERER-unset}\" > "
+                        << opened.string() << ".new\nmv " << opened.string() << ".new "
+                        << opened.string() << "\n";
   std::filesystem::permissions(script, std::filesystem::perms::owner_all);
   const auto applications = folder.path / "applications";
   std::filesystem::create_directories(applications);
@@ -28,6 +30,8 @@ TEST(LinuxHostTest, OpensAddressesAsOneArgument) {
   ::setenv("XDG_DATA_HOME", folder.path.c_str(), 1);
   ::setenv("XDG_RUNTIME_DIR", folder.path.c_str(), 1);
   ::unsetenv("DBUS_SESSION_BUS_ADDRESS");
+  // The window sets it for its own page; a browser must not inherit it.
+  ::setenv("WEBKIT_DISABLE_DMABUF_RENDERER", "1", 1);
 
   const auto host = makeHost();
   const std::string url = "x-velmor-test:a\"b'$(id)&;|%20*?x=1#c";
@@ -37,7 +41,7 @@ TEST(LinuxHostTest, OpensAddressesAsOneArgument) {
     std::this_thread::yield();
   std::ostringstream arguments;
   arguments << std::ifstream(opened).rdbuf();
-  EXPECT_EQ(arguments.str(), "1\n" + url + "\n");
+  EXPECT_EQ(arguments.str(), "1\n" + url + "\nunset\n");
 }
 
 } // namespace

@@ -46,14 +46,11 @@ protected:
 };
 
 TEST_F(HttpTest, SendsWhatItIsGivenAndNothingElse) {
-  // Requests to this machine do not go through proxies.
-  ::setenv("http_proxy", "http://127.0.0.1:1", 1);
   const std::string body("{\"a\":\"\0b\"}", 10);
   const auto answer = send({.method = "POST",
                             .url = first.url("/echo"),
                             .headers = {{"Content-Type", "application/json"}},
                             .body = body});
-  ::unsetenv("http_proxy");
   EXPECT_EQ(answer.status, 200);
   EXPECT_THAT(answer.body, AllOf(StartsWith("POST /echo\n"), EndsWith("\n\n" + body),
                                  HasSubstr("content-type: application/json\n"),
@@ -97,12 +94,27 @@ TEST_F(HttpTest, KeysDoNotComeBackAfterADetour) {
   EXPECT_THAT(answer.body, AllOf(StartsWith("GET /echo"), Not(HasSubstr("sk-secret"))));
 }
 
+TEST_F(HttpTest, OnlyOtherMachinesAreReachedThroughProxies) {
+  ::setenv("http_proxy", "http://no-such-proxy.invalid", 1);
+  const auto behindHost = first.url("/echo").substr(std::string("http://127.0.0.1").size());
+  for (const auto* host : {"127.0.0.1", "127.1", "LocalHost", "dj.localhost"})
+    EXPECT_EQ(failure({.url = std::string("http://") + host + behindHost}), "answered 200") << host;
+  for (const auto* host : {"128.0.0.1", "localhost.invalid", "mylocalhost"}) {
+    EXPECT_EQ(failure({.url = std::string("http://") + host + behindHost}),
+              "The proxy server could not be found.")
+        << host;
+  }
+  ::unsetenv("http_proxy");
+}
+
 TEST_F(HttpTest, FailuresAreSentences) {
   const auto wrongScheme = "The address does not begin with http:// or https://.";
   const std::pair<std::string, const char*> cases[] = {
       {"http://no-such-host.invalid/", "The server could not be found."},
       {"ftp://127.0.0.1/", wrongScheme},
       {"/etc/passwd", wrongScheme},
+      {"", wrongScheme},
+      {"http://", "The address is not valid."},
       {"http://127.0.0.1:99999/", "The address is not valid."},
       {redirectTo("file:///etc/passwd", 302), wrongScheme},
       {redirectTo("/redirect?status=302&to=", 302), "answered 302"},

@@ -7,7 +7,9 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <filesystem>
 #include <fstream>
+#include <thread>
 
 namespace velmor {
 
@@ -104,7 +106,21 @@ TEST_F(ChildProcessTest, ChildrenInheritNeitherSecretsNorDescriptorsNorSignals) 
   EXPECT_EQ(ignored & 0x7fffffffU, 0U);
 }
 
-TEST_F(ChildProcessTest, StartsNothingOnceItIsToQuit) {
+TEST_F(ChildProcessTest, QuittingAsksChildrenToEndAndMakesThem) {
+  const auto ready = folder.path / "ready";
+  const auto line = "touch " + ready.string() + "; while :; do sleep 0.05; done";
+  for (const auto& [prepared, ending] :
+       {std::pair{"trap 'exit 7' TERM; ", 7}, std::pair{"trap '' TERM; ", 128 + SIGKILL}}) {
+    std::stop_source ends;
+    PosixProcessLauncher endingLauncher(ends.get_token());
+    const std::jthread quitter([&] {
+      while (!std::filesystem::exists(ready))
+        std::this_thread::yield();
+      ends.request_stop();
+    });
+    EXPECT_EQ(endingLauncher.run({"/bin/sh", {"-c", prepared + line}}).exitStatus, ending);
+    std::filesystem::remove(ready);
+  }
   quit.request_stop();
   EXPECT_EQ(launchFailure("/bin/true"), "Operation canceled");
 }

@@ -2,12 +2,15 @@
 #include "platform/linux/system/PosixFileManager.h"
 #include "tests/support/TemporaryFolder.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <csignal>
 #include <fstream>
 
@@ -108,6 +111,13 @@ TEST_F(FilesTest, ToldApartFilesFoldersAndPrograms) {
   EXPECT_EQ(fs::status(folder.path / "a").permissions(), fs::perms(0700));
   files.writeAtomically(path, "four");
   EXPECT_EQ(files.size(path), 4U);
+  const std::array<timespec, 2> times = {{{0, 0}, {1'700'000'000, 123'456'789}}};
+  ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), times.data(), 0), 0);
+  const auto entries = files.list(folder.path);
+  const auto entry = std::ranges::find(entries, path, &FolderEntry::path);
+  ASSERT_NE(entry, entries.end());
+  EXPECT_EQ(entry->modified, std::chrono::system_clock::time_point(
+                                 std::chrono::nanoseconds(1'700'000'000'123'456'789)));
   EXPECT_FALSE(files.isExecutable(path));
   files.setPermissions(path, 0700);
   EXPECT_TRUE(files.isExecutable(path));
