@@ -29,7 +29,6 @@ std::int64_t scaled(std::int64_t length, double factor, std::int64_t minimum) {
 /// and so the window, have grown since.
 double migrate(AppConfig& config) {
   const WindowSettings defaults;
-  if (config.version <= 1) config.theme = "light";
   if (config.version <= 3) {
     config.window.width = defaults.width;
     config.window.height = defaults.height;
