@@ -48,15 +48,7 @@ std::string TrackText::readable(const NowPlayingTrack& track) {
 }
 
 std::string TrackText::json(const NowPlayingTrack& track) {
-  return jsonEncoder().encode(nlohmann::json{{"title", track.title},
-                                             {"artist", track.artist},
-                                             {"album", track.album},
-                                             {"genre", track.genre},
-                                             {"bpm", jsonNumber(track.bpm)},
-                                             {"key", track.key},
-                                             {"source", track.source},
-                                             {"detection", track.detection}}) +
-         "\n";
+  return jsonEncoder().encode(track) + "\n";
 }
 
 std::string TrackText::readable(const VisionResult& result) {

@@ -1,12 +1,27 @@
 #include "base/Json.h"
 
 #include <cmath>
-#include <cstdint>
+#include <limits>
 
 namespace velmor {
 
-std::string JsonEncoder::write(const nlohmann::json& json) {
-  return json.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+namespace {
+
+using Type = nlohmann::json::value_t;
+
+/// 2^63: doubles from here on, and from its negative down, do not fit into the integers or may
+/// stand for a number that does not.
+constexpr double integerLimit = 9223372036854775808.0;
+
+DecodingError unreadable(const char* key, const char* reason) {
+  return DecodingError(std::string("The data couldn't be read because “") + key + "” " + reason +
+                       ".");
+}
+
+} // namespace
+
+std::string JsonEncoder::write(const nlohmann::json& json, int indent) {
+  return json.dump(indent, ' ', false, nlohmann::json::error_handler_t::replace);
 }
 
 nlohmann::json JsonDecoder::parse(std::string_view text) {
@@ -16,13 +31,6 @@ nlohmann::json JsonDecoder::parse(std::string_view text) {
     // The library's own words name byte offsets, which help nobody who reads them on stage.
     throw DecodingError("The data couldn't be read because it isn't in the correct format.");
   }
-}
-
-nlohmann::json jsonNumber(double value) {
-  if (!std::isfinite(value)) throw EncodingError("a number is not finite");
-  const bool isWhole = std::trunc(value) == value && std::abs(value) < integerLimit;
-  if (isWhole) return static_cast<std::int64_t>(value);
-  return value;
 }
 
 const JsonEncoder& jsonEncoder() {
@@ -35,59 +43,64 @@ const JsonDecoder& jsonDecoder() {
   return decoder;
 }
 
-using Type = nlohmann::json::value_t;
-
-namespace {
-
-DecodingError unreadable(const char* key, const char* reason) {
-  return DecodingError(std::string("The data couldn't be read because “") + key + "” " + reason +
-                       ".");
-}
-
-} // namespace
-
-RecordReader::RecordReader(const nlohmann::json& json) : object(json) {
-  if (!json.is_object())
-    throw DecodingError("The data couldn't be read because it isn't a JSON object.");
-}
-
-std::string RecordReader::text(const char* key) const {
-  return member(key, Type::string).get<std::string>();
-}
-
-std::int64_t RecordReader::integer(const char* key) const {
-  const auto& value = member(key);
-  if (value.is_number_unsigned() && value.get<std::uint64_t>() > std::uint64_t{INT64_MAX}) {
-    throw unreadable(key, "is too large");
-  }
-  if (value.is_number_integer()) return value.get<std::int64_t>();
-  const double wide = number(key);
-  if (std::trunc(wide) != wide || wide < -integerLimit || wide >= integerLimit) {
-    throw unreadable(key, "is not a whole number");
-  }
-  return static_cast<std::int64_t>(wide);
-}
-
-double RecordReader::number(const char* key) const {
-  const auto& value = member(key);
-  if (!value.is_number()) throw unreadable(key, "is not a number");
-  return value.get<double>();
-}
-
-bool RecordReader::boolean(const char* key) const {
-  return member(key, Type::boolean).get<bool>();
-}
-
-const nlohmann::json& RecordReader::member(const char* key) const {
-  const auto found = object.find(key);
-  if (found == object.end()) throw unreadable(key, "is missing");
-  return *found;
-}
-
-const nlohmann::json& RecordReader::member(const char* key, Type type) const {
-  const auto& value = member(key);
-  if (value.type() != type) throw unreadable(key, "has the wrong type");
+nlohmann::json jsonNumber(double value) {
+  if (!std::isfinite(value)) throw EncodingError("a number is not finite");
+  const bool isWhole = std::trunc(value) == value && std::abs(value) < integerLimit;
+  if (isWhole) return static_cast<std::int64_t>(value);
   return value;
 }
+
+namespace member {
+
+void requireObject(const nlohmann::json& json) {
+  if (json.is_object()) return;
+  throw DecodingError("The data couldn't be read because it isn't a JSON object.");
+}
+
+const nlohmann::json* find(const nlohmann::json& object, const char* key, AbsentMember absent) {
+  const auto found = object.find(key);
+  if (absent == AbsentMember::keepsDefault && (found == object.end() || found->is_null())) {
+    return nullptr;
+  }
+  if (found == object.end()) throw unreadable(key, "is missing");
+  return &*found;
+}
+
+void requireType(const nlohmann::json& value, const char* key, Type type) {
+  if (value.type() != type) throw unreadable(key, "has the wrong type");
+}
+
+void read(const nlohmann::json& value, const char* key, std::string& text) {
+  requireType(value, key, Type::string);
+  value.get_to(text);
+}
+
+void read(const nlohmann::json& value, const char* key, std::int64_t& integer) {
+  constexpr auto most = std::uint64_t{std::numeric_limits<std::int64_t>::max()};
+  double wide = 0;
+  read(value, key, wide);
+  if (value.is_number_float()) {
+    if (std::trunc(wide) != wide) throw unreadable(key, "is not a whole number");
+    if (std::abs(wide) >= integerLimit) throw unreadable(key, "is too large");
+    integer = static_cast<std::int64_t>(wide);
+    return;
+  }
+  if (value.is_number_unsigned() && value.get<std::uint64_t>() > most) {
+    throw unreadable(key, "is too large");
+  }
+  value.get_to(integer);
+}
+
+void read(const nlohmann::json& value, const char* key, double& number) {
+  if (!value.is_number()) throw unreadable(key, "is not a number");
+  value.get_to(number);
+}
+
+void read(const nlohmann::json& value, const char* key, bool& boolean) {
+  requireType(value, key, Type::boolean);
+  value.get_to(boolean);
+}
+
+} // namespace member
 
 } // namespace velmor

@@ -1,91 +1,151 @@
 #pragma once
 
+#include "base/Record.h"
+
 #include <nlohmann/json.hpp>
 
 #include <cstdint>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <type_traits>
+#include <vector>
 
+/// JSON in and out. A record (base/Record.h) is one JSON object with its fields' keys:
+/// - Encoding writes every field: texts as strings, whole numbers and true or false as such,
+///   a `double` as a number, nested records as objects, vectors of records as arrays.
+/// - Decoding wants every key, each with a value of the field's own type; null is none. A `double`
+///   takes any number, an integer any number without a fractional part that fits into 64 bits.
+///   Keys that the record does not list are ignored.
+/// Everything here may be called from any thread.
 namespace velmor {
 
-/// The text is not JSON, or not the JSON form of the wanted record.
+/// The text is not JSON, or not the JSON form of the wanted record. The message is a sentence that
+/// names the key at fault, when there is one.
 class DecodingError : public std::runtime_error {
 public:
   using std::runtime_error::runtime_error;
 };
 
-/// A record holds something that JSON has no form for.
+/// A record holds something that JSON has no form for: a number that is not finite.
 class EncodingError : public std::runtime_error {
 public:
   using std::runtime_error::runtime_error;
 };
 
-/// Writes records as compact JSON under their field names. Texts that are not UTF-8 come out with
-/// U+FFFD in place of the bad bytes.
+/// Writes records and other values as JSON. Texts that are not UTF-8 come out with U+FFFD in place
+/// of the bad bytes.
 class JsonEncoder {
 public:
-  /// Throws EncodingError.
+  /// On one line, without blanks. Throws EncodingError.
   template <typename Value>
   [[nodiscard]] std::string encode(const Value& value) const {
-    return write(nlohmann::json(value));
+    return write(nlohmann::json(value), -1);
+  }
+
+  /// One member a line, two blanks a level, keys in ascending order. Throws EncodingError.
+  template <typename Value>
+  [[nodiscard]] std::string encodeIndented(const Value& value) const {
+    return write(nlohmann::json(value), 2);
   }
 
 private:
-  [[nodiscard]] static std::string write(const nlohmann::json& json);
+  [[nodiscard]] static std::string write(const nlohmann::json& json, int indent);
 };
+
+/// What decoding does with a member that is missing or null.
+enum class AbsentMember { fails, keepsDefault };
 
 /// Reads records from their JSON form.
 class JsonDecoder {
 public:
   /// Throws DecodingError.
-  template <typename Record>
-  [[nodiscard]] Record decode(std::string_view text) const {
-    return parse(text).template get<Record>();
+  template <Record Type>
+  [[nodiscard]] Type decode(std::string_view text) const {
+    return parse(text).template get<Type>();
   }
+
+  /// For answers of others, who may leave members out: what is missing or null keeps its default,
+  /// what has another type still fails. Throws DecodingError.
+  template <Record Type>
+  [[nodiscard]] Type decodeLeniently(std::string_view text) const;
 
   /// Any JSON text. Throws DecodingError.
   [[nodiscard]] static nlohmann::json parse(std::string_view text);
 };
 
-/// 2^63: from here on a double does not fit into the integers.
-inline constexpr double integerLimit = 9223372036854775808.0;
+/// The coders that everything between the page, the providers and Velmor goes through.
+[[nodiscard]] const JsonEncoder& jsonEncoder();
+[[nodiscard]] const JsonDecoder& jsonDecoder();
 
 /// A number as JSON can carry it, a whole one without a fraction: 128, not 128.0. Throws
 /// EncodingError for NaN and infinities.
 [[nodiscard]] nlohmann::json jsonNumber(double value);
 
-/// The coders that everything between the page, the providers and Velmor goes through.
-[[nodiscard]] const JsonEncoder& jsonEncoder();
-[[nodiscard]] const JsonDecoder& jsonDecoder();
+/// How one member of an object is read. Everything throws DecodingError.
+namespace member {
 
-/// Reads the members of a record's JSON object. Every member must be there in its own type;
-/// members that nobody reads are ignored. Throws DecodingError.
-class RecordReader {
-public:
-  explicit RecordReader(const nlohmann::json& json);
+/// Throws unless `json` is an object.
+void requireObject(const nlohmann::json& json);
 
-  [[nodiscard]] std::string text(const char* key) const;
-  /// Any number without a fractional part that fits.
-  [[nodiscard]] std::int64_t integer(const char* key) const;
-  [[nodiscard]] double number(const char* key) const;
-  [[nodiscard]] bool boolean(const char* key) const;
+/// The member of the object; null when it is absent and may be.
+[[nodiscard]] const nlohmann::json* find(const nlohmann::json& object, const char* key,
+                                         AbsentMember absent);
 
-  /// A nested record or an array of records.
-  template <typename Record>
-  [[nodiscard]] Record record(const char* key) const {
-    return member(key, nlohmann::json::value_t::object).template get<Record>();
-  }
-  template <typename Record>
-  [[nodiscard]] std::vector<Record> records(const char* key) const {
-    return member(key, nlohmann::json::value_t::array).template get<std::vector<Record>>();
-  }
+/// Throws unless the member `key` has this type.
+void requireType(const nlohmann::json& value, const char* key, nlohmann::json::value_t type);
 
-private:
-  [[nodiscard]] const nlohmann::json& member(const char* key) const;
-  [[nodiscard]] const nlohmann::json& member(const char* key, nlohmann::json::value_t type) const;
+void read(const nlohmann::json& value, const char* key, std::string& text);
+void read(const nlohmann::json& value, const char* key, std::int64_t& integer);
+void read(const nlohmann::json& value, const char* key, double& number);
+void read(const nlohmann::json& value, const char* key, bool& boolean);
 
-  const nlohmann::json& object;
-};
+template <Record Type>
+void read(const nlohmann::json& value, const char* key, Type& record) {
+  requireType(value, key, nlohmann::json::value_t::object);
+  value.get_to(record);
+}
+
+template <Record Type>
+void read(const nlohmann::json& value, const char* key, std::vector<Type>& records) {
+  requireType(value, key, nlohmann::json::value_t::array);
+  value.get_to(records);
+}
+
+template <Record Type>
+void readAll(const nlohmann::json& json, Type& record, AbsentMember absent) {
+  requireObject(json);
+  forEachField<Type>([&](const auto& field) {
+    const auto* const value = find(json, field.key, absent);
+    if (value) read(*value, field.key, record.*field.member);
+  });
+}
+
+} // namespace member
+
+/// What makes a record convertible to and from nlohmann::json.
+template <Record Type>
+void to_json(nlohmann::json& json, const Type& record) {
+  json = nlohmann::json::object();
+  forEachField<Type>([&](const auto& field) {
+    const auto& value = record.*field.member;
+    if constexpr (std::is_floating_point_v<std::decay_t<decltype(value)>>)
+      json[field.key] = jsonNumber(value);
+    else
+      json[field.key] = value;
+  });
+}
+
+template <Record Type>
+void from_json(const nlohmann::json& json, Type& record) {
+  member::readAll(json, record, AbsentMember::fails);
+}
+
+template <Record Type>
+Type JsonDecoder::decodeLeniently(std::string_view text) const {
+  Type record;
+  member::readAll(parse(text), record, AbsentMember::keepsDefault);
+  return record;
+}
 
 } // namespace velmor

@@ -1,29 +1,11 @@
 #include "model/AppConfig.h"
 
-#include "base/Json.h"
-
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <string_view>
 
 namespace velmor {
-
-void to_json(nlohmann::json& json, const WindowSettings& window) {
-  json = {
-      {"x", window.x},
-      {"y", window.y},
-      {"width", window.width},
-      {"height", window.height},
-  };
-}
-
-void from_json(const nlohmann::json& json, WindowSettings& window) {
-  const RecordReader members(json);
-  window.x = members.integer("x");
-  window.y = members.integer("y");
-  window.width = members.integer("width");
-  window.height = members.integer("height");
-}
 
 namespace {
 
@@ -47,7 +29,6 @@ std::int64_t scaled(std::int64_t length, double factor, std::int64_t minimum) {
 /// and so the window, have grown since.
 double migrate(AppConfig& config) {
   const WindowSettings defaults;
-  if (config.version <= 1) config.theme = "light";
   if (config.version <= 3) {
     config.window.width = defaults.width;
     config.window.height = defaults.height;
@@ -76,33 +57,6 @@ void AppConfig::normalise() {
   if (!contains(themes, theme)) theme = defaults.theme;
   if (window.width < WindowSettings::minimumWidth) window.width = defaults.window.width;
   if (window.height < WindowSettings::minimumHeight) window.height = defaults.window.height;
-}
-
-void to_json(nlohmann::json& json, const AppConfig& config) {
-  json = {
-      {"version", config.version},
-      {"tinkerApiKey", config.tinkerApiKey},
-      {"openaiApiKey", config.openaiApiKey},
-      {"aiModel", config.aiModel},
-      {"recommendationCount", config.recommendationCount},
-      {"bpmTolerance", jsonNumber(config.bpmTolerance)},
-      {"autoSuggestTracks", config.autoSuggestTracks},
-      {"theme", config.theme},
-      {"window", config.window},
-  };
-}
-
-void from_json(const nlohmann::json& json, AppConfig& config) {
-  const RecordReader members(json);
-  config.version = members.integer("version");
-  config.tinkerApiKey = members.text("tinkerApiKey");
-  config.openaiApiKey = members.text("openaiApiKey");
-  config.aiModel = members.text("aiModel");
-  config.recommendationCount = members.integer("recommendationCount");
-  config.bpmTolerance = members.number("bpmTolerance");
-  config.autoSuggestTracks = members.boolean("autoSuggestTracks");
-  config.theme = members.text("theme");
-  config.window = members.record<WindowSettings>("window");
 }
 
 } // namespace velmor

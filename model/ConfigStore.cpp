@@ -18,10 +18,6 @@ std::string environmentKey(const Platform& platform, std::string_view model) {
   return platform.environment.variable(openAI ? "OPENAI_API_KEY" : "TINKER_API_KEY").value_or("");
 }
 
-std::string encoded(const AppConfig& config) {
-  return nlohmann::json(config).dump(2, ' ', false, nlohmann::json::error_handler_t::replace);
-}
-
 } // namespace
 
 ConfigStore::ConfigStore(const Platform& thePlatform) : platform(thePlatform) {
@@ -44,7 +40,7 @@ AppConfig ConfigStore::current() const {
 void ConfigStore::save(const AppConfig& wanted) {
   AppConfig next = wanted;
   next.normalise();
-  const std::string bytes = encoded(next);
+  const std::string bytes = jsonEncoder().encodeIndented(next);
   const std::lock_guard guard(lock);
   platform.files.writeAtomically(path, bytes);
   platform.files.setPermissions(path, privateFile);

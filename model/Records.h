@@ -1,148 +1,208 @@
 #pragma once
 
-#include <nlohmann/json_fwd.hpp>
+#include "base/Record.h"
 
 #include <cstdint>
 #include <string>
 #include <vector>
 
+/// The records that pass between the readers, the model providers and the page. They are plain
+/// values: a copy shares nothing with the original. Their JSON form follows from `fields()`
+/// (base/Json.h): all keys are written always, and all are wanted when a record is read.
+/// In every record an unknown text is "" and an unknown number 0.
 namespace velmor {
 
-/// What a now-playing reader reports.
+/// The track that a reader found playing. The command line prints its JSON form; the page and the
+/// model see it as TrackMetadata.
 struct NowPlayingTrack {
+  /// As the source shows it, like all texts here.
   std::string title;
   std::string artist;
-  /// "" when unknown, like `genre` and `key`.
   std::string album;
   std::string genre;
-  /// Beats per minute; 0 when unknown.
+  /// Beats per minute.
   double bpm = 0;
-  /// In any notation.
+  /// In any notation ("A minor", "8A", "F♯m").
   std::string key;
-  /// Display name of the application that plays the track.
+  /// Display name of the application that plays the track, for example "Mixxx".
   std::string source;
   /// How the track was found, for example "djay Pro play history".
   std::string detection;
 
-  bool operator==(const NowPlayingTrack&) const = default;
+  static constexpr auto fields() {
+    return std::tuple{
+        Field{"title", &NowPlayingTrack::title},   Field{"artist", &NowPlayingTrack::artist},
+        Field{"album", &NowPlayingTrack::album},   Field{"genre", &NowPlayingTrack::genre},
+        Field{"bpm", &NowPlayingTrack::bpm},       Field{"key", &NowPlayingTrack::key},
+        Field{"source", &NowPlayingTrack::source}, Field{"detection", &NowPlayingTrack::detection},
+    };
+  }
 };
 
 /// One suggested next track. Its place in a list is its rank, the first being the best.
 struct Recommendation {
+  /// Never empty after validation, like `artist`.
   std::string song;
   std::string artist;
   std::string album;
+  /// Beats per minute.
   double bpm = 0;
-  /// In Camelot notation after validation; "" when unknown.
+  /// In Camelot notation ("1A" to "12B") after validation.
   std::string key;
   std::string genre;
-  /// 0 to 100, as the model gives it.
+  /// 0 to 100 is what the model is asked for; what it gives is kept as it is.
   std::int64_t energy = 0;
-  /// How well it mixes after the current track, 0 to 100 after validation.
+  /// How well it mixes after the current track: 0 to 100 after validation.
   std::int64_t compatibilityScore = 0;
+  /// Why the model chose it.
   std::string explanation;
 
-  bool operator==(const Recommendation&) const = default;
+  static constexpr auto fields() {
+    return std::tuple{
+        Field{"song", &Recommendation::song},
+        Field{"artist", &Recommendation::artist},
+        Field{"album", &Recommendation::album},
+        Field{"bpm", &Recommendation::bpm},
+        Field{"key", &Recommendation::key},
+        Field{"genre", &Recommendation::genre},
+        Field{"energy", &Recommendation::energy},
+        Field{"compatibilityScore", &Recommendation::compatibilityScore},
+        Field{"explanation", &Recommendation::explanation},
+    };
+  }
 };
 
-void to_json(nlohmann::json& json, const Recommendation& recommendation);
-void from_json(const nlohmann::json& json, Recommendation& recommendation);
-
-/// A track as the page and the model see it.
+/// A track as the model and the page see it.
 struct TrackMetadata {
   std::string song;
   std::string artist;
   std::string album;
-  /// Beats per minute; 0 when unknown.
+  /// Beats per minute.
   double bpm = 0;
-  /// In Camelot notation after validation; "" when unknown.
+  /// In Camelot notation ("1A" to "12B") after validation.
   std::string key;
   std::string genre;
-  /// 0 to 100; 0 when unknown.
-  std::int64_t energy = 0;
-  /// Free notes on the source and the sound.
-  std::string other;
   /// 0 to 100.
+  std::int64_t energy = 0;
+  /// Free notes on the source and on what was measured.
+  std::string other;
+  /// How sure the data are, 0 to 100; 100 for a track that a reader found.
   std::int64_t confidence = 0;
 
-  bool operator==(const TrackMetadata&) const = default;
+  static constexpr auto fields() {
+    return std::tuple{
+        Field{"song", &TrackMetadata::song},
+        Field{"artist", &TrackMetadata::artist},
+        Field{"album", &TrackMetadata::album},
+        Field{"bpm", &TrackMetadata::bpm},
+        Field{"key", &TrackMetadata::key},
+        Field{"genre", &TrackMetadata::genre},
+        Field{"energy", &TrackMetadata::energy},
+        Field{"other", &TrackMetadata::other},
+        Field{"confidence", &TrackMetadata::confidence},
+    };
+  }
 };
-
-void to_json(nlohmann::json& json, const TrackMetadata& track);
-void from_json(const nlohmann::json& json, TrackMetadata& track);
 
 /// The model's answer.
 struct Analysis {
+  /// Something is known to play.
   bool playbackDetected = false;
-  /// What confirms that something plays.
+  /// What confirms it.
   std::string playbackEvidence;
   TrackMetadata currentTrack;
-  /// Empty when nothing plays.
+  /// The best first; empty when nothing plays.
   std::vector<Recommendation> recommendations;
 
-  bool operator==(const Analysis&) const = default;
+  static constexpr auto fields() {
+    return std::tuple{
+        Field{"playbackDetected", &Analysis::playbackDetected},
+        Field{"playbackEvidence", &Analysis::playbackEvidence},
+        Field{"currentTrack", &Analysis::currentTrack},
+        Field{"recommendations", &Analysis::recommendations},
+    };
+  }
 };
 
-void to_json(nlohmann::json& json, const Analysis& analysis);
-void from_json(const nlohmann::json& json, Analysis& analysis);
-
-/// The result of one suggestion run, as the page shows it.
+/// The result of one suggestion run, for the page.
 struct VisionResult {
   TrackMetadata currentTrack;
+  /// The best first.
   std::vector<Recommendation> recommendations;
-  /// How the current track was detected and which provider answered.
+  /// How the current track was found and which provider answered.
   std::string source;
-  /// A note for the page.
+  /// A remark for the user.
   std::string notice;
 
-  bool operator==(const VisionResult&) const = default;
+  static constexpr auto fields() {
+    return std::tuple{
+        Field{"currentTrack", &VisionResult::currentTrack},
+        Field{"recommendations", &VisionResult::recommendations},
+        Field{"source", &VisionResult::source},
+        Field{"notice", &VisionResult::notice},
+    };
+  }
 };
 
-void to_json(nlohmann::json& json, const VisionResult& result);
-void from_json(const nlohmann::json& json, VisionResult& result);
-
-/// What the page needs to know about the services.
+/// What the page needs to know about the services when it opens and after the settings change.
 struct AppState {
-  /// There is an API key for the configured model.
+  /// There is an API key for the configured model, in the environment or in the settings. It has
+  /// not been tried.
   bool aiAvailable = false;
-  /// The audio extractor is installed.
+  /// The program that measures tempo and key is installed.
   bool essentiaAvailable = false;
-  /// A status text.
+  /// A sentence for the user: "OpenAI recommendations ready", "Tinker recommendations ready" or
+  /// "API key required".
   std::string provider;
 
-  bool operator==(const AppState&) const = default;
+  static constexpr auto fields() {
+    return std::tuple{
+        Field{"aiAvailable", &AppState::aiAvailable},
+        Field{"essentiaAvailable", &AppState::essentiaAvailable},
+        Field{"provider", &AppState::provider},
+    };
+  }
 };
 
-void to_json(nlohmann::json& json, const AppState& state);
-void from_json(const nlohmann::json& json, AppState& state);
-
-/// The application's version, for the page.
+/// The running program, for the page's About box.
 struct AppInfo {
+  /// Three numbers with points between them, for example "1.0.0".
   std::string version;
+  /// The day of the build.
   std::string buildDate;
 
-  bool operator==(const AppInfo&) const = default;
+  static constexpr auto fields() {
+    return std::tuple{
+        Field{"version", &AppInfo::version},
+        Field{"buildDate", &AppInfo::buildDate},
+    };
+  }
 };
-
-void to_json(nlohmann::json& json, const AppInfo& info);
-void from_json(const nlohmann::json& json, AppInfo& info);
 
 /// The outcome of a version check.
 struct UpdateInfo {
+  /// The running version.
   std::string current;
-  /// "" when the check got none.
+  /// The newest release that the version server knows; "" when the check got none.
   std::string latest;
+  /// `latest` is newer than `current`.
   bool updateAvailable = false;
-  /// "" when there is none, like `releaseNotesUrl`.
+  /// Where to get the release and to read about it; "" when the server names no address.
   std::string downloadUrl;
   std::string releaseNotesUrl;
   /// The version server could not be reached.
   bool offline = false;
 
-  bool operator==(const UpdateInfo&) const = default;
+  static constexpr auto fields() {
+    return std::tuple{
+        Field{"current", &UpdateInfo::current},
+        Field{"latest", &UpdateInfo::latest},
+        Field{"updateAvailable", &UpdateInfo::updateAvailable},
+        Field{"downloadUrl", &UpdateInfo::downloadUrl},
+        Field{"releaseNotesUrl", &UpdateInfo::releaseNotesUrl},
+        Field{"offline", &UpdateInfo::offline},
+    };
+  }
 };
-
-void to_json(nlohmann::json& json, const UpdateInfo& info);
-void from_json(const nlohmann::json& json, UpdateInfo& info);
 
 } // namespace velmor

@@ -6,41 +6,48 @@
 #include "platform/Environment.h"
 
 #include <algorithm>
-#include <optional>
-#include <regex>
+#include <array>
+#include <stdexcept>
+#include <utility>
 
 namespace velmor {
 
-namespace {
+/// What the version server answers.
+struct UpdateService::ReleaseResponse {
+  bool ok = false;
+  std::string platform;
+  std::string version;
+  std::string downloadURL;
+  std::string releaseNotesURL;
+  std::string error;
+  std::string message;
 
-/// Reads a member that may be missing or null. False when it has another type than the field.
-template <typename Field>
-bool readOptional(const nlohmann::json& object, const char* key, Field& field) {
-  const auto member = object.find(key);
-  if (member == object.end() || member->is_null()) return true;
-  const auto* value = member->get_ptr<const Field*>();
-  if (value) field = *value;
-  return value != nullptr;
-}
-
-} // namespace
-
-std::optional<ReleaseResponse> ReleaseResponse::decode(std::string_view body) {
-  const auto json = nlohmann::json::parse(body, nullptr, false);
-  if (!json.is_object()) return std::nullopt;
-  ReleaseResponse response;
-  const bool valid = readOptional(json, "ok", response.ok) &&
-                     readOptional(json, "platform", response.platform) &&
-                     readOptional(json, "version", response.version) &&
-                     readOptional(json, "download_url", response.downloadURL) &&
-                     readOptional(json, "release_notes_url", response.releaseNotesURL) &&
-                     readOptional(json, "error", response.error) &&
-                     readOptional(json, "message", response.message);
-  return valid ? std::optional(response) : std::nullopt;
-}
+  static constexpr auto fields() {
+    return std::tuple{
+        Field{"ok", &ReleaseResponse::ok},
+        Field{"platform", &ReleaseResponse::platform},
+        Field{"version", &ReleaseResponse::version},
+        Field{"download_url", &ReleaseResponse::downloadURL},
+        Field{"release_notes_url", &ReleaseResponse::releaseNotesURL},
+        Field{"error", &ReleaseResponse::error},
+        Field{"message", &ReleaseResponse::message},
+    };
+  }
+};
 
 namespace {
 
+/// A version check that gave no release.
+class UpdateError : public std::runtime_error {
+public:
+  UpdateError(bool offline, const std::string& message)
+      : std::runtime_error(message), isOffline(offline) {}
+
+  /// The server could not be reached.
+  const bool isOffline;
+};
+
+constexpr auto invalidResponse = "the version server returned an invalid response";
 constexpr Seconds sessionTimeout{8};
 
 std::string_view withoutSlashes(std::string_view address) {
@@ -56,15 +63,28 @@ std::string chosenEndpoint(const Environment& environment) {
   return std::string(withoutSlashes(text::trimmed(address)));
 }
 
+/// "host", "host:port" or "[address]:port", with or without "user@" before it.
+bool isAuthority(std::string_view text) {
+  if (const auto at = text.find('@'); at != std::string_view::npos) text.remove_prefix(at + 1);
+  const bool isBracketed = text.starts_with('[');
+  const auto last = text.find_first_of(isBracketed ? "]" : ":[]@");
+  if (isBracketed && last == std::string_view::npos) return false;
+  const auto port = text.substr(std::min(isBracketed ? last + 1 : last, text.size()));
+  return port.empty() ||
+         (port.front() == ':' && port.find_first_not_of("0123456789", 1) == std::string_view::npos);
+}
+
 /// True when the characters are those of an address and a host, if it names one, is well formed.
-bool isValidURL(const std::string& address) {
-  const std::regex hostAndPort(R"([^/?#]*://([^/?#@]*@)?)"
-                               R"((\[[^\]]*\]|[^\]:\[/?#@]*)(:[0-9]*)?([/?#].*)?)");
-  const bool namesHost = address.find("://") != std::string::npos;
-  if (namesHost && !std::regex_match(address, hostAndPort)) return false;
+bool isValidURL(std::string_view address) {
   constexpr std::string_view allowed = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ"
                                        "0123456789-._~:/?#[]@!$&'()*+,;=%";
-  return address.find_first_not_of(allowed) == std::string_view::npos;
+  if (address.find_first_not_of(allowed) != std::string_view::npos) return false;
+  constexpr std::string_view afterScheme = "://";
+  const auto scheme = address.find(afterScheme);
+  if (scheme == std::string_view::npos) return true;
+  if (address.find_first_of("/?#") != scheme + 1) return false;
+  const auto rest = address.substr(scheme + afterScheme.size());
+  return isAuthority(rest.substr(0, rest.find_first_of("/?#")));
 }
 
 /// True for exactly three decimal integers between dots.
@@ -123,22 +143,29 @@ std::int64_t UpdateService::compareVersions(std::string_view first, std::string_
   return 0;
 }
 
-ReleaseResponse UpdateService::get(const std::string& path) const {
+UpdateService::ReleaseResponse UpdateService::get(const std::string& path) const {
   const auto address = endpoint + path;
   if (!isValidURL(address)) throw UpdateError(false, "Invalid version endpoint.");
-  HttpResponse answer;
+  const auto answer = syncData({.url = address, .headers = {{"Accept", "application/json"}}});
+  ReleaseResponse release;
   try {
-    answer = session->send({.url = address, .headers = {{"Accept", "application/json"}}});
+    release = jsonDecoder().decodeLeniently<ReleaseResponse>(answer.body);
+  } catch (const DecodingError&) {
+    throw UpdateError(false, invalidResponse);
+  }
+  if (answer.status >= 200 && answer.status <= 299 && release.ok) return release;
+  const auto message = text::trimmed(release.message);
+  throw UpdateError(false, message.empty() ? "Version check failed." : std::string(message));
+}
+
+HttpResponse UpdateService::syncData(const HttpRequest& request) const {
+  try {
+    return session->send(request);
   } catch (const AnswerTooLarge&) {
-    throw UpdateError(false, "the version server returned an invalid response");
+    throw UpdateError(false, invalidResponse);
   } catch (const TransportError&) {
     throw UpdateError(true, "version server unavailable");
   }
-  const auto release = ReleaseResponse::decode(answer.body);
-  if (!release) throw UpdateError(false, "the version server returned an invalid response");
-  if (answer.status >= 200 && answer.status <= 299 && release->ok) return *release;
-  const auto message = text::trimmed(release->message);
-  throw UpdateError(false, message.empty() ? "Version check failed." : std::string(message));
 }
 
 } // namespace velmor

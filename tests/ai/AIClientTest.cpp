@@ -1,12 +1,12 @@
 #include "ai/AIClient.h"
 
 #include "ai/RecommendationPrompt.h"
+#include "base/Json.h"
 #include "tests/fakes/FakePlatform.h"
 #include "tests/support/Outcome.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 using namespace velmor;
 using Json = nlohmann::json;

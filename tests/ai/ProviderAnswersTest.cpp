@@ -1,10 +1,10 @@
 #include "ai/AnalysisValidation.h"
 #include "ai/OpenAIResponses.h"
 #include "ai/TinkerMessages.h"
+#include "base/Json.h"
 #include "base/VelmorError.h"
 
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 #include <functional>
 

@@ -1,12 +1,12 @@
 #include "app/Doctor.h"
 
+#include "base/Json.h"
 #include "model/AppConfig.h"
 #include "nowplaying/NowPlayingError.h"
 #include "platform/SystemStatus.h"
 #include "tests/support/DatabaseFile.h"
 
 #include <gmock/gmock.h>
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 

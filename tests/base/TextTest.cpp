@@ -26,6 +26,8 @@ TEST(Text, ReplacesWhatIsNotUtf8) {
 
 TEST(Text, SplitsDroppingEmptyPieces) {
   EXPECT_EQ(text::split("a  b ", ' '), (std::vector<std::string_view>{"a", "b"}));
+  EXPECT_EQ(text::split("a b  c", ' ', 1), (std::vector<std::string_view>{"a", "b  c"}));
+  EXPECT_EQ(text::joined({"a", "a", ""}, ", "), "a, a, ");
   EXPECT_EQ(text::replacingAll("a--b-", "-", "+"), "a++b+");
 }
 
@@ -34,7 +36,9 @@ TEST(Number, IsTheSameInEveryLocale) {
   ASSERT_TRUE(std::setlocale(LC_ALL, "de_DE.UTF-8") || std::setlocale(LC_ALL, "C.UTF-8"));
   EXPECT_EQ(number::formatFixed(127.456, 2), "127.46");
   EXPECT_EQ(number::parseDouble("124.5"), 124.5);
-  for (const auto* text : {"", " 1", "1,5", "nan", "inf", "1e999", "+-1", "0x10", "128 BPM"})
+  EXPECT_EQ(number::formatFixed(-std::numeric_limits<double>::max(), 30).size(), 341U);
+  for (const auto* text :
+       {"", " 1", "1 ", "1,5", "1.5.", "nan", "inf", "1e999", "1e", "+-1", "0x10", "128 BPM"})
     EXPECT_FALSE(number::parseDouble(text)) << text;
   EXPECT_EQ(number::parseDouble("+1.5e2"), 150);
   std::setlocale(LC_ALL, "C");

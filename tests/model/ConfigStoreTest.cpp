@@ -64,7 +64,10 @@ TEST_F(ConfigStoreTest, MigratesAndClampsEveryField) {
       {{{"recommendationCount", 4}}, {{"recommendationCount", 10}}},
       {{{"bpmTolerance", 0.5}}, {{"bpmTolerance", 10.0}}},
       {{{"bpmTolerance", 31}}, {{"bpmTolerance", 10.0}}},
+      {{{"version", 2}, {"theme", "dark"}}, {{"version", 8}, {"theme", "light"}}},
       {{{"bpmTolerance", 30}}, {{"bpmTolerance", 30.0}}},
+      {{{"bpmTolerance", 1}}, {{"bpmTolerance", 1.0}}},
+      {{{"bpmTolerance", 30.01}}, {{"bpmTolerance", 10.0}}},
       {{{"aiModel", ""}}, {{"aiModel", "thinkingmachines/Inkling-Small"}}},
   };
   for (const auto& [stored, expected] : cases) {
@@ -95,6 +98,7 @@ TEST_F(ConfigStoreTest, SavesSortedAndIndented) {
   store.save({.version = 8, .recommendationCount = 4});
   const auto& bytes = system.files.files.at(configPath).bytes;
   EXPECT_EQ(bytes, Json::parse(bytes).dump(2));
+  EXPECT_EQ(system.files.files.at(configPath).permissions, 0600U);
   EXPECT_EQ(loaded(), store.current());
 }
 
@@ -112,10 +116,15 @@ TEST_F(ConfigStoreTest, AFailedSaveChangesNothing) {
 
 TEST_F(ConfigStoreTest, PrefersTheEnvironmentsKey) {
   put(configPath, configJson({{"openaiApiKey", "file-o"}, {"tinkerApiKey", "file-t"}}));
-  const ConfigStore store(system.platform);
+  ConfigStore store(system.platform);
   EXPECT_EQ(store.apiKey(" GPT-4.1 "), "file-o");
   EXPECT_EQ(store.apiKey("some/model"), "file-t");
   system.environment.variables = {{"OPENAI_API_KEY", ""}, {"TINKER_API_KEY", " t "}};
   EXPECT_EQ(store.apiKey("gpt-5"), "file-o");
   EXPECT_EQ(store.apiKey("some/model"), " t ");
+  using Origin = ConfigStore::KeyOrigin;
+  EXPECT_EQ(store.keyOrigin("some/model"), Origin::environment);
+  EXPECT_EQ(store.keyOrigin("gpt-5"), Origin::settings);
+  store.save({});
+  EXPECT_EQ(store.keyOrigin("gpt-5"), Origin::none);
 }

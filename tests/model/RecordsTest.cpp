@@ -57,18 +57,50 @@ TEST(Records, EveryKeyIsRequiredInItsOwnType) {
     EXPECT_THROW((void)jsonDecoder().decode<Analysis>(text), DecodingError) << text;
 }
 
-TEST(Records, IntegersTakeWholeNumbersOnly) {
-  const std::pair<const char*, bool> cases[] = {{"85.0", true},  {"8.5e1", true},
-                                                {"-3", true},    {"42.5", false},
-                                                {"true", false}, {"9223372036854775808", false},
-                                                {"1e30", false}};
-  for (const auto& [number, accepted] : cases) {
+TEST(Records, SayWhichMemberIsWrongAndWhy) {
+  // "" where the number is taken.
+  const std::tuple<const char*, const char*, const char*> cases[] = {
+      {"energy", "85.0", ""},
+      {"energy", "8.5e1", ""},
+      {"energy", "-3", ""},
+      {"energy", "9223372036854775807", ""},
+      {"energy", "-9223372036854775808", ""},
+      {"energy", "42.5", "is not a whole number"},
+      {"energy", "9223372036854775808", "is too large"},
+      {"energy", "-9223372036854775809", "is too large"},
+      {"energy", "18446744073709551616", "is too large"},
+      {"energy", "1e30", "is too large"},
+      {"energy", "true", "is not a number"},
+      {"bpm", "128", ""},
+      {"bpm", "\"128\"", "is not a number"},
+      {"song", "1", "has the wrong type"},
+      {"song", "null", "has the wrong type"},
+  };
+  for (const auto& [key, value, reason] : cases) {
     auto json = analysisJson();
-    json["currentTrack"]["energy"] = Json::parse(number);
-    if (accepted)
-      EXPECT_NO_THROW(decode(json)) << number;
-    else
-      EXPECT_THROW(decode(json), DecodingError) << number;
+    json["currentTrack"][key] = Json::parse(value);
+    std::string message;
+    try {
+      (void)decode(json);
+    } catch (const DecodingError& error) {
+      message = error.what();
+    }
+    const auto expected =
+        "The data couldn't be read because “" + std::string(key) + "” " + reason + ".";
+    EXPECT_EQ(message, *reason ? expected : "") << value;
+  }
+}
+
+TEST(Records, AreEqualWhenEveryFieldIs) {
+  const auto same = decode(analysisJson());
+  EXPECT_EQ(same, decode(analysisJson()));
+  const auto members = analysisJson().flatten();
+  for (const auto& [path, value] : members.items()) {
+    auto json = analysisJson();
+    json[Json::json_pointer(path)] = value.is_string()   ? Json("other")
+                                     : value.is_number() ? Json(1)
+                                                         : Json(false);
+    EXPECT_FALSE(decode(json) == same) << path;
   }
 }
 

@@ -1,10 +1,10 @@
 #include "app/AppDelegate.h"
+#include "base/Json.h"
 #include "tests/fakes/FakeDesktop.h"
 #include "tests/fakes/FakePlatform.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
 using namespace velmor;
 using testing::Contains;

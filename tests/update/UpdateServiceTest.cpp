@@ -65,6 +65,10 @@ TEST_F(UpdateServiceTest, EveryOtherAnswerIsNoUpdate) {
       {200, R"({"ok":false,"version":"1.4.0","message":"later"})"},
       {200, R"({"ok":"true","version":"1.4.0"})"},
       {200, R"({"ok":true,"version":1.4})"},
+      {200, R"({"ok":true,"version":"1.4.0","message":["later"]})"},
+      {199, release("1.4.0")},
+      {300, release("1.4.0")},
+      {200, "[]"},
       {200, "<html>"},
   };
   for (const auto& [status, body] : cases) {
