@@ -8,7 +8,8 @@
 
 namespace velmor {
 
-/// The main window: a window that keeps itself above other applications. Main thread only.
+/// The main window: a window that keeps itself above other applications, on every workspace.
+/// Main thread only.
 class VelmorWindow : public std::enable_shared_from_this<VelmorWindow> {
 public:
   static constexpr auto title = "Velmor";
