@@ -25,7 +25,7 @@ public:
   static constexpr Size minimumSize{static_cast<double>(WindowSettings::minimumWidth),
                                     static_cast<double>(WindowSettings::minimumHeight)};
 
-  /// Builds everything, hands the window to its owner, and begins to load the page.
+  /// Builds everything, begins to load the page and hands the window to its owner.
   [[nodiscard]] static std::shared_ptr<MainWindowController>
   make(const Platform& platform, const Desktop& desktop, const ConfigStore& configStore,
        std::shared_ptr<MainWindowOwner> app);
