@@ -5,6 +5,8 @@
 #include "ui/MainWindowOwner.h"
 #include "ui/VelmorWindow.h"
 
+#include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
