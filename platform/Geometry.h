@@ -4,6 +4,7 @@
 
 namespace velmor {
 
+/// Positions and sizes are in points: what the desktop counts in, whatever pixels a screen has.
 struct Point {
   double x = 0;
   double y = 0;
@@ -29,6 +30,7 @@ struct Rect {
   [[nodiscard]] double width() const { return size.width; }
   [[nodiscard]] double height() const { return size.height; }
 
+  /// The edges with the smallest coordinates belong to it, the two others do not.
   [[nodiscard]] bool contains(Point point) const {
     return point.x >= minX() && point.x < maxX() && point.y >= minY() && point.y < maxY();
   }

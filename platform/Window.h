@@ -68,7 +68,8 @@ public:
   virtual void windowDidResize() = 0;
 };
 
-/// A window of this application. Main thread only.
+/// A window of this application. Whatever its style, the borderless one included, it can become the
+/// key and the main window: the one that has the keyboard. Main thread only.
 class Window {
 public:
   virtual ~Window() = default;
@@ -84,10 +85,10 @@ public:
   /// Bits of `collectionBehavior`.
   virtual void setCollectionBehavior(unsigned behavior) = 0;
   virtual void setButtonHidden(WindowButton button, bool hidden) = 0;
-  /// A button's place in the content view; nothing when the window does not have it.
+  /// A button's place in points in the content view; nothing when the window does not have it.
   [[nodiscard]] virtual std::optional<Rect> buttonFrame(WindowButton button) const = 0;
 
-  /// The limits of what the user may make of the window; `setFrame` does not heed them.
+  /// The limits in points of what the user may make of the window; `setFrame` does not heed them.
   virtual void setMinimumSize(Size size) = 0;
   virtual void setMaximumSize(Size size) = 0;
   [[nodiscard]] virtual Size minimumSize() const = 0;

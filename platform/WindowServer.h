@@ -11,6 +11,7 @@ namespace velmor {
 
 class Window;
 
+/// A screen's place among the others, in points.
 struct Screen {
   Rect frame;
   /// Without what the desktop keeps for itself, such as panels.
@@ -43,6 +44,7 @@ public:
 
   /// The main screen is the first one.
   [[nodiscard]] virtual std::vector<Screen> screens() const = 0;
+  /// Where the mouse is now, in the coordinates of windows and screens.
   [[nodiscard]] virtual Point mouseLocation() const = 0;
 
   /// Calls `work` in the display lane each time.

@@ -3,9 +3,11 @@
 #include "model/AppConfig.h"
 #include "platform/Geometry.h"
 
+#include <cstdint>
+
 namespace velmor {
 
-/// A frame as it is saved: each value truncated to a whole number.
+/// A frame in points as the settings keep it: each value cut to a whole number, towards zero.
 [[nodiscard]] inline WindowSettings frameSettings(const Rect& frame) {
   return {.x = static_cast<std::int64_t>(frame.minX()),
           .y = static_cast<std::int64_t>(frame.minY()),

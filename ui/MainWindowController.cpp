@@ -5,18 +5,28 @@
 #include "platform/Bundle.h"
 #include "platform/FileManager.h"
 #include "platform/SystemLog.h"
+#include "platform/WindowServer.h"
 
+#include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace velmor {
 
 namespace {
 
 constexpr auto pageFolder = "Web";
+// Points.
 constexpr double messageMargin = 16;
 constexpr double gapAfterButtons = 6;
 constexpr double smallestInset = 48;
 constexpr double insetWithoutButtons = 54;
+
+/// The page's end of the bridge; "" when it is missing or unreadable.
+std::string loadBridgeScript(const Platform& platform) {
+  const auto script = platform.bundle.resource("velmor-bridge", "js", pageFolder);
+  return script ? platform.files.read(*script).value_or("") : "";
+}
 
 } // namespace
 
@@ -69,13 +79,13 @@ void MainWindowController::makeWindow(const WindowSettings& saved) {
 void MainWindowController::makeWebView() {
   const auto bridgeScript = loadBridgeScript(platform);
   if (bridgeScript.empty()) platform.log.write("Velmor: bridge script missing from bundle");
-  webView = mainWindow->native().addWebView({.userScripts = {bridgeScript},
-                                             .developerExtras = true,
-                                             .drawsBackground = false,
-                                             .mouseDownCanMoveWindow = true});
-  webView->setNavigationDelegate(weak_from_this());
-  webBridge->setWebView(webView);
-  webView->addMessageHandler(
+  webView.emplace(mainWindow->native(), WebViewConfiguration{.userScripts = {bridgeScript},
+                                                             .developerExtras = true,
+                                                             .drawsBackground = false});
+  const auto& native = webView->native();
+  native->setNavigationDelegate(weak_from_this());
+  webBridge->setWebView(native);
+  native->addMessageHandler(
       WebBridge::handlerName,
       [bridge = webBridge](const auto& name, const auto& body) { bridge->didReceive(name, body); });
 }
@@ -84,13 +94,8 @@ bool MainWindowController::loadPage() {
   auto page = platform.bundle.resource("index", "html", pageFolder);
   if (!page) page = platform.bundle.resource("index", "html", "");
   if (!page) return false;
-  webView->loadFile(*page, page->parent_path());
+  webView->native()->loadFile(*page, page->parent_path());
   return true;
-}
-
-std::string MainWindowController::loadBridgeScript(const Platform& platform) {
-  const auto script = platform.bundle.resource("velmor-bridge", "js", pageFolder);
-  return script ? platform.files.read(*script).value_or("") : "";
 }
 
 void MainWindowController::windowWillClose() {
@@ -121,9 +126,9 @@ void MainWindowController::updateTitlebarInset() {
   const double inset = button ? std::max(smallestInset, std::ceil(button->maxX() + gapAfterButtons))
                               : insetWithoutButtons;
   if (!webView) return;
-  webView->evaluateJavaScript("document.documentElement.style.setProperty("
-                              "'--macos-titlebar-inset', '" +
-                              number::formatFixed(inset, 1) + "px');");
+  webView->native()->evaluateJavaScript("document.documentElement.style.setProperty("
+                                        "'--macos-titlebar-inset', '" +
+                                        number::formatFixed(inset, 1) + "px');");
 }
 
 } // namespace velmor

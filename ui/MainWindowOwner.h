@@ -1,13 +1,48 @@
 #pragma once
 
-#include "ui/AppCommands.h"
+#include "model/AppConfig.h"
+#include "model/Records.h"
+#include "platform/async/Task.h"
 #include "ui/EventSink.h"
 
 #include <memory>
+#include <string>
 
 namespace velmor {
 
 class VelmorWindow;
+
+/// What the page may ask the application to do. Main thread only. Every failure is an exception
+/// whose text is a sentence that the page shows.
+class AppCommands {
+public:
+  virtual ~AppCommands() = default;
+
+  [[nodiscard]] virtual AppConfig settings() const = 0;
+  /// Keeps the settings, each value brought into its range, and starts or stops the watcher as they
+  /// say. Throws when they cannot be written; the old ones hold then.
+  virtual void saveSettings(const AppConfig& config) = 0;
+
+  [[nodiscard]] virtual AppInfo appInfo() = 0;
+  [[nodiscard]] virtual Task<AppState> getState() = 0;
+  /// Asks the version server. A failure is told in the answer.
+  [[nodiscard]] virtual Task<UpdateInfo> checkForUpdate() = 0;
+
+  /// Starts to look for the playing track over and over, unless that runs already.
+  virtual void startNowPlayingWatcher() = 0;
+  /// Finds the playing track and asks the model what to play next. The task throws.
+  [[nodiscard]] virtual Task<VisionResult> suggestTracks() = 0;
+
+  // What needs a window does nothing without one.
+  /// From the compact square back to the full window.
+  virtual void restoreWindow() = 0;
+  virtual void bringToFront() = 0;
+  virtual void minimize() = 0;
+
+  /// Opens the address outside Velmor. A text that is no URL does nothing.
+  virtual void openURL(const std::string& url) = 0;
+  virtual void quit() = 0;
+};
 
 /// The application as its main window sees it. Main thread only.
 class MainWindowOwner : public AppCommands {
@@ -18,7 +53,7 @@ public:
 
   /// Puts the main window in its place and shows it.
   virtual void configureWindow(VelmorWindow& window) = 0;
-  /// The main window is closing.
+  /// The main window is closing; it can still be asked about itself.
   virtual void shutdown(VelmorWindow& window) = 0;
 };
 

@@ -8,9 +8,11 @@
 
 namespace velmor {
 
-/// The main window: a window that keeps itself above other applications. Main thread only.
+/// The main window: a window that keeps itself above other applications, on every workspace.
+/// Main thread only.
 class VelmorWindow : public std::enable_shared_from_this<VelmorWindow> {
 public:
+  /// The application finds its window by it, too.
   static constexpr auto title = "Velmor";
   static constexpr int level = windowLevel::statusBar;
   static constexpr unsigned behavior =
@@ -26,6 +28,7 @@ public:
       .movableByBackground = true,
   };
 
+  /// The content's place in points, and bits of `styleMask`.
   VelmorWindow(WindowServer& windowServer, const Rect& contentRect, unsigned styleMask);
 
   /// The window as the system knows it, for all that takes no rule of this class.
@@ -35,8 +38,11 @@ public:
   void enableAlwaysOnTop();
   /// Shows the close and the minimise button, and no other.
   void applyStandardChrome();
+  /// Sets the level and the behaviour again: the system may have lost them.
   void setAlwaysOnTop();
 
+  // Each sets the level and the behaviour first; what they do then, Window.h says.
+  /// Applies the standard chrome too.
   void makeKeyAndOrderFront();
   void orderFront();
   void orderFrontRegardless();

@@ -1,9 +1,13 @@
 #include "ui/WebBridge.h"
 
 #include "base/Json.h"
+#include "base/VelmorError.h"
 
+#include <algorithm>
 #include <functional>
-#include <map>
+#include <utility>
+#include <variant>
+#include <vector>
 
 namespace velmor {
 
@@ -12,6 +16,17 @@ using Json = nlohmann::json;
 namespace {
 
 constexpr int unknownMethod = 404;
+
+/// What a command gives; nothing is answered with null.
+using Result = std::variant<std::monostate, AppConfig, AppInfo, UpdateInfo, AppState, VisionResult>;
+constexpr std::monostate nothing;
+
+/// What a command works with.
+struct Call {
+  AppCommands& app;
+  EventSink& page;
+  const Json& args;
+};
 
 VelmorError invalidArgs() {
   return VelmorError("Invalid arguments");
@@ -31,8 +46,75 @@ std::string textArgument(const Json& args) {
   return args.front().get<std::string>();
 }
 
+/// Every command, told once.
+using Commands = std::vector<std::pair<std::string, std::function<Task<Result>(Call)>>>;
+
+const Commands& commands() {
+  using Answer = Task<Result>;
+  static const Commands table{
+      {"GetSettings", [](Call call) -> Answer { co_return call.app.settings(); }},
+      {"SaveSettings",
+       [](Call call) -> Answer {
+         call.app.saveSettings(configArgument(call.args));
+         co_return nothing;
+       }},
+      {"GetAppInfo", [](Call call) -> Answer { co_return call.app.appInfo(); }},
+      {"CheckForUpdate", [](Call call) -> Answer { co_return co_await call.app.checkForUpdate(); }},
+      {"GetState", [](Call call) -> Answer { co_return co_await call.app.getState(); }},
+      {"StartAutoDetection",
+       [](Call call) -> Answer {
+         if (call.app.settings().autoSuggestTracks) call.app.startNowPlayingWatcher();
+         co_return nothing;
+       }},
+      {"SuggestTracks", [](Call call) -> Answer { co_return co_await call.app.suggestTracks(); }},
+      {"RestoreWindow",
+       [](Call call) -> Answer {
+         call.app.restoreWindow();
+         call.app.bringToFront();
+         co_return nothing;
+       }},
+      // The window follows the mouse by itself; the page may still announce a drag.
+      {"StartCompactDrag", [](Call) -> Answer { co_return nothing; }},
+      {"EndCompactDrag", [](Call) -> Answer { co_return nothing; }},
+      {"BringToFront",
+       [](Call call) -> Answer {
+         call.app.bringToFront();
+         co_return nothing;
+       }},
+      {"ShowAbout",
+       [](Call call) -> Answer {
+         call.page.emit(event::showAbout, std::nullopt);
+         co_return nothing;
+       }},
+      {"Quit",
+       [](Call call) -> Answer {
+         call.app.quit();
+         co_return nothing;
+       }},
+      {"WindowMinimise",
+       [](Call call) -> Answer {
+         call.app.minimize();
+         co_return nothing;
+       }},
+      {"BrowserOpenURL",
+       [](Call call) -> Answer {
+         call.app.openURL(textArgument(call.args));
+         co_return nothing;
+       }},
+  };
+  return table;
+}
+
+/// Runs a command. The task throws VelmorError, or what the command throws.
+Task<Result> handle(const std::string& method, Call call) {
+  const auto isMeant = [&](const auto& command) { return command.first == method; };
+  const auto command = std::find_if(commands().begin(), commands().end(), isMeant);
+  if (command == commands().end()) throw VelmorError("Unknown method " + method, unknownMethod);
+  return command->second(call);
+}
+
 /// A result as JSON; nothing when it cannot be encoded.
-std::optional<std::string> encoded(const WebBridge::Result& result) {
+std::optional<std::string> encoded(const Result& result) {
   const auto encode = [](const auto& value) -> std::string {
     if constexpr (std::is_same_v<std::decay_t<decltype(value)>, std::monostate>)
       return "null";
@@ -72,66 +154,15 @@ void WebBridge::emit(const std::string& event, const std::optional<std::string>&
 
 Task<void> WebBridge::answer(std::string id, std::string method, Json args) {
   try {
-    const Result result = co_await handle(method, args);
-    respond(id, result);
+    const Result result = co_await handle(method, {*controller, *this, args});
+    if (const auto json = encoded(result)) respond(id, *json);
   } catch (const std::exception& error) {
     reject(id, error.what());
   }
 }
 
-Task<WebBridge::Result> WebBridge::handle(const std::string& method, const Json& args) {
-  if (method == "CheckForUpdate") co_return co_await controller->checkForUpdate();
-  if (method == "GetState") co_return co_await controller->getState();
-  if (method == "SuggestTracks") co_return co_await controller->suggestTracks();
-  co_return handleAtOnce(method, args);
-}
-
-WebBridge::Result WebBridge::handleAtOnce(const std::string& method, const Json& args) {
-  using Command = std::function<Result(WebBridge&, const Json&)>;
-  // Wraps a command that answers nothing.
-  const auto silent = [](auto action) -> Command {
-    return [action](WebBridge& bridge, const Json& given) -> Result {
-      action(bridge, given);
-      return std::monostate{};
-    };
-  };
-  static const std::map<std::string, Command, std::less<>> commands{
-      {"GetSettings", [](WebBridge& bridge, const Json&) { return bridge.controller->settings(); }},
-      {"SaveSettings", silent([](WebBridge& bridge, const Json& given) {
-         bridge.controller->saveSettings(configArgument(given));
-       })},
-      {"GetAppInfo", [](WebBridge& bridge, const Json&) { return bridge.controller->appInfo(); }},
-      {"StartAutoDetection", silent([](WebBridge& bridge, const Json&) {
-         if (!bridge.controller->settings().autoSuggestTracks) return;
-         bridge.controller->startNowPlayingWatcher();
-       })},
-      {"RestoreWindow", silent([](WebBridge& bridge, const Json&) {
-         bridge.controller->restoreWindow();
-         bridge.controller->bringToFront();
-       })},
-      // The window follows the mouse by itself; the page may still announce a drag.
-      {"StartCompactDrag", silent([](WebBridge&, const Json&) {})},
-      {"EndCompactDrag", silent([](WebBridge&, const Json&) {})},
-      {"BringToFront",
-       silent([](WebBridge& bridge, const Json&) { bridge.controller->bringToFront(); })},
-      {"ShowAbout",
-       silent([](WebBridge& bridge, const Json&) { bridge.emit(event::showAbout, std::nullopt); })},
-      {"Quit", silent([](WebBridge& bridge, const Json&) { bridge.controller->quit(); })},
-      {"WindowMinimise",
-       silent([](WebBridge& bridge, const Json&) { bridge.controller->minimize(); })},
-      {"BrowserOpenURL", silent([](WebBridge& bridge, const Json& given) {
-         bridge.controller->openURL(textArgument(given));
-       })},
-  };
-  const auto command = commands.find(method);
-  if (command == commands.end()) throw VelmorError("Unknown method " + method, unknownMethod);
-  return command->second(*this, args);
-}
-
-void WebBridge::respond(const std::string& id, const Result& result) {
-  const auto json = encoded(result);
-  if (!json) return;
-  evaluate("window.__velmorResolve(" + jsonEncoder().encode(id) + ", " + *json + ");");
+void WebBridge::respond(const std::string& id, const std::string& json) {
+  evaluate("window.__velmorResolve(" + jsonEncoder().encode(id) + ", " + json + ");");
 }
 
 void WebBridge::reject(const std::string& id, const std::string& message) {

@@ -1,37 +1,73 @@
 #pragma once
 
-#include "base/VelmorError.h"
 #include "platform/WebView.h"
 #include "platform/async/TaskGroup.h"
-#include "ui/AppCommands.h"
-#include "ui/EventSink.h"
+#include "ui/MainWindowOwner.h"
 
 #include <nlohmann/json_fwd.hpp>
 
 #include <memory>
+#include <optional>
 #include <string>
-#include <variant>
 
 namespace velmor {
 
 /// The only way between the page and the application: runs the page's messages as commands,
-/// answers them by id, and pushes events. Main thread only.
+/// answers each by its id, and pushes events. Main thread only; it runs in the actor lane.
+///
+/// **Message.** The page posts a JSON object to the handler `handlerName`:
+///
+///     {"id": "7", "method": "BrowserOpenURL", "args": ["https://example.org"]}
+///
+/// `id` is a text that the page makes up, `method` a command, in the very letters below, and `args`
+/// an array; without one, or with anything else there, there are no arguments. Arguments that a
+/// command does not take are ignored. What has no text as `id` or as `method` is no message: it is
+/// ignored and nothing answers it.
+///
+/// **Reply.** Each message is answered once, by one of two scripts, which may come in another order
+/// than the messages did. Every value is JSON text.
+///
+///     window.__velmorResolve("7", VALUE);
+///     window.__velmorReject("7", "Invalid arguments");
+///
+/// Only a record that JSON has no form for, with a number that is none, is never answered.
+///
+/// | method             | argument  | VALUE        | what it does | | ------------------ |
+/// --------- | ------------ | ---------------------------------------------- | | GetSettings | |
+/// AppConfig    | keys and all                                   | | SaveSettings       | AppConfig
+/// | null         | keeps them: each member must be there          | | GetAppInfo         | |
+/// AppInfo      |                                                | | CheckForUpdate     | |
+/// UpdateInfo   | asks the version server                        | | GetState           | |
+/// AppState     |                                                | | StartAutoDetection | | null |
+/// if `autoSuggestTracks` is on, else nothing     | | SuggestTracks      |           | VisionResult
+/// | finds the track, asks the model                | | RestoreWindow      |           | null | out
+/// of the compact square, and to the front    | | StartCompactDrag   |           | null         |
+/// nothing: the square follows the mouse itself   | | EndCompactDrag     |           | null |
+/// nothing, likewise                              | | BringToFront       |           | null | | |
+/// ShowAbout          |           | null         | pushes the event velmor:show-about             |
+/// | Quit               |           | null         | | | WindowMinimise     |           | null |
+/// into the compact square                        | | BrowserOpenURL     | a text    | null | does
+/// nothing for a text that is no URL         |
+///
+/// **Errors.** "Invalid arguments" when the argument is missing or is not what the table says;
+/// "Unknown method " and the method as it came, for any other; and what the command throws, in its
+/// own words.
+///
+/// **Event.** `event` in EventSink.h lists them; without a payload PAYLOAD is null.
+///
+///     window.__velmorEmit("velmor:track-stopped", PAYLOAD);
 class WebBridge : public EventSink {
 public:
   /// The name that the page posts its messages to.
   static constexpr auto handlerName = "velmor";
 
-  /// What a command gives; nothing is answered with null.
-  using Result =
-      std::variant<std::monostate, AppConfig, AppInfo, UpdateInfo, AppState, VisionResult>;
-
-  WebBridge(MainLoop& mainLoop, std::shared_ptr<AppCommands> controller);
+  WebBridge(MainLoop& mainLoop, std::shared_ptr<AppCommands> commands);
 
   /// The view that shows the page. While there is none, replies and events are dropped.
   void setWebView(std::weak_ptr<WebView> view) { webView = std::move(view); }
 
-  /// Takes a message, given as JSON text, and answers it in a task of its own. What is not a
-  /// message is ignored.
+  /// Takes what the page posted to the handler `name`, as JSON text, and answers it in a task of
+  /// its own. What was posted to another handler is ignored.
   void didReceive(const std::string& name, const std::string& body);
 
   void emit(const std::string& event, const std::optional<std::string>& jsonPayload) override;
@@ -42,10 +78,7 @@ public:
 
 private:
   [[nodiscard]] Task<void> answer(std::string id, std::string method, nlohmann::json args);
-  /// Throws VelmorError, or what the command throws.
-  [[nodiscard]] Task<Result> handle(const std::string& method, const nlohmann::json& args);
-  [[nodiscard]] Result handleAtOnce(const std::string& method, const nlohmann::json& args);
-  void respond(const std::string& id, const Result& result);
+  void respond(const std::string& id, const std::string& json);
   void reject(const std::string& id, const std::string& message);
   void evaluate(const std::string& script);
 

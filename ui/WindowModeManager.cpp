@@ -1,5 +1,6 @@
 #include "ui/WindowModeManager.h"
 
+#include "platform/OverlayView.h"
 #include "ui/FrameSettings.h"
 
 #include <utility>
@@ -9,6 +10,7 @@ namespace velmor {
 namespace {
 
 constexpr Seconds watchInterval{0.1};
+/// What the window system gets to end the minimising before the window changes its shape.
 constexpr Seconds reshapeDelay{0.14};
 constexpr WindowAppearance compactAppearance{
     .titlebarTransparent = true,
@@ -22,15 +24,70 @@ bool hasArea(const Rect& frame) {
   return frame.width() > 0 && frame.height() > 0;
 }
 
+/// Lies over the square and turns the mouse into "restore", for a click, or into a move of the
+/// window. The page below hears nothing of it.
+class CompactDragView : public OverlayView {
+public:
+  CompactDragView(const WindowServer& windowServer, std::weak_ptr<VelmorWindow> dragged)
+      : server(windowServer), window(std::move(dragged)) {}
+
+  bool hitTest(Point point) const override {
+    const auto inside = window.lock();
+    return inside && Rect{{}, inside->native().frame().size}.contains(point);
+  }
+
+  /// So that the first click works while another application is active.
+  bool acceptsFirstMouse() const override { return true; }
+
+  void mouseDown() override {
+    const auto pressed = window.lock();
+    if (!pressed) return;
+    didDrag = false;
+    const auto mouse = server.mouseLocation();
+    const auto origin = pressed->native().frame().origin;
+    dragOffset = {mouse.x - origin.x, mouse.y - origin.y};
+  }
+
+  /// Any movement makes the gesture a drag.
+  void mouseDragged() override {
+    const auto dragged = window.lock();
+    if (!dragged) return;
+    didDrag = true;
+    const auto mouse = server.mouseLocation();
+    auto frame = dragged->native().frame();
+    frame.origin = {mouse.x - dragOffset.x, mouse.y - dragOffset.y};
+    dragged->native().setFrame(frame);
+  }
+
+  void mouseUp() override {
+    const auto released = window.lock();
+    if (!released) return;
+    if (std::exchange(didDrag, false))
+      onDragEnded(released->native().frame().origin);
+    else
+      onRestore();
+  }
+
+  std::function<void()> onRestore;
+  /// Gets the window's new origin.
+  std::function<void(Point)> onDragEnded;
+
+private:
+  const WindowServer& server;
+  const std::weak_ptr<VelmorWindow> window;
+  /// From the window's origin to the mouse, when the button went down.
+  Point dragOffset;
+  bool didDrag = false;
+};
+
 } // namespace
 
 void WindowModeManager::start(std::weak_ptr<VelmorWindow> watched, CompactHandler handler) {
-  {
-    const std::lock_guard guard(lock);
-    window = std::move(watched);
-    onCompact = std::move(handler);
-  }
-  inDisplayLane(&WindowModeManager::startTimer);
+  inDisplayLane([this, watched = std::move(watched), handler = std::move(handler)] {
+    window = watched;
+    onCompact = handler;
+    startTimer();
+  });
 }
 
 void WindowModeManager::startTimer() {
@@ -40,7 +97,7 @@ void WindowModeManager::startTimer() {
 }
 
 void WindowModeManager::stop() {
-  inDisplayLane(&WindowModeManager::endWatching);
+  inDisplayLane([this] { endWatching(); });
 }
 
 void WindowModeManager::endWatching() {
@@ -50,7 +107,7 @@ void WindowModeManager::endWatching() {
 }
 
 void WindowModeManager::restore() {
-  inDisplayLane(&WindowModeManager::restoreNow);
+  inDisplayLane([this] { restoreNow(); });
 }
 
 std::optional<WindowSettings> WindowModeManager::savedBoundsIfCompact() const {
@@ -60,32 +117,27 @@ std::optional<WindowSettings> WindowModeManager::savedBoundsIfCompact() const {
 }
 
 void WindowModeManager::check() {
-  const auto watched = watchedWindow();
+  const auto watched = window.lock();
   if (!watched) return;
   const Window& native = watched->native();
-  if (isCompact()) {
+  if (compact) {
     const auto frame = native.frame();
-    if (frame.size == compactSize) rememberCompactOrigin(frame.origin);
-    return;
-  }
-  if (native.isMiniaturized()) {
-    enterCompact(*watched);
+    if (frame.size == compactSize) compactOrigin = frame.origin;
+  } else if (native.isMiniaturized()) {
+    enterCompact(native);
   } else if (native.isVisible()) {
     const std::lock_guard guard(lock);
-    if (!compact) normalFrame = native.frame();
+    normalFrame = native.frame();
   }
 }
 
-void WindowModeManager::enterCompact(VelmorWindow& entering) {
-  CompactHandler handler;
+void WindowModeManager::enterCompact(const Window& entering) {
   {
     const std::lock_guard guard(lock);
-    if (compact) return;
-    if (!hasArea(normalFrame)) normalFrame = entering.native().frame();
+    if (!hasArea(normalFrame)) normalFrame = entering.frame();
     compact = true;
-    handler = onCompact;
   }
-  if (handler) handler(true);
+  if (onCompact) onCompact(true);
   reshapeTimer = loop.callLater(MainLoop::Lane::Display, reshapeDelay, [weak = weak_from_this()] {
     if (const auto self = weak.lock()) self->reshape();
   });
@@ -93,51 +145,41 @@ void WindowModeManager::enterCompact(VelmorWindow& entering) {
 
 void WindowModeManager::reshape() {
   reshapeTimer.reset();
-  const auto shaped = watchedWindow();
+  const auto shaped = window.lock();
   if (!shaped) return;
-  Point origin;
-  {
-    const std::lock_guard guard(lock);
-    origin =
-        compactOrigin.value_or(Point{normalFrame.maxX() - compactSize.width, normalFrame.minY()});
-  }
+  const Point corner{normalFrame.maxX() - compactSize.width, normalFrame.minY()};
   Window& native = shaped->native();
   native.deminiaturize();
   native.setStyleMask(styleMask::borderless);
   shaped->setAlwaysOnTop();
   native.setAppearance(compactAppearance);
-  native.setFrame({origin, compactSize});
-  installDragOverlay(*shaped);
+  native.setFrame({compactOrigin.value_or(corner), compactSize});
+  installDragOverlay(shaped);
 }
 
-void WindowModeManager::installDragOverlay(VelmorWindow& covered) {
-  removeDragOverlay();
-  dragOverlay = std::make_shared<CompactDragView>(server, covered.weak_from_this());
-  dragOverlay->onRestore = [weak = weak_from_this()] {
+void WindowModeManager::installDragOverlay(const std::shared_ptr<VelmorWindow>& covered) {
+  const auto view = std::make_shared<CompactDragView>(server, covered);
+  view->onRestore = [weak = weak_from_this()] {
     if (const auto self = weak.lock()) self->restore();
   };
-  dragOverlay->onDragEnded = [weak = weak_from_this()](Point origin) {
-    if (const auto self = weak.lock()) self->rememberCompactOrigin(origin);
+  view->onDragEnded = [weak = weak_from_this()](Point origin) {
+    if (const auto self = weak.lock()) self->compactOrigin = origin;
   };
-  covered.native().setOverlay(dragOverlay);
+  covered->native().setOverlay(view);
+  dragOverlay = view;
 }
 
 void WindowModeManager::removeDragOverlay() {
   if (!std::exchange(dragOverlay, nullptr)) return;
-  if (const auto covered = watchedWindow()) covered->native().setOverlay(nullptr);
+  if (const auto covered = window.lock()) covered->native().setOverlay(nullptr);
 }
 
 void WindowModeManager::restoreNow() {
-  const auto restored = watchedWindow();
-  if (!restored) return;
-  Rect frame;
-  CompactHandler handler;
+  const auto restored = window.lock();
+  if (!restored || !compact) return;
   {
     const std::lock_guard guard(lock);
-    if (!compact) return;
-    frame = normalFrame;
     compact = false;
-    handler = onCompact;
   }
   Window& native = restored->native();
   // So early that the square has not been made yet: the window is still minimised.
@@ -147,28 +189,13 @@ void WindowModeManager::restoreNow() {
   restored->setAlwaysOnTop();
   native.setAppearance(VelmorWindow::fullAppearance);
   restored->applyStandardChrome();
-  native.setFrame(frame);
-  if (handler) handler(false);
+  native.setFrame(normalFrame);
+  if (onCompact) onCompact(false);
 }
 
-void WindowModeManager::rememberCompactOrigin(Point origin) {
-  const std::lock_guard guard(lock);
-  compactOrigin = origin;
-}
-
-std::shared_ptr<VelmorWindow> WindowModeManager::watchedWindow() const {
-  const std::lock_guard guard(lock);
-  return window.lock();
-}
-
-bool WindowModeManager::isCompact() const {
-  const std::lock_guard guard(lock);
-  return compact;
-}
-
-void WindowModeManager::inDisplayLane(void (WindowModeManager::*step)()) {
-  loop.post(MainLoop::Lane::Display, [weak = weak_from_this(), step] {
-    if (const auto self = weak.lock()) ((*self).*step)();
+void WindowModeManager::inDisplayLane(std::function<void()> step) {
+  loop.post(MainLoop::Lane::Display, [weak = weak_from_this(), step = std::move(step)] {
+    if (const auto self = weak.lock()) step();
   });
 }
 

@@ -1,8 +1,9 @@
 #pragma once
 
 #include "model/AppConfig.h"
+#include "platform/Geometry.h"
 #include "platform/MainLoop.h"
-#include "ui/CompactDragView.h"
+#include "ui/VelmorWindow.h"
 
 #include <functional>
 #include <memory>
@@ -11,21 +12,27 @@
 
 namespace velmor {
 
-/// Turns minimising the main window into compact mode, a square that floats above everything, and
-/// back. `start`, `stop`, `restore` and `savedBoundsIfCompact` may be called from any thread; all
-/// else happens in the display lane.
+class OverlayView;
+
+/// Compact mode: minimising the main window turns it into a square that floats above everything. A
+/// click on the square brings the full window back to where it was; a drag moves the square, and
+/// it comes up there the next time.
+///
+/// `start`, `stop`, `restore` and `savedBoundsIfCompact` may be called from any thread; all else
+/// happens in the display lane. Frames are in points, as the window server counts them.
 class WindowModeManager : public std::enable_shared_from_this<WindowModeManager> {
 public:
   static constexpr Size compactSize{82, 82};
-  /// Told true on entering compact mode and false on leaving it.
+  /// Told in the display lane: true on entering compact mode, just before the window changes, and
+  /// false on leaving it, just after.
   using CompactHandler = std::function<void(bool)>;
 
   WindowModeManager(MainLoop& mainLoop, const WindowServer& windowServer)
       : loop(mainLoop), server(windowServer) {}
 
-  /// Watches the window from now on.
+  /// Watches the window from now on, in place of any other.
   void start(std::weak_ptr<VelmorWindow> watched, CompactHandler handler);
-  /// Ends the watching and leaves the window as it is.
+  /// Ends the watching and leaves the window and the mode as they are.
   void stop();
   /// Back to the full window, if it is compact.
   void restore();
@@ -33,35 +40,36 @@ public:
   [[nodiscard]] std::optional<WindowSettings> savedBoundsIfCompact() const;
 
 private:
-  void check();
-  void enterCompact(VelmorWindow& entering);
-  void reshape();
-  void installDragOverlay(VelmorWindow& covered);
-  void removeDragOverlay();
-  void restoreNow();
-  void rememberCompactOrigin(Point origin);
-  [[nodiscard]] bool isCompact() const;
-  [[nodiscard]] std::shared_ptr<VelmorWindow> watchedWindow() const;
-  /// Runs a step in the display lane, if the manager still exists by then.
-  void inDisplayLane(void (WindowModeManager::*step)());
   void startTimer();
   void endWatching();
+  void check();
+  void enterCompact(const Window& entering);
+  void reshape();
+  void installDragOverlay(const std::shared_ptr<VelmorWindow>& covered);
+  void removeDragOverlay();
+  void restoreNow();
+  /// Runs a step in the display lane, if the manager still exists by then.
+  void inDisplayLane(std::function<void()> step);
 
   MainLoop& loop;
   const WindowServer& server;
+
+  /// Guards `normalFrame` and `compact`: any thread may ask for them. The display lane alone writes
+  /// them, so that it reads them without the lock.
   mutable std::mutex lock;
-  // Guarded by the lock.
+  /// The full window's last frame while it was shown.
   Rect normalFrame{{0, 0}, {461, 592}};
   bool compact = false;
+
+  // No lock from here on: the display lane alone touches these, and it runs on the main thread.
   /// Where the user left the square.
   std::optional<Point> compactOrigin;
-  CompactHandler onCompact;
   std::weak_ptr<VelmorWindow> window;
-  // Display lane only.
+  CompactHandler onCompact;
   std::unique_ptr<Timer> watchTimer;
   /// Runs between noticing that the window is minimised and reshaping it.
   std::unique_ptr<Timer> reshapeTimer;
-  std::shared_ptr<CompactDragView> dragOverlay;
+  std::shared_ptr<OverlayView> dragOverlay;
 };
 
 } // namespace velmor

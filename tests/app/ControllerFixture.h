@@ -2,6 +2,7 @@
 
 #include "app/AppController.h"
 #include "base/Json.h"
+#include "tests/fakes/FakeMainWindowOwner.h"
 #include "tests/fakes/FakePlatform.h"
 
 #include <gtest/gtest.h>
@@ -13,21 +14,6 @@ namespace velmor {
 /// A controller on a fake system whose media session and model provider the test sets up.
 class ControllerFixture : public testing::Test {
 protected:
-  class Events : public EventSink {
-  public:
-    void emit(const std::string& event, const std::optional<std::string>& payload) override {
-      auto line = event.substr(std::string("velmor:").size());
-      if (payload) {
-        const auto json = nlohmann::json::parse(*payload);
-        if (json.is_string()) line += " " + json.get<std::string>();
-        if (json.contains("song")) line += " " + json["song"].get<std::string>();
-        if (json.contains("notice")) line += " " + json["currentTrack"]["song"].get<std::string>();
-      }
-      lines.push_back(line);
-    }
-    std::vector<std::string> lines;
-  };
-
   ControllerFixture() {
     system.http.handler = [this](const HttpRequest& request) -> HttpResponse {
       if (!requestFailure.empty()) throw TransportError(requestFailure);
@@ -64,11 +50,22 @@ protected:
   }
 
   /// The events since the last look.
-  std::vector<std::string> heard() { return std::exchange(events->lines, {}); }
+  std::vector<std::string> heard() {
+    std::vector<std::string> lines;
+    for (const auto& event : std::exchange(events->events, {})) {
+      auto line = event.name.substr(std::string("velmor:").size());
+      const auto json = nlohmann::json::parse(event.payload.value_or("null"));
+      if (json.is_string()) line += " " + json.get<std::string>();
+      if (json.contains("song")) line += " " + json["song"].get<std::string>();
+      if (json.contains("notice")) line += " " + json["currentTrack"]["song"].get<std::string>();
+      lines.push_back(line);
+    }
+    return lines;
+  }
 
   FakePlatform system;
   std::shared_ptr<ConfigStore> store = std::make_shared<ConfigStore>(system.platform);
-  std::shared_ptr<Events> events = std::make_shared<Events>();
+  std::shared_ptr<FakeEventSink> events = std::make_shared<FakeEventSink>();
   AppController controller{system.platform, store};
   std::string requestFailure;
   std::string prompt;

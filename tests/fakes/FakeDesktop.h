@@ -5,9 +5,13 @@
 #include "platform/WindowServer.h"
 #include "tests/fakes/FakeWindow.h"
 
+#include <string>
+#include <utility>
+#include <vector>
+
 namespace velmor {
 
-/// One screen, unless a test attaches more.
+/// One screen, unless a test attaches more, and a mouse that the test moves.
 class FakeWindowServer : public WindowServer {
 public:
   std::shared_ptr<Window> makeWindow(const Rect& content, unsigned styleMask) override {
@@ -20,14 +24,35 @@ public:
     return nullptr;
   }
   std::vector<Screen> screens() const override { return attached; }
-  Point mouseLocation() const override { return {}; }
-  std::unique_ptr<DesktopObservation> observe(DesktopNotification, MainLoop::Work) override {
-    return nullptr;
+  Point mouseLocation() const override { return mouse; }
+  std::unique_ptr<DesktopObservation> observe(DesktopNotification heard,
+                                              MainLoop::Work work) override {
+    auto observation = std::make_unique<Observation>(std::move(work));
+    observers.emplace_back(heard, observation->work);
+    return observation;
   }
 
+  /// Tells those who observe it.
+  void notify(DesktopNotification notification) const {
+    for (const auto& [heard, observer] : observers) {
+      const auto work = observer.lock();
+      if (work && heard == notification) (*work)();
+    }
+  }
+
+  Point mouse;
   std::vector<std::shared_ptr<FakeWindow>> windows;
   std::vector<Screen> attached{
       {.frame = {{0, 0}, {1440, 900}}, .visibleFrame = {{0, 0}, {1440, 875}}}};
+
+private:
+  struct Observation : DesktopObservation {
+    explicit Observation(MainLoop::Work wanted)
+        : work(std::make_shared<MainLoop::Work>(std::move(wanted))) {}
+    const std::shared_ptr<MainLoop::Work> work;
+  };
+
+  std::vector<std::pair<DesktopNotification, std::weak_ptr<MainLoop::Work>>> observers;
 };
 
 /// An application whose messages to the user a test reads.
@@ -35,10 +60,12 @@ class FakeApplication : public Application {
 public:
   bool handOverToRunningInstance() override { return false; }
   void setDelegate(std::weak_ptr<ApplicationDelegate>) override {}
-  void setMainMenu(std::vector<MenuItem>) override {}
-  void activateIgnoringOtherApps() override {}
+  void setMainMenu(std::vector<MenuItem> items) override { menu = std::move(items); }
+  void activateIgnoringOtherApps() override { ++activations; }
   void runAlert(const std::string& message) override { alerts.push_back(message); }
 
+  std::vector<MenuItem> menu;
+  int activations = 0;
   std::vector<std::string> alerts;
 };
 

@@ -5,10 +5,13 @@
 #include "platform/Window.h"
 
 #include <map>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace velmor {
 
-/// Records scripts, and posts messages as the page would.
+/// A page that keeps the scripts that are run in it. A test posts its messages by `handlers`.
 class FakePageView : public PageView {
 public:
   void evaluateJavaScript(const std::string& script) override { scripts.push_back(script); }
@@ -64,7 +67,7 @@ public:
   }
   bool isVisible() const override { return visible; }
   bool isMiniaturized() const override { return miniaturized; }
-  void miniaturize() override { miniaturized = true; }
+  void miniaturize() override { miniaturized = (style & styleMask::miniaturizable) != 0; }
   void deminiaturize() override {
     miniaturized = false;
     orders.emplace_back("deminiaturize");
@@ -73,7 +76,10 @@ public:
     if (const auto heard = delegate.lock()) heard->windowWillClose();
     visible = false;
   }
-  void makeKeyAndOrderFront() override { order("key"); }
+  void makeKeyAndOrderFront() override {
+    miniaturized = false;
+    order("key");
+  }
   void orderFront() override { order("front"); }
   void orderFrontRegardless() override { order("regardless"); }
   std::shared_ptr<PageView> addWebView(const WebViewConfiguration& configuration) override {
@@ -81,7 +87,10 @@ public:
     page->configuration = configuration;
     return page;
   }
-  void showMessage(const std::string& text, double) override { message = text; }
+  void showMessage(const std::string& text, double margin) override {
+    message = text;
+    messageMargin = margin;
+  }
   void setOverlay(std::shared_ptr<OverlayView> view) override {
     overlay = std::move(view);
     orders.emplace_back(overlay ? "overlay" : "no overlay");
@@ -102,6 +111,7 @@ public:
   bool miniaturized = false;
   std::shared_ptr<FakePageView> page;
   std::string message;
+  double messageMargin = 0;
   std::shared_ptr<OverlayView> overlay;
   std::vector<std::string> orders;
 

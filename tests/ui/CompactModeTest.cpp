@@ -29,6 +29,18 @@ protected:
     loop.advance(Seconds{0.3});
   }
 
+  /// Presses the mouse at a place, takes it along the way and lets go.
+  void gesture(Point press, const std::vector<Point>& way = {}) {
+    desktop.windows.mouse = press;
+    native().overlay->mouseDown();
+    for (const auto& place : way) {
+      desktop.windows.mouse = place;
+      native().overlay->mouseDragged();
+    }
+    native().overlay->mouseUp();
+    loop.runPending();
+  }
+
   FakeMainLoop loop;
   FakeDesktop desktop;
   std::shared_ptr<VelmorWindow> window =
@@ -45,14 +57,51 @@ TEST_F(CompactMode, ThePageHearsOfTheSquareBeforeItIsMade) {
   native().miniaturize();
   loop.advance(Seconds{0.1});
   EXPECT_THAT(modes, ElementsAre(true));
-  EXPECT_EQ(native().frame(), normal);
-  loop.advance(Seconds{0.14});
+  loop.advance(Seconds{0.08});
+  EXPECT_EQ(native().frame(), normal) << "0.13 s after it was noticed";
+  loop.advance(Seconds{0.02});
   EXPECT_THAT(native().orders, ElementsAre("deminiaturize", "style", "frame", "overlay"));
+  EXPECT_EQ(native().frame(), (Rect{{479, 100}, {82, 82}}));
+  EXPECT_EQ(native().style, 0U);
   EXPECT_EQ(native().level, 25);
-  EXPECT_EQ(native().appearance.background.alpha, 0);
-  EXPECT_FALSE(native().appearance.movableByBackground);
-  EXPECT_TRUE(native().overlay->acceptsFirstMouse());
-  EXPECT_FALSE(native().overlay->hitTest({82, 0}));
+  EXPECT_EQ(native().behavior, 833U);
+  EXPECT_EQ(native().appearance, (WindowAppearance{true, true, false, {0, 0, 0, 0}, false}));
+}
+
+TEST_F(CompactMode, AClickOnTheSquareBringsTheWindowBack) {
+  minimise();
+  native().level = 0;
+  native().orders.clear();
+  native().isHidden.clear();
+  gesture({490, 110});
+  EXPECT_THAT(modes, ElementsAre(true, false));
+  EXPECT_THAT(native().orders, ElementsAre("no overlay", "style", "frame"));
+  EXPECT_EQ(native().frame(), normal);
+  EXPECT_EQ(native().style, 0x8007U);
+  EXPECT_EQ(native().level, 25);
+  EXPECT_EQ(native().appearance, VelmorWindow::fullAppearance);
+  EXPECT_EQ(native().isHidden.size(), 3U) << "it has the buttons that it ought to have";
+}
+
+TEST_F(CompactMode, TheSquareIsDraggedByWhereItWasPressed) {
+  minimise();
+  gesture({490, 110}, {{480, 100}, {31, 40}});
+  EXPECT_EQ(native().frame(), (Rect{{20, 30}, {82, 82}}));
+  EXPECT_THAT(modes, ElementsAre(true));
+  gesture({31, 40});
+  EXPECT_THAT(modes, ElementsAre(true, false)) << "a click after a drag is a click";
+  minimise();
+  EXPECT_EQ(native().frame(), (Rect{{20, 30}, {82, 82}}));
+}
+
+TEST_F(CompactMode, TheSquareTakesEveryPressInItAndNoOther) {
+  minimise();
+  const auto& overlay = *native().overlay;
+  EXPECT_TRUE(overlay.acceptsFirstMouse());
+  const std::pair<Point, bool> cases[] = {{{0, 0}, true},   {{81.9, 81.9}, true}, {{82, 5}, false},
+                                          {{5, 82}, false}, {{-1, 5}, false},     {{5, -1}, false}};
+  for (const auto& [point, taken] : cases)
+    EXPECT_EQ(overlay.hitTest(point), taken) << point.x << ", " << point.y;
 }
 
 TEST_F(CompactMode, TheSquareIsFollowedWhateverMovesIt) {
@@ -91,10 +140,22 @@ TEST_F(CompactMode, StoppingLeavesTheWindowAndTheModeAsTheyAre) {
   manager->stop();
   loop.runPending();
   EXPECT_EQ(native().overlay, nullptr);
+  EXPECT_EQ(native().style, 0U);
   EXPECT_TRUE(manager->savedBoundsIfCompact());
   manager->restore();
   minimise();
   EXPECT_THAT(modes, ElementsAre(true, false)) << "nobody watches any more";
+}
+
+TEST_F(CompactMode, AWindowThatWasNeverSeenHasAFrameToGoBackTo) {
+  native().visible = false;
+  native().place = {};
+  const auto other = std::make_shared<WindowModeManager>(loop, desktop.windows);
+  other->start(window, nullptr);
+  native().miniaturize();
+  loop.advance(Seconds{0.1});
+  EXPECT_EQ(other->savedBoundsIfCompact(),
+            (WindowSettings{.x = 0, .y = 0, .width = 461, .height = 592}));
 }
 
 TEST_F(CompactMode, AWindowThatIsGoneIsLeftAlone) {

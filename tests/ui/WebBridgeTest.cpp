@@ -2,49 +2,21 @@
 
 #include "base/Json.h"
 #include "base/Text.h"
-#include "platform/async/Waiting.h"
 #include "tests/fakes/FakeMainLoop.h"
+#include "tests/fakes/FakeMainWindowOwner.h"
 #include "tests/fakes/FakeWindow.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <limits>
 
 using namespace velmor;
 using Json = nlohmann::json;
+using testing::ElementsAre;
+using testing::IsEmpty;
 
 namespace {
-
-/// Notes calls; suggestions take ten seconds.
-class FakeCommands : public AppCommands {
-public:
-  explicit FakeCommands(MainLoop& mainLoop) : loop(mainLoop) {}
-
-  AppConfig settings() const override { return config; }
-  void saveSettings(const AppConfig& next) override {
-    if (!failure.empty()) throw VelmorError(failure);
-    config = next;
-  }
-  AppInfo appInfo() override { return {}; }
-  Task<UpdateInfo> checkForUpdate() override { co_return UpdateInfo{}; }
-  Task<AppState> getState() override { co_return AppState{}; }
-  void startNowPlayingWatcher() override { calls += "watch "; }
-  Task<VisionResult> suggestTracks() override {
-    co_await Sleep(loop, Seconds{10});
-    if (!failure.empty()) throw VelmorError(failure);
-    co_return VisionResult{};
-  }
-  void restoreWindow() override {}
-  void bringToFront() override {}
-  void quit() override { calls += "quit "; }
-  void minimize() override {}
-  void openURL(const std::string& url) override { calls += url + " "; }
-
-  MainLoop& loop;
-  AppConfig config;
-  std::string failure;
-  std::string calls;
-};
 
 class WebBridgeTest : public testing::Test {
 protected:
@@ -63,12 +35,14 @@ protected:
   }
 
   FakeMainLoop loop;
-  std::shared_ptr<FakeCommands> commands = std::make_shared<FakeCommands>(loop);
+  std::shared_ptr<FakeMainWindowOwner> app = std::make_shared<FakeMainWindowOwner>(loop);
   std::shared_ptr<FakePageView> view = std::make_shared<FakePageView>();
-  WebBridge bridge{loop, commands};
+  WebBridge bridge{loop, app};
 };
 
-const auto resolved = "window.__velmorResolve(\"1\", null);";
+std::string resolved(const Json& value = nullptr) {
+  return "window.__velmorResolve(\"1\", " + value.dump() + ");";
+}
 
 std::string rejected(const std::string& message) {
   return "window.__velmorReject(\"1\", " + Json(message).dump() + ");";
@@ -76,19 +50,38 @@ std::string rejected(const std::string& message) {
 
 } // namespace
 
-TEST_F(WebBridgeTest, WatchesOnlyWhenTheSettingsSaySo) {
-  for (const bool wanted : {false, true}) {
-    commands->config.autoSuggestTracks = wanted;
-    EXPECT_EQ(call("StartAutoDetection", {1, 2}), resolved);
-    EXPECT_EQ(commands->calls, wanted ? "watch " : "");
+TEST_F(WebBridgeTest, RunsEachCommandAndAnswersIt) {
+  using Calls = std::vector<std::string>;
+  const std::tuple<const char*, Json, Calls> cases[] = {
+      {"GetSettings", app->config, {}},
+      {"GetAppInfo", app->appInfo(), {}},
+      {"GetState", app->getState(), {}},
+      {"CheckForUpdate", UpdateInfo{.current = "1.0.0", .offline = true}, {}},
+      {"SuggestTracks", VisionResult{.notice = "Detected through rekordbox deck metadata."}, {}},
+      {"StartAutoDetection", nullptr, {}},
+      {"RestoreWindow", nullptr, {"restoreWindow", "bringToFront"}},
+      {"StartCompactDrag", nullptr, {}},
+      {"EndCompactDrag", nullptr, {}},
+      {"BringToFront", nullptr, {"bringToFront"}},
+      {"Quit", nullptr, {"quit"}},
+      {"WindowMinimise", nullptr, {"minimize"}},
+  };
+  for (const auto& [method, answer, calls] : cases) {
+    app->calls.clear();
+    EXPECT_EQ(call(method, {1, 2}), resolved(answer)) << method;
+    EXPECT_EQ(app->calls, calls) << method;
   }
+  EXPECT_EQ(call("ShowAbout"), "window.__velmorEmit(\"velmor:show-about\", null);" + resolved());
+  app->config.autoSuggestTracks = true;
+  EXPECT_EQ(call("StartAutoDetection"), resolved());
+  EXPECT_THAT(app->calls, ElementsAre("minimize", "startNowPlayingWatcher"));
 }
 
 TEST_F(WebBridgeTest, ChecksArguments) {
-  Json config = commands->config;
+  Json config = app->config;
   config["theme"] = "red";
-  EXPECT_EQ(call("SaveSettings", {config, "ignored"}), resolved);
-  EXPECT_EQ(commands->config.theme, "red");
+  EXPECT_EQ(call("SaveSettings", {config, "ignored"}), resolved());
+  EXPECT_EQ(app->config.theme, "red");
   auto incomplete = config;
   incomplete.erase("theme");
   for (const Json& args : {Json::array(), Json::array({"x"}), Json::array({incomplete}), Json("x")})
@@ -105,7 +98,7 @@ TEST_F(WebBridgeTest, IgnoresWhatIsNoMessage) {
     EXPECT_EQ(post(message), "") << message;
   }
   EXPECT_EQ(post(R"({"id":"7","method":"Quit"})", {}, "other"), "");
-  EXPECT_EQ(commands->calls, "");
+  EXPECT_THAT(app->calls, IsEmpty());
 }
 
 TEST_F(WebBridgeTest, KeepsAnyTextWhole) {
@@ -113,29 +106,34 @@ TEST_F(WebBridgeTest, KeepsAnyTextWhole) {
   const auto quoted = Json(odd).dump();
   EXPECT_EQ(post(R"({"id":)" + quoted + R"(,"method":"Quit"})"),
             "window.__velmorResolve(" + quoted + ", null);");
-  EXPECT_EQ(call("BrowserOpenURL", {odd}), resolved);
-  EXPECT_EQ(commands->calls, "quit " + odd + " ");
-  commands->failure = odd;
+  EXPECT_EQ(call("BrowserOpenURL", {odd}), resolved());
+  EXPECT_THAT(app->calls, ElementsAre("quit", "openURL " + odd));
+  app->failure = odd;
   for (const auto* const method : {"SuggestTracks", "SaveSettings"})
-    EXPECT_EQ(call(method, Json::array({commands->config})), rejected(odd));
+    EXPECT_EQ(call(method, Json::array({app->config})), rejected(odd));
 }
 
 TEST_F(WebBridgeTest, AnswersOthersWhileOneWaits) {
+  int ends = 0;
+  bridge.whenIdle([&] { ++ends; });
   EXPECT_EQ(post(R"({"id":"slow","method":"SuggestTracks"})"), "");
   EXPECT_FALSE(bridge.isIdle());
-  EXPECT_TRUE(call("Quit").starts_with(resolved + std::string("window.__velmorResolve(\"slow\"")));
+  EXPECT_TRUE(call("Quit").starts_with(resolved() + "window.__velmorResolve(\"slow\""));
   EXPECT_TRUE(bridge.isIdle());
+  EXPECT_EQ(ends, 1);
 }
 
 TEST_F(WebBridgeTest, SendsNothingThatCannotBeEncoded) {
-  commands->config.bpmTolerance = std::numeric_limits<double>::quiet_NaN();
+  app->config.bpmTolerance = std::numeric_limits<double>::quiet_NaN();
   EXPECT_EQ(call("GetSettings"), "");
 }
 
-TEST_F(WebBridgeTest, DropsAllWithoutAView) {
+TEST_F(WebBridgeTest, PushesEventsWhileThereIsAView) {
+  bridge.emit("velmor:compact-mode", "true");
+  EXPECT_THAT(view->scripts, ElementsAre("window.__velmorEmit(\"velmor:compact-mode\", true);"));
   view.reset();
   bridge.emit("velmor:x", std::nullopt);
   bridge.didReceive("velmor", R"({"id":"1","method":"Quit"})");
   loop.runPending();
-  EXPECT_EQ(commands->calls, "quit ");
+  EXPECT_THAT(app->calls, ElementsAre("quit"));
 }
