@@ -24,7 +24,7 @@ public:
     auto* made =
         g_dbus_connection_new_for_address_sync(address.c_str(), flags, nullptr, nullptr, nullptr);
     if (!made) throw std::runtime_error("no bus for the player");
-    connection = {made, [](GDBusConnection* released) { g_object_unref(released); }};
+    connection = GlibPtr<GDBusConnection>(made);
     filter = g_dbus_connection_add_filter(made, take, this, nullptr);
     const auto busName = "org.mpris.MediaPlayer2." + name;
     const VariantPtr owned(g_dbus_connection_call_sync(
@@ -65,8 +65,7 @@ private:
         g_dbus_message_get_message_type(message) == G_DBUS_MESSAGE_TYPE_METHOD_CALL &&
         g_strcmp0(g_dbus_message_get_member(message), "GetAll") == 0;
     if (!isQuestion) return message;
-    static_cast<FakePlayer*>(data)->answer(message);
-    g_object_unref(message);
+    static_cast<FakePlayer*>(data)->answer(GlibPtr<GDBusMessage>(message).get());
     return nullptr;
   }
 
@@ -76,17 +75,16 @@ private:
       return;
     }
     const std::string interface = g_dbus_message_get_arg0(question);
-    GDBusMessage* reply = nullptr;
+    GlibPtr<GDBusMessage> reply;
     if (player.empty() || interface == "org.mpris.MediaPlayer2") {
-      reply = g_dbus_message_new_method_error_literal(
-          question, "org.freedesktop.DBus.Error.UnknownInterface", "none");
+      reply.reset(g_dbus_message_new_method_error_literal(
+          question, "org.freedesktop.DBus.Error.UnknownInterface", "none"));
     } else {
-      reply = g_dbus_message_new_method_reply(question);
-      g_dbus_message_set_body(reply, g_variant_new_parsed(("(" + player + ",)").c_str()));
+      reply.reset(g_dbus_message_new_method_reply(question));
+      g_dbus_message_set_body(reply.get(), g_variant_new_parsed(("(" + player + ",)").c_str()));
     }
-    g_dbus_connection_send_message(connection.get(), reply, G_DBUS_SEND_MESSAGE_FLAGS_NONE, nullptr,
-                                   nullptr);
-    g_object_unref(reply);
+    g_dbus_connection_send_message(connection.get(), reply.get(), G_DBUS_SEND_MESSAGE_FLAGS_NONE,
+                                   nullptr, nullptr);
   }
 
   std::string player;

@@ -22,7 +22,7 @@ public:
   std::string address;
 
 private:
-  GObjectPtr<GTestDBus> bus;
+  GlibPtr<GTestDBus> bus;
 };
 
 } // namespace velmor
