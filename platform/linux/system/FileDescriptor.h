@@ -1,5 +1,8 @@
 #pragma once
 
+#include <unistd.h>
+
+#include <cstring>
 #include <string>
 #include <utility>
 
@@ -27,7 +30,9 @@ public:
   [[nodiscard]] int get() const { return number; }
   explicit operator bool() const { return number >= 0; }
 
-  void close() noexcept;
+  void close() noexcept {
+    if (number >= 0) ::close(std::exchange(number, -1));
+  }
 
 private:
   int number = -1;
@@ -35,6 +40,9 @@ private:
 
 /// The system's words for an error number (errno), such as "No such file or directory"; in English
 /// whatever the locale.
-[[nodiscard]] std::string systemMessage(int error);
+[[nodiscard]] inline std::string systemMessage(int error) {
+  const char* description = ::strerrordesc_np(error);
+  return description ? description : "Unknown error " + std::to_string(error);
+}
 
 } // namespace velmor
