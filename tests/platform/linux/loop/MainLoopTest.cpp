@@ -108,13 +108,14 @@ TEST_F(MainLoopTest, OccupiedActorLaneHoldsItsWorkBackWhileTheDisplayLaneGoesOn)
 }
 
 TEST_F(MainLoopTest, QuittingEndsTheWaitForOccupyingWork) {
-  std::latch gate{1};
+  // Shared, since the work may end after the test's last line.
+  const auto gate = std::make_shared<std::latch>(1);
   loop.post(Lane::Actor, [&] {
-    loop.occupyActor([&] { gate.wait(); }, note("done"));
+    loop.occupyActor([gate] { gate->wait(); }, note("done"));
     loop.post(Lane::Display, [this] { loop.quit(); });
   });
   loop.run();
-  gate.count_down();
+  gate->count_down();
   EXPECT_THAT(happened, testing::IsEmpty());
 }
 
