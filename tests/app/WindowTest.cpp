@@ -76,11 +76,6 @@ TEST_F(WindowTest, ComesUpWhereItWasIfThatCanBeSeen) {
     EXPECT_EQ(savedWindow().x, written ? 470 : x) << what;
     EXPECT_TRUE(native().visible);
   }
-  const auto window = std::make_shared<VelmorWindow>(desktop.windows, Rect{}, 0U);
-  auto& least = *desktop.windows.windows.back();
-  least.minimum = {376.9, 495.9};
-  AppController::applySavedWindowFrame({.x = 5, .y = 6, .width = 10, .height = 20}, *window);
-  EXPECT_EQ(least.frame(), (Rect{{5, 6}, {376, 495}}));
 }
 
 TEST_F(WindowTest, ALaunchRaisesItAndSavesNothing) {

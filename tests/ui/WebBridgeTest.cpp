@@ -55,7 +55,7 @@ TEST_F(WebBridgeTest, RunsEachCommandAndAnswersIt) {
   const std::tuple<const char*, Json, Calls> cases[] = {
       {"GetSettings", app->config, {}},
       {"GetAppInfo", app->appInfo(), {}},
-      {"GetState", app->getState(), {}},
+      {"GetState", AppState{.provider = "API key required"}, {}},
       {"CheckForUpdate", UpdateInfo{.current = "1.0.0", .offline = true}, {}},
       {"SuggestTracks", VisionResult{.notice = "Detected through rekordbox deck metadata."}, {}},
       {"StartAutoDetection", nullptr, {}},
