@@ -9,6 +9,8 @@ namespace velmor {
 namespace {
 
 constexpr Seconds longestAnswer{0.5};
+/// A size that was refused is ordered again so often: orders can overtake the hints about the size.
+constexpr int mostRepeats = 2;
 
 } // namespace
 
@@ -20,19 +22,41 @@ GtkFrame::GtkFrame(MainLoop& mainLoop, _GtkWindow* toplevel, const XRect& initia
 void GtkFrame::order(const XRect& wanted, bool hidden) {
   const bool sameSize = wanted.width == frame.width && wanted.height == frame.height;
   frame = wanted;
-  patience = loop.callLater(MainLoop::Lane::Display, longestAnswer, [this] { accept(actual()); });
+  repeats = 0;
+  send(!sameSize, hidden);
+}
+
+void GtkFrame::send(bool newSize, bool hidden) {
+  hasAnswered = false;
+  wait();
   auto* const surface = gtk_widget_get_window(GTK_WIDGET(window));
-  if (!surface || !sameSize) {
+  if (!surface || newSize) {
     setSizeHints(false);
-    gtk_window_resize(window, wanted.width, wanted.height);
+    gtk_window_resize(window, frame.width, frame.height);
   }
-  gtk_window_move(window, wanted.x, wanted.y);
-  if (!surface || (sameSize && !hidden)) return;
+  gtk_window_move(window, frame.x, frame.y);
+  if (!surface || (!newSize && !hidden)) return;
   // Both at once: the toolkit would move the window now and resize it with its next frame.
-  gdk_window_move_resize(surface, wanted.x, wanted.y, wanted.width, wanted.height);
+  gdk_window_move_resize(surface, frame.x, frame.y, frame.width, frame.height);
+}
+
+void GtkFrame::wait() {
+  patience = loop.callLater(MainLoop::Lane::Display, longestAnswer, [this] { patienceEnds(); });
+}
+
+void GtkFrame::patienceEnds() {
+  const auto answer = actual();
+  const bool sameSize = answer.width == frame.width && answer.height == frame.height;
+  if (!hasAnswered && answer != frame)
+    wait();
+  else if (!sameSize && repeats++ < mostRepeats)
+    send(true, false);
+  else
+    accept(answer);
 }
 
 void GtkFrame::configured() {
+  hasAnswered = true;
   const auto answered = actual();
   if (!patience || answered == frame) accept(answered);
 }
