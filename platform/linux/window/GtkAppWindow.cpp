@@ -175,6 +175,7 @@ void GtkAppWindow::stateChanged(unsigned changed, unsigned state) {
   if (!iconified) {
     comingBack.reset();
     desktopShows.reset();
+    place.shownAgain();
     return;
   }
   if (companion.wentAlong())

@@ -9,8 +9,9 @@ namespace velmor {
 namespace {
 
 constexpr Seconds longestAnswer{0.5};
-/// A size that was refused is ordered again so often: orders can overtake the hints about the size.
-constexpr int mostRepeats = 2;
+/// What did not come as ordered is ordered again so often: an order can overtake the hints about the
+/// size, and some window managers put a new window a title bar's height aside.
+constexpr int mostRepeats = 1;
 
 } // namespace
 
@@ -34,10 +35,10 @@ void GtkFrame::send(bool newSize, bool hidden) {
     setSizeHints(false);
     gtk_window_resize(window, frame.width, frame.height);
   }
-  gtk_window_move(window, frame.x, frame.y);
-  if (!surface || (!newSize && !hidden)) return;
   // Both at once: the toolkit would move the window now and resize it with its next frame.
-  gdk_window_move_resize(surface, frame.x, frame.y, frame.width, frame.height);
+  if (surface && (newSize || hidden))
+    gdk_window_move_resize(surface, frame.x, frame.y, frame.width, frame.height);
+  gtk_window_move(window, frame.x, frame.y);
 }
 
 void GtkFrame::wait() {
@@ -46,13 +47,16 @@ void GtkFrame::wait() {
 
 void GtkFrame::patienceEnds() {
   const auto answer = actual();
-  const bool sameSize = answer.width == frame.width && answer.height == frame.height;
   if (!hasAnswered && answer != frame)
     wait();
-  else if (!sameSize && repeats++ < mostRepeats)
-    send(true, false);
+  else if (answer != frame && repeats++ < mostRepeats)
+    send(answer.width != frame.width || answer.height != frame.height, false);
   else
     accept(answer);
+}
+
+void GtkFrame::shownAgain() {
+  if (patience && actual() != frame) send(true, false);
 }
 
 void GtkFrame::configured() {

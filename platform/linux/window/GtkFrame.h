@@ -25,6 +25,9 @@ public:
   /// `hidden` says that the window is iconified, when the toolkit passes on no new size by itself.
   void order(const XRect& wanted, bool hidden);
 
+  /// The window is on the screen again. Some window managers do not move what they hide.
+  void shownAgain();
+
   /// The window manager has answered, or somebody has moved the window.
   void configured();
 
