@@ -37,10 +37,9 @@ public:
   /// to play next. Throws VelmorError with the sentence for the user.
   [[nodiscard]] Task<VisionResult> suggestTracks() override;
 
-  /// The playing track. Throws VelmorError with the sentence for the user.
+  /// The playing track. Looks twice for rekordbox's when nobody has looked for a while. Throws
+  /// VelmorError with the sentence for the user.
   [[nodiscard]] Task<NowPlayingTrack> detectTrack();
-
-  [[nodiscard]] Task<bool> isRekordboxRunning();
 
   /// The rest of a suggestion, for a track that has been found. Throws VelmorError or what the
   /// model's client throws.

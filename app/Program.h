@@ -28,9 +28,6 @@ private:
   /// Runs a command that prints something and ends.
   [[nodiscard]] int runCommand(Command command, bool json);
   [[nodiscard]] Task<void> reporting(Task<void> command);
-  /// With rekordbox a look before the one that counts: which of its decks plays is seen only in
-  /// clocks that move.
-  [[nodiscard]] Task<void> noteClocks(AppController& controller);
   [[nodiscard]] Task<void> now(AppController& controller, bool json);
   [[nodiscard]] Task<void> suggest(AppController& controller, bool json);
   [[nodiscard]] int fail(const std::string& message);

@@ -38,7 +38,11 @@ public:
   [[nodiscard]] static std::vector<std::int32_t> processIDs(const Platform& platform,
                                                             const std::string& name);
 
-  /// The first application of the list with this identity.
+  /// The applications of the list with this identity, in its order.
+  [[nodiscard]] static std::vector<RunningApplication>
+  applications(const Platform& platform, const ApplicationIdentity& identity);
+
+  /// The first of them.
   [[nodiscard]] static std::optional<RunningApplication>
   application(const Platform& platform, const ApplicationIdentity& identity);
 };

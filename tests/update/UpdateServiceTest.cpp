@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 using namespace velmor;
 
 namespace {
@@ -26,13 +28,21 @@ std::string release(const std::string& version) {
 } // namespace
 
 TEST_F(UpdateServiceTest, ComparesThreePartsAsNumbers) {
-  const std::tuple<const char*, const char*, int> cases[] = {
-      {"1.10.0", "1.9.9", 1}, {"2.0", "2.0.0", 0},     {"1.2.3-beta", "1.2.0", 0},
-      {"1.2", "1.2.1", -1},   {"1.2.3.9", "1.2.3", 0}, {"-1.0.0", "0.0.0", -1}};
-  for (const auto& [first, second, sign] : cases) {
-    const auto order = UpdateService::compareVersions(first, second);
-    EXPECT_EQ((order > 0) - (order < 0), sign) << first << " " << second;
-  }
+  constexpr auto most = std::numeric_limits<std::int64_t>::max();
+  constexpr auto least = std::numeric_limits<std::int64_t>::min();
+  const std::tuple<const char*, const char*, std::int64_t> cases[] = {
+      {"1.12.0", "1.9.9", 3},
+      {"2.0", "2.0.0", 0},
+      {"1.2.3-beta", "1.2.0", 0},
+      {"1.2", "1.2.7", -7},
+      {"1.2.3.9", "1.2.3", 0},
+      {"-1.0.0", "3.9.9", -4},
+      {"9223372036854775807.0.0", "-1.0.0", most},
+      {"-9223372036854775808.0.0", "1.0.0", least},
+      {"0.0.0", "-9223372036854775808.0.0", most},
+  };
+  for (const auto& [first, second, difference] : cases)
+    EXPECT_EQ(UpdateService::compareVersions(first, second), difference) << first << " " << second;
 }
 
 TEST_F(UpdateServiceTest, AsksTheConfiguredServer) {

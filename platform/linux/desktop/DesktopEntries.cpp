@@ -6,6 +6,7 @@
 #include <glib.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <sstream>
 
 namespace velmor {
@@ -27,7 +28,15 @@ std::string programOf(const std::string& commandLine) {
   return fs::path(words[0]).filename();
 }
 
+/// Reading anything else could take for ever: a pipe, a device, a file that never ends.
+bool isSmallFile(const fs::path& path) {
+  constexpr std::uintmax_t largest = 1024 * 1024;
+  std::error_code error;
+  return fs::is_regular_file(path, error) && fs::file_size(path, error) <= largest;
+}
+
 std::optional<DesktopEntry> readEntry(const fs::path& path, const std::string& identifier) {
+  if (!isSmallFile(path)) return std::nullopt;
   const GlibPtr<GKeyFile> file(g_key_file_new());
   if (!g_key_file_load_from_file(file.get(), path.c_str(), G_KEY_FILE_NONE, nullptr)) {
     return std::nullopt;
