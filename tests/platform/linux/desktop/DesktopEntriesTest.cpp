@@ -4,6 +4,7 @@
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <fstream>
 
@@ -24,6 +25,8 @@ protected:
     write("shared/applications/kde/viewer.desktop", "Name=Viewer\nExec=viewer");
     write("shared/applications/link.desktop", "Name=Link\nExec=link\nType=Link");
     write("shared/applications/broken.desktop", "Name=Broken\nExec=\"unclosed");
+    // Opening it would wait for somebody who writes.
+    ::mkfifo((folder.path / "shared/applications/pipe.desktop").c_str(), 0600);
   }
 
   void write(const std::string& name, const std::string& keys) {
