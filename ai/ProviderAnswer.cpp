@@ -1,6 +1,7 @@
 #include "ai/ProviderAnswer.h"
 
 #include "base/Json.h"
+#include "base/Text.h"
 #include "base/VelmorError.h"
 
 #include <algorithm>
@@ -14,7 +15,9 @@ Json ProviderAnswer::object(std::string_view bytes, const char* notAnObject) {
   if (!answer.is_object()) throw VelmorError(notAnObject);
   const auto error = answer.find("error");
   if (error != answer.end() && error->is_object()) {
-    if (const auto* message = text(*error, "message")) throw VelmorError(*message);
+    if (const auto* message = text(*error, "message")) {
+      throw VelmorError(std::string(velmor::text::bounded(*message)));
+    }
   }
   return answer;
 }

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <random>
 #include <string>
 
@@ -43,6 +44,9 @@ WorkingFolder::~WorkingFolder() {
 
 namespace {
 
+// Far more than either takes: for those that hang.
+constexpr std::chrono::seconds recorderLimit{60};
+constexpr std::chrono::seconds extractorLimit{120};
 constexpr std::array extractorNames{"essentia_streaming_extractor_music",
                                     "essentia_streaming_extractor_music.exe"};
 
@@ -69,7 +73,10 @@ ChildProcess recorder(const Platform& platform, const std::string& device,
                     std::back_inserter(arguments));
   const auto ffmpeg = AudioAnalysisService::ffmpegPath(platform);
   if (!ffmpeg) throw VelmorError("ffmpeg is not installed");
-  return {.executable = *ffmpeg, .arguments = arguments, .mergeErrorOutput = true};
+  return {.executable = *ffmpeg,
+          .arguments = arguments,
+          .mergeErrorOutput = true,
+          .timeLimit = recorderLimit};
 }
 
 /// False when this device gives no recording.
@@ -96,7 +103,8 @@ void runExtractor(const Platform& platform, const std::string& extractor,
   const auto result =
       platform.processes.run({.executable = extractor,
                               .arguments = {folder.sample().string(), folder.report().string()},
-                              .mergeErrorOutput = true});
+                              .mergeErrorOutput = true,
+                              .timeLimit = extractorLimit});
   if (result.exitStatus == 0) return;
   const auto output = text::isValidUtf8(result.output) ? result.output : "";
   throw VelmorError("run Essentia: exit " + std::to_string(result.exitStatus) + " (" + output +

@@ -90,9 +90,11 @@ TEST_F(UpdateServiceTest, OnlyAServerOutOfReachIsOffline) {
   const UpdateInfo none{.current = "1.0.0"};
   const UpdateService service(system.platform, "macos", "1.0.0");
   EXPECT_EQ(service.check(), (UpdateInfo{.current = "1.0.0", .offline = true}));
-  const std::pair<const char*, bool> addresses[] = {
-      {"http://a b", false}, {"http://a:port", false},        {"http://[::1", false},
-      {"http://a]", false},  {"https://u@[::1]:9/x:y", true}, {"", true}};
+  const std::string endless(100'000, 'a');
+  const std::pair<std::string, bool> addresses[] = {
+      {"http://a b", false},      {"http://a:port", false},        {"http://[::1", false},
+      {"http://a]", false},       {"https://u@[::1]:9/x:y", true}, {"", true},
+      {"http://" + endless, true}};
   for (const auto& [address, isURL] : addresses) {
     system.environment.variables["VELMORDJ_VERSION_URL"] = address;
     EXPECT_EQ(UpdateService(system.platform, "macos", "1.0.0").check().offline, isURL) << address;

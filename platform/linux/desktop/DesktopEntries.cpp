@@ -2,6 +2,7 @@
 
 #include "platform/Environment.h"
 #include "platform/linux/glib/GlibHandles.h"
+#include "platform/linux/system/RegularFile.h"
 
 #include <glib.h>
 
@@ -15,6 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr std::size_t longestEntry = std::size_t{1} << 20;
 constexpr auto group = G_KEY_FILE_DESKTOP_GROUP;
 
 std::string value(GKeyFile& file, const char* key) {
@@ -38,7 +40,9 @@ bool isSmallFile(const fs::path& path) {
 std::optional<DesktopEntry> readEntry(const fs::path& path, const std::string& identifier) {
   if (!isSmallFile(path)) return std::nullopt;
   const GlibPtr<GKeyFile> file(g_key_file_new());
-  if (!g_key_file_load_from_file(file.get(), path.c_str(), G_KEY_FILE_NONE, nullptr)) {
+  const auto text = readRegularFile(path, longestEntry);
+  if (!text || !g_key_file_load_from_data(file.get(), text->data(), text->size(), G_KEY_FILE_NONE,
+                                          nullptr)) {
     return std::nullopt;
   }
   if (value(*file, G_KEY_FILE_DESKTOP_KEY_TYPE) != "Application") return std::nullopt;
