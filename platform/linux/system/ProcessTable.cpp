@@ -44,10 +44,10 @@ Reading readName(int processes, const char* process, std::string& name) {
 
 std::shared_ptr<const ProcessTable::Names> ProcessTable::names() {
   const std::lock_guard guard(mutex);
-  const auto now = std::chrono::steady_clock::now();
-  if (!last || now - lastStart >= freshness) {
+  using Clock = std::chrono::steady_clock;
+  if (!last || Clock::now() - lastEnd >= freshness) {
     last = look();
-    lastStart = now;
+    lastEnd = Clock::now();
   }
   return last;
 }

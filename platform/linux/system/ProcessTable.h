@@ -25,9 +25,9 @@ class ProcessTable {
 public:
   using Names = std::vector<NamedProcess>;
 
-  /// How old a look may be when it serves once more. A poll without news asks all its questions
-  /// within this time. It is shorter than what pgrep takes to read the table and hand its answer
-  /// over (10 ms and more), so an answer from the look is no older than pgrep's when it arrives.
+  /// For how long after its end a look may serve once more. A poll without news asks all its
+  /// questions within this time. What pgrep answers is older when it arrives: it reads ten times as
+  /// much of each process, and starting and ending it takes as long again.
   static constexpr std::chrono::milliseconds usualFreshness{5};
 
   explicit ProcessTable(std::chrono::milliseconds lookFreshness = usualFreshness)
@@ -48,8 +48,7 @@ private:
   /// The folder /proc, opened by the first look and kept.
   std::unique_ptr<DIR, CloseFolder> folder;
   std::shared_ptr<const Names> last;
-  /// When the last look began.
-  std::chrono::steady_clock::time_point lastStart;
+  std::chrono::steady_clock::time_point lastEnd;
 };
 
 /// What tells a process from an earlier one of the same number.
