@@ -23,8 +23,8 @@ struct ApplicationIdentity {
   bool skipsTerminated = false;
 };
 
-/// Looks for running programs. Each look-up by process name runs pgrep to its end. Stateless; any
-/// thread. Never throws.
+/// Looks for running programs. Each look-up by process name asks the launcher for pgrep and waits
+/// for its answer. Stateless; any thread. Never throws.
 class ProcessUtils {
 public:
   /// True when a process with one of these names runs. Upper and lower case are the same.
