@@ -159,8 +159,10 @@ std::optional<RekordboxDeck>
 NowPlayingDetector::trackRekordbox(const std::vector<RekordboxDeck>& decks) {
   constexpr std::int64_t patience = 1;
   const std::lock_guard guard(lock);
-  if (!knowsClocks()) forgetClocks();
-  auto chosen = selectRekordboxDeck(decks, rekordboxElapsed);
+  forgetWhatIsOld();
+  // After a pause this look only notes the clocks, unless nothing at all is known.
+  const bool isWithoutClocks = rekordboxElapsed.empty() && !rekordboxCurrent.empty();
+  auto chosen = isWithoutClocks ? std::nullopt : selectRekordboxDeck(decks, rekordboxElapsed);
   if (chosen) {
     rekordboxCurrent = chosen->fingerprint();
     rekordboxUnchanged = 0;
@@ -196,12 +198,12 @@ bool NowPlayingDetector::noteClocks() {
   try {
     {
       const std::lock_guard guard(lock);
-      if (knowsClocks()) return false;
+      forgetWhatIsOld();
+      if (!rekordboxElapsed.empty()) return false;
     }
     if (!RekordboxDetector::isRunning(now) || currentMixxx(now)) return false;
     const auto decks = RekordboxDetector::readDecksViaAccessibility(now);
     const std::lock_guard guard(lock);
-    forgetClocks();
     remember(decks);
     return true;
   } catch (const std::exception&) {
@@ -210,11 +212,15 @@ bool NowPlayingDetector::noteClocks() {
   }
 }
 
-/// Clocks older than a few polls tell nothing: a deck that is paused now has played since.
-bool NowPlayingDetector::knowsClocks() const {
-  constexpr Seconds longestPause{10};
+/// Clocks older than a few polls tell nothing: a deck that is paused now may have played since. The
+/// deck that was last reported counts for longer, since nobody looks while the sound is measured.
+void NowPlayingDetector::forgetWhatIsOld() {
+  constexpr Seconds oldestClocks{10};
+  constexpr Seconds longestMeasurement{180};
   const auto age = platform.clock.now() - rekordboxSeen;
-  return age >= age.zero() && age <= longestPause;
+  const bool isClockSetBack = age < age.zero();
+  if (isClockSetBack || age > longestMeasurement) forgetClocks();
+  if (age > oldestClocks) rekordboxElapsed.clear();
 }
 
 void NowPlayingDetector::remember(const std::vector<RekordboxDeck>& decks) {

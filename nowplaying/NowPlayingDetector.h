@@ -45,7 +45,7 @@ private:
   [[nodiscard]] std::optional<RekordboxDeck>
   trackRekordbox(const std::vector<RekordboxDeck>& decks);
   // While the lock is held.
-  [[nodiscard]] bool knowsClocks() const;
+  void forgetWhatIsOld();
   void remember(const std::vector<RekordboxDeck>& decks);
   void forgetClocks();
 

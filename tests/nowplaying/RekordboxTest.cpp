@@ -251,7 +251,13 @@ TEST_F(RekordboxSession, DoesNotCompareClocksOfLongAgo) {
   system.loop.advance(Seconds{9});
   EXPECT_EQ(poll("1:05", "3:44"), "Right / A / ") << "a poll that was late";
   system.loop.advance(Seconds{11});
-  EXPECT_EQ(poll("1:05", "3:44"), "Left / A / ") << "a first poll again";
+  EXPECT_EQ(poll("1:07", "3:55"), "Right / A / ") << "the left one has moved since, but then?";
+  EXPECT_EQ(poll("1:07", "3:57"), "Right / A / ");
+  system.loop.advance(Seconds{11});
+  EXPECT_EQ(poll("1:17", "3:57"), "Right / A / ");
+  EXPECT_EQ(poll("1:19", "3:57"), "Left / A / ");
+  system.loop.advance(Seconds{200});
+  EXPECT_EQ(poll("1:19", "0:44"), "Right / A / ") << "a first poll again";
   system.loop.setNow(system.loop.now() - std::chrono::hours(1));
   EXPECT_EQ(poll("1:05", "3:46"), "Left / A / ") << "somebody has set the clock";
 }
