@@ -114,6 +114,18 @@ void MainWindowController::didFail(const std::string& description) {
   showLoadFailure(description);
 }
 
+void MainWindowController::processDidTerminate(const std::string& description) {
+  platform.log.write("Velmor: the page was lost: " + description);
+  webBridge->forgetPage();
+  // The next page starts it anew, and so hears of the track that plays.
+  appController->stopNowPlayingWatcher();
+  if (!std::exchange(hasReloaded, true) && loadPage()) return;
+  showLoadFailure(description);
+  desktop.application.showAlert(description +
+                                " Velmor has stopped watching for tracks. Close its window and "
+                                "start it again.");
+}
+
 void MainWindowController::showLoadFailure(const std::string& message) {
   mainWindow->native().showMessage("Velmor failed to load.\n\n" + message, messageMargin);
   mainWindow->orderFrontRegardless();
