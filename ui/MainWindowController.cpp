@@ -6,6 +6,7 @@
 #include "platform/FileManager.h"
 #include "platform/SystemLog.h"
 #include "platform/WindowServer.h"
+#include "platform/Workspace.h"
 
 #include <algorithm>
 #include <cmath>
@@ -99,6 +100,8 @@ bool MainWindowController::loadPage() {
 }
 
 void MainWindowController::windowWillClose() {
+  // Saving the window's place may hang like anything else.
+  platform.workspace.willTerminate();
   appController->shutdown(*mainWindow);
 }
 

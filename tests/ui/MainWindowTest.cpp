@@ -76,6 +76,7 @@ TEST_F(MainWindow, IsBuiltWithItsPageAndHandedToItsOwner) {
   EXPECT_EQ(page().scripts.back(), "window.__velmorEmit(\"velmor:track-stopped\", null);");
   native().close();
   EXPECT_THAT(app->calls, ElementsAre("configureWindow", "quit", "shutdown"));
+  EXPECT_EQ(system.workspace.announcements, 1) << "whatever hangs";
 }
 
 TEST_F(MainWindow, IsAsLargeAsTheSettingsSayAndNoLarger) {
