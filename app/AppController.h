@@ -52,7 +52,7 @@ public:
   /// Starts polling for the playing track, unless that runs already.
   void startNowPlayingWatcher() override;
   /// Stops polling and forgets the track. No event is sent.
-  void stopNowPlayingWatcher();
+  void stopNowPlayingWatcher() override;
   /// Saves, and starts, stops or begins anew with the watcher as the settings say. Throws
   /// FileError; nothing has changed then.
   void saveSettings(const AppConfig& config) override;

@@ -16,7 +16,7 @@
 ///   a `double` as a number, nested records as objects, vectors of records as arrays.
 /// - Decoding wants every key, each with a value of the field's own type; null is none. A `double`
 ///   takes any number, an integer any number without a fractional part that fits into 64 bits.
-///   Keys that the record does not list are ignored.
+///   A text has `text::mostCharacters` at most. Keys that the record does not list are ignored.
 /// Everything here may be called from any thread.
 namespace velmor {
 
@@ -70,7 +70,7 @@ public:
   template <Record Type>
   [[nodiscard]] Type decodeLeniently(std::string_view text) const;
 
-  /// Any JSON text. Throws DecodingError.
+  /// Any JSON text with at most 100 levels of arrays and objects. Throws DecodingError.
   [[nodiscard]] static nlohmann::json parse(std::string_view text);
 };
 

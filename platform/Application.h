@@ -41,6 +41,8 @@ public:
   virtual void setMainMenu(std::vector<MenuItem> items) = 0;
   /// Makes it the active application, whichever is active now; nothing without a visible window.
   virtual void activateIgnoringOtherApps() = 0;
+  /// Shows an alert and goes on.
+  virtual void showAlert(const std::string& message) = 0;
   /// Shows an alert and waits until the user has read it, or the application terminates.
   virtual void runAlert(const std::string& message) = 0;
 };

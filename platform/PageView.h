@@ -25,8 +25,11 @@ public:
   virtual ~NavigationDelegate() = default;
 
   virtual void didFinish() = 0;
-  /// The page could not be loaded, or is lost. The description is a sentence for the user.
+  /// The page could not be loaded. The description is a sentence for the user.
   virtual void didFail(const std::string& description) = 0;
+  /// The process that runs the page has ended by itself, and the page with it; it may be loaded
+  /// again. The description is a sentence for the user.
+  virtual void processDidTerminate(const std::string& description) = 0;
 };
 
 /// A web view in a window. It shows one page of the bundle and goes nowhere else.

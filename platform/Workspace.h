@@ -14,7 +14,12 @@ public:
   /// that no program handles, goes to the system's log.
   virtual void openURL(const std::string& url) = 0;
 
-  /// Ends the application's event loop, and every blocking wait of the seam at once.
+  /// The application is about to be terminated: within three seconds from the first such call the
+  /// process ends, whatever still hangs.
+  virtual void willTerminate() = 0;
+
+  /// Ends the application's event loop, and every blocking wait of the seam at once. Begins with
+  /// `willTerminate`.
   virtual void terminate() = 0;
 
   /// True once `terminate` has been called: nothing may be told to the page any more. Any thread.

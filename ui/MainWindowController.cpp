@@ -6,6 +6,7 @@
 #include "platform/FileManager.h"
 #include "platform/SystemLog.h"
 #include "platform/WindowServer.h"
+#include "platform/Workspace.h"
 
 #include <algorithm>
 #include <cmath>
@@ -99,6 +100,8 @@ bool MainWindowController::loadPage() {
 }
 
 void MainWindowController::windowWillClose() {
+  // Saving the window's place may hang like anything else.
+  platform.workspace.willTerminate();
   appController->shutdown(*mainWindow);
 }
 
@@ -112,6 +115,18 @@ void MainWindowController::didFinish() {
 void MainWindowController::didFail(const std::string& description) {
   platform.log.write("Velmor: web view navigation failed: " + description);
   showLoadFailure(description);
+}
+
+void MainWindowController::processDidTerminate(const std::string& description) {
+  platform.log.write("Velmor: the page was lost: " + description);
+  webBridge->forgetPage();
+  // The next page starts it anew, and so hears of the track that plays.
+  appController->stopNowPlayingWatcher();
+  if (!std::exchange(hasReloaded, true) && loadPage()) return;
+  showLoadFailure(description);
+  desktop.application.showAlert(description +
+                                " Velmor has stopped watching for tracks. Close its window and "
+                                "start it again.");
 }
 
 void MainWindowController::showLoadFailure(const std::string& message) {

@@ -48,6 +48,9 @@ private:
   void windowDidResize() override { updateTitlebarInset(); }
   void didFinish() override;
   void didFail(const std::string& description) override;
+  /// Loads the page again the first time. The next time something is wrong with it: the user is
+  /// told, and nothing more is done for a page that nobody sees.
+  void processDidTerminate(const std::string& description) override;
 
   Platform platform;
   Desktop desktop;
@@ -55,6 +58,7 @@ private:
   const std::shared_ptr<WebBridge> webBridge;
   std::shared_ptr<VelmorWindow> mainWindow;
   std::optional<DraggingWebView> webView;
+  bool hasReloaded = false;
 };
 
 } // namespace velmor

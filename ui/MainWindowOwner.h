@@ -30,6 +30,8 @@ public:
 
   /// Starts to look for the playing track over and over, unless that runs already.
   virtual void startNowPlayingWatcher() = 0;
+  /// Stops that, and a suggestion that it has begun.
+  virtual void stopNowPlayingWatcher() = 0;
   /// Finds the playing track and asks the model what to play next. The task throws.
   [[nodiscard]] virtual Task<VisionResult> suggestTracks() = 0;
 

@@ -157,12 +157,19 @@ void WebBridge::emit(const std::string& event, const std::optional<std::string>&
            jsonPayload.value_or("null") + ");");
 }
 
+void WebBridge::forgetPage() {
+  ++pagesBefore;
+  tasks.cancelAll();
+}
+
 Task<void> WebBridge::answer(std::string id, std::string method, Json args) {
+  const int page = pagesBefore;
   try {
     const Result result = co_await handle(method, {*controller, *this, args});
+    if (page != pagesBefore) co_return;
     if (const auto json = encoded(result)) respond(id, *json);
   } catch (const std::exception& error) {
-    reject(id, error.what());
+    if (page == pagesBefore) reject(id, error.what());
   }
 }
 

@@ -72,6 +72,10 @@ public:
 
   void emit(const std::string& event, const std::optional<std::string>& jsonPayload) override;
 
+  /// The page has gone and another comes in its place: what it has asked for is cancelled, and no
+  /// reply to it reaches the next page, whose ids may be the same.
+  void forgetPage();
+
   /// Calls `work` each time the last running command has ended.
   void whenIdle(MainLoop::Work work) { tasks.whenEmpty(std::move(work)); }
   [[nodiscard]] bool isIdle() const { return tasks.isEmpty(); }
@@ -84,6 +88,8 @@ private:
 
   const std::shared_ptr<AppCommands> controller;
   std::weak_ptr<WebView> webView;
+  /// How many pages there have been before this one.
+  int pagesBefore = 0;
   TaskGroup tasks;
 };
 

@@ -3,16 +3,26 @@
 #include "platform/linux/LinuxRecord.h"
 #include "platform/linux/page/WebKitProfile.h"
 
+#include <cstdlib>
+
 namespace velmor {
 
+namespace {
+
+/// What is left of three seconds is for starting and ending a process on a busy machine.
+constexpr std::chrono::milliseconds timeToEnd{2500};
+
+} // namespace
+
 LinuxHost::LinuxHost()
-    : bundle(FolderBundle::folderOfExecutable(FolderBundle::runningExecutable()))
+    : deadline(timeToEnd)
+    , bundle(FolderBundle::folderOfExecutable(FolderBundle::runningExecutable()))
     , log(environment)
     , launcher(quit.get_token())
     , http(quit.get_token())
     , record(linuxRecord(processes, players))
     // How our window is drawn is nothing to a browser.
-    , workspace(mainLoop, quit, log, {WebKitProfile::processorVariable})
+    , workspace(mainLoop, quit, deadline, log, {WebKitProfile::processorVariable})
     , input(mainLoop)
     , parts{.mainLoop = mainLoop,
             .clock = clock,
@@ -37,6 +47,8 @@ LinuxHost::~LinuxHost() {
 std::optional<Desktop> LinuxHost::openDesktop() {
   if (!desktop) desktop = GtkDesktop::open(parts);
   if (!desktop) return std::nullopt;
+  // A window has nothing to report; a command that was cut short has failed.
+  deadline.setExitStatus(EXIT_SUCCESS);
   return Desktop{.windows = *desktop, .application = *desktop};
 }
 

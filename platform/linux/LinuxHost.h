@@ -8,6 +8,7 @@
 #include "platform/linux/desktop/EwmhWindowList.h"
 #include "platform/linux/desktop/GioWorkspace.h"
 #include "platform/linux/http/CurlHttpClient.h"
+#include "platform/linux/loop/EndDeadline.h"
 #include "platform/linux/loop/GlibMainLoop.h"
 #include "platform/linux/loop/StandardInputLines.h"
 #include "platform/linux/loop/TerminationSignals.h"
@@ -43,6 +44,8 @@ private:
   // First of all, since it takes secrets away before anything else looks at the environment.
   PosixEnvironment environment;
   ProcessSetup setup{environment};
+  // Called off last of all, when nothing is left that could hang.
+  EndDeadline deadline;
   std::stop_source quit;
   SystemClock clock;
   PosixFileManager files;

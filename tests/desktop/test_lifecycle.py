@@ -97,16 +97,38 @@ class LifecycleTest(unittest.TestCase):
                 self.assertRegex(result.stderr, r"^velmor: the window needs an X11 display .*"
                                                 r"now, suggest and bridge .*demo.*\n$")
 
-    def testADeadPageIsReportedAndTheWindowLivesOn(self):
+    def testALostPageIsLoadedAgainOnceAndThenReported(self):
         desktop = self.desktop = self.enterContext(VelmorDesktop())
         desktop.environment["VELMOR_LOG_STDERR"] = "1"
         process = desktop.open(200, 150)
-        for child, name in desktop.children(process).items():
-            if name.startswith("WebKitWebProces"):
-                os.kill(child, signal.SIGKILL)
-        waitUntil(lambda: "Velmor: web view navigation failed: The page's process ended "
-                  "unexpectedly." in desktop.log("velmor"), "the death is logged")
-        desktop.screenshot("dead-page")
+        self.kill(process, "WebKitWebProces")
+        waitUntil(lambda: "Velmor: the page was lost: The page's process ended unexpectedly." in
+                  desktop.log("velmor"), "the death is logged")
+        waitUntil(lambda: desktop.helpers(process, "WebKitWebProces"), "the page runs again")
+        desktop.waitForFrame((200, 150, *FULL))
+        self.assertEqual(desktop.alerts(), [])
+        self.kill(process, "WebKitWebProces")
+        waitUntil(desktop.alerts, "the alert is on the screen")
+        desktop.screenshot("lost-page")
+        desktop.activate(desktop.alerts()[0])
+        desktop.key("Return")
+        waitUntil(lambda: not desktop.alerts(), "the alert has been read")
+        self.livesOn(process)
+
+    def testEveryHelperOfThePageMayDie(self):
+        desktop = self.desktop = self.enterContext(VelmorDesktop())
+        process = desktop.open(200, 150)
+        self.kill(process, "WebKitNetworkPr")
+        self.livesOn(process)
+
+    def kill(self, process, name):
+        [self.killed] = waitUntil(lambda: self.desktop.helpers(process, name), f"{name} runs")
+        os.kill(self.killed, signal.SIGKILL)
+        waitUntil(lambda: self.killed not in self.desktop.helpers(process, name), "it has ended")
+
+    def livesOn(self, process):
+        """The window still shrinks, comes back and ends as ever."""
+        desktop = self.desktop
         desktop.click(MINIMISE)
         waitUntil(lambda: desktop.frame() == (625, 150, *SQUARE), "the square is there")
         desktop.click((40, 40))

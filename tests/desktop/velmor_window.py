@@ -90,6 +90,10 @@ class VelmorDesktop(Session):
                 continue
         return names
 
+    def helpers(self, process, name):
+        """The identifiers of its children of that name."""
+        return [child for child, known in self.children(process).items() if known == name]
+
     def listens(self, process):
         return "ffmpeg" in self.children(process).values()
 
@@ -120,6 +124,12 @@ class VelmorDesktop(Session):
                     if window.get_attributes().map_state == X.IsViewable]
         numbers = self._property(self.rootWindow, "_NET_CLIENT_LIST") or []
         return [self.x.create_resource_object("window", number) for number in numbers]
+
+    def alerts(self):
+        """The program's other windows."""
+        main = self.client()
+        return [window for window in self.clients()
+                if window.id != main.id and self._text(window, "_NET_WM_NAME") == "Velmor"]
 
     def frame(self):
         """Origin at the bottom left, as Velmor counts; None while it is not on the screen."""

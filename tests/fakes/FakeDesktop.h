@@ -62,6 +62,7 @@ public:
   void setDelegate(std::weak_ptr<ApplicationDelegate>) override {}
   void setMainMenu(std::vector<MenuItem> items) override { menu = std::move(items); }
   void activateIgnoringOtherApps() override { ++activations; }
+  void showAlert(const std::string& message) override { alerts.push_back(message); }
   void runAlert(const std::string& message) override { alerts.push_back(message); }
 
   std::vector<MenuItem> menu;

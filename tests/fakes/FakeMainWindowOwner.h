@@ -44,8 +44,11 @@ public:
     co_return UpdateInfo{.current = "1.0.0", .offline = true};
   }
   void startNowPlayingWatcher() override { note("startNowPlayingWatcher"); }
+  void stopNowPlayingWatcher() override { note("stopNowPlayingWatcher"); }
   Task<VisionResult> suggestTracks() override {
     co_await Sleep(loop, Seconds{10});
+    const bool cancelled = co_await isCancelled();
+    if (cancelled) note("cancelled");
     failIfToldTo();
     co_return VisionResult{.notice = "Detected through rekordbox deck metadata."};
   }

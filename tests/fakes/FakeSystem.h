@@ -78,8 +78,10 @@ public:
 class FakeWorkspace : public Workspace {
 public:
   void openURL(const std::string&) override {}
+  void willTerminate() override { ++announcements; }
   void terminate() override { ++terminations; }
   bool isTerminating() const override { return terminations > 0; }
+  int announcements = 0;
   int terminations = 0;
 };
 

@@ -76,6 +76,7 @@ TEST_F(MainWindow, IsBuiltWithItsPageAndHandedToItsOwner) {
   EXPECT_EQ(page().scripts.back(), "window.__velmorEmit(\"velmor:track-stopped\", null);");
   native().close();
   EXPECT_THAT(app->calls, ElementsAre("configureWindow", "quit", "shutdown"));
+  EXPECT_EQ(system.workspace.announcements, 1) << "whatever hangs";
 }
 
 TEST_F(MainWindow, IsAsLargeAsTheSettingsSayAndNoLarger) {
@@ -141,6 +142,31 @@ TEST_F(MainWindow, TellsThePageHowFarItsButtonsReach) {
     EXPECT_EQ(page().scripts.back(), insetScript(inset));
     EXPECT_EQ(native().isHidden.size(), 3U);
   }
+}
+
+TEST_F(MainWindow, LoadsALostPageAgainOnceAndThenSaysSo) {
+  build();
+  app->calls.clear();
+  const auto lost = [&] { page().delegate.lock()->processDidTerminate("It ended."); };
+  page().handlers.at("velmor")("velmor", R"({"id":"1","method":"SuggestTracks"})");
+  system.loop.runPending();
+  page().page.clear();
+  page().scripts.clear();
+  lost();
+  system.loop.advance(Seconds{20});
+  EXPECT_EQ(page().page, "/app/Web/index.html");
+  EXPECT_THAT(page().scripts, IsEmpty()) << "no answer to the old page reaches the new one";
+  EXPECT_THAT(app->calls, ElementsAre("stopNowPlayingWatcher", "cancelled"));
+  EXPECT_THAT(desktop.application.alerts, IsEmpty());
+
+  page().page.clear();
+  lost();
+  EXPECT_EQ(page().page, "");
+  EXPECT_EQ(app->calls.back(), "stopNowPlayingWatcher");
+  EXPECT_EQ(native().message, "Velmor failed to load.\n\nIt ended.");
+  EXPECT_THAT(desktop.application.alerts,
+              ElementsAre("It ended. Velmor has stopped watching for tracks. Close its window and "
+                          "start it again."));
 }
 
 TEST_F(MainWindow, SaysWhyThePageCannotBeShown) {

@@ -7,7 +7,6 @@
 #include <glib.h>
 
 #include <algorithm>
-#include <cstdint>
 #include <sstream>
 
 namespace velmor {
@@ -30,15 +29,7 @@ std::string programOf(const std::string& commandLine) {
   return fs::path(words[0]).filename();
 }
 
-/// Reading anything else could take for ever: a pipe, a device, a file that never ends.
-bool isSmallFile(const fs::path& path) {
-  constexpr std::uintmax_t largest = 1024 * 1024;
-  std::error_code error;
-  return fs::is_regular_file(path, error) && fs::file_size(path, error) <= largest;
-}
-
 std::optional<DesktopEntry> readEntry(const fs::path& path, const std::string& identifier) {
-  if (!isSmallFile(path)) return std::nullopt;
   const GlibPtr<GKeyFile> file(g_key_file_new());
   const auto text = readRegularFile(path, longestEntry);
   if (!text || !g_key_file_load_from_data(file.get(), text->data(), text->size(), G_KEY_FILE_NONE,

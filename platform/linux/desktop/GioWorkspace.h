@@ -8,6 +8,7 @@
 
 namespace velmor {
 
+class EndDeadline;
 class GlibMainLoop;
 class SystemLog;
 
@@ -16,16 +17,18 @@ class GioWorkspace final : public Workspace {
 public:
   /// `terminate` requests `quitSource` to stop and ends the loop. What is opened does not inherit
   /// the environment variables named in `ownVariables`.
-  GioWorkspace(GlibMainLoop& mainLoop, std::stop_source quitSource, SystemLog& systemLog,
-               std::vector<std::string> ownVariables);
+  GioWorkspace(GlibMainLoop& mainLoop, std::stop_source quitSource, EndDeadline& endDeadline,
+               SystemLog& systemLog, std::vector<std::string> ownVariables);
 
   void openURL(const std::string& url) override;
+  void willTerminate() override;
   void terminate() override;
   [[nodiscard]] bool isTerminating() const override { return quit.stop_requested(); }
 
 private:
   GlibMainLoop& loop;
   std::stop_source quit;
+  EndDeadline& deadline;
   SystemLog& log;
   std::vector<std::string> hidden;
 };

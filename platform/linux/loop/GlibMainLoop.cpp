@@ -163,7 +163,7 @@ void GlibMainLoop::startWorker(Work work, Work done) {
 void GlibMainLoop::occupyActor(Work work, Work done) {
   actor.hold();
   try {
-    workers.start([this, run = std::move(work), whenDone = std::move(done)]() mutable {
+    occupant.start([this, run = std::move(work), whenDone = std::move(done)]() mutable {
       run();
       run = nullptr;
       actor.release(std::move(whenDone));

@@ -82,8 +82,11 @@ private:
   LaneQueue display;
   LaneQueue actor;
   bool quitting = false;
-  /// The last member: threads that still run when the loop ends may post to the lanes.
-  WorkerThreads workers;
+  // The last members: threads that still run when the loop ends may post to the lanes.
+  /// A few requests and look-ups; more at a time means that something hangs.
+  WorkerThreads workers{8};
+  /// Of its own, so that it never waits for the others.
+  WorkerThreads occupant{1};
 };
 
 } // namespace velmor

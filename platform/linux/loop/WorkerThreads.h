@@ -1,6 +1,7 @@
 #pragma once
 
-#include <atomic>
+#include <cstddef>
+#include <deque>
 #include <functional>
 #include <list>
 #include <mutex>
@@ -8,24 +9,33 @@
 
 namespace velmor {
 
-/// Threads for blocking work, one a piece of work. Destroying it waits for all of them.
+/// Threads for blocking work, one a piece of work, and never more than `most` at a time: what comes
+/// beyond waits for its turn. Destroying it drops what waits, and waits for what runs.
 class WorkerThreads {
 public:
-  WorkerThreads() = default;
+  using Work = std::function<void()>;
+
+  explicit WorkerThreads(std::size_t mostThreads) : most(mostThreads) {}
   WorkerThreads(const WorkerThreads&) = delete;
   WorkerThreads& operator=(const WorkerThreads&) = delete;
-  ~WorkerThreads() = default;
+  ~WorkerThreads();
 
-  /// Runs `work`, which must not throw, on a thread of its own. Any thread.
-  void start(std::function<void()> work);
+  /// Runs `work`, which must not throw, on another thread. Throws std::system_error when there can
+  /// be no thread. Any thread.
+  void start(Work work);
 
 private:
   struct Worker {
-    std::atomic<bool> finished = false;
+    bool finished = false;
     std::jthread thread;
   };
 
+  /// What a worker does next; nothing, and it has finished, when there is no more.
+  Work next(Worker& worker);
+
+  const std::size_t most;
   std::mutex lock;
+  std::deque<Work> waiting;
   std::list<Worker> workers;
 };
 

@@ -180,8 +180,8 @@ void WebKitPageView::connectSignals() {
   };
   const auto died = [](WebKitWebView*, WebKitWebProcessTerminationReason reason, gpointer data) {
     const bool tooLarge = reason == WEBKIT_WEB_PROCESS_EXCEEDED_MEMORY_LIMIT;
-    static_cast<WebKitPageView*>(data)->failed(tooLarge ? "The page's process took too much memory."
-                                                        : "The page's process ended unexpectedly.");
+    static_cast<WebKitPageView*>(data)->died(tooLarge ? "The page's process took too much memory."
+                                                      : "The page's process ended unexpectedly.");
   };
   signals.connect(view.get(), "load-changed", +changed, this);
   signals.connect(view.get(), "load-failed", +loadFailed, this);
@@ -232,6 +232,13 @@ void WebKitPageView::finished() {
   // A failure ends like a success.
   if (hasFailed) return;
   if (const auto told = delegate.lock()) told->didFinish();
+}
+
+void WebKitPageView::died(const std::string& description) {
+  // Nobody is told inside the toolkit's own call: loading again there would be too early.
+  loop.post(MainLoop::Lane::Display, [told = delegate, description] {
+    if (const auto hears = told.lock()) hears->processDidTerminate(description);
+  });
 }
 
 void WebKitPageView::failed(const std::string& description) {

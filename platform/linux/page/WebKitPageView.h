@@ -65,6 +65,7 @@ private:
   void connectSignals();
   void received(const Handler& handler, _WebKitJavascriptResult* result);
   void finished();
+  void died(const std::string& description);
   void failed(const std::string& description);
 
   MainLoop& loop;

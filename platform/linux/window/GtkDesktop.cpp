@@ -21,6 +21,13 @@ namespace {
 constexpr auto applicationIdentifier = "app.velmor.Velmor";
 constexpr unsigned privateFolder = 0700;
 
+GtkWidget* makeAlert(const std::string& message, GtkDialogFlags flags) {
+  auto* const dialog = gtk_message_dialog_new(nullptr, flags, GTK_MESSAGE_ERROR, GTK_BUTTONS_OK,
+                                              "%s", message.c_str());
+  gtk_window_set_title(GTK_WINDOW(dialog), "Velmor");
+  return dialog;
+}
+
 } // namespace
 
 /// Those who want to hear what happens on the whole desktop.
@@ -160,10 +167,19 @@ void GtkDesktop::activateIgnoringOtherApps() {
   }
 }
 
+void GtkDesktop::showAlert(const std::string& message) {
+  auto* const dialog = makeAlert(message, GtkDialogFlags{});
+  // The main window stays above all others, and must not hide it.
+  gtk_window_set_keep_above(GTK_WINDOW(dialog), TRUE);
+  const auto close = [](GtkDialog* answered, int, gpointer) {
+    gtk_widget_destroy(GTK_WIDGET(answered));
+  };
+  g_signal_connect(dialog, "response", G_CALLBACK(+close), nullptr);
+  gtk_widget_show(dialog);
+}
+
 void GtkDesktop::runAlert(const std::string& message) {
-  auto* const dialog = gtk_message_dialog_new(nullptr, GTK_DIALOG_MODAL, GTK_MESSAGE_ERROR,
-                                              GTK_BUTTONS_OK, "%s", message.c_str());
-  gtk_window_set_title(GTK_WINDOW(dialog), "Velmor");
+  auto* const dialog = makeAlert(message, GTK_DIALOG_MODAL);
   bool answered = false;
   const auto answer = [](GtkDialog*, int, gpointer data) { *static_cast<bool*>(data) = true; };
   SignalConnections response;

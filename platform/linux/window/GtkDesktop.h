@@ -47,6 +47,7 @@ public:
   }
   void setMainMenu(std::vector<MenuItem> items) override { menu.setItems(std::move(items)); }
   void activateIgnoringOtherApps() override;
+  void showAlert(const std::string& message) override;
   void runAlert(const std::string& message) override;
 
 private:

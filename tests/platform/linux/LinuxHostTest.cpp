@@ -3,7 +3,10 @@
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
+#include <chrono>
+#include <cstdlib>
 #include <fstream>
 #include <sstream>
 #include <thread>
@@ -11,6 +14,22 @@
 namespace velmor {
 
 namespace {
+
+TEST(LinuxHostDeathTest, EndsInTimeWhateverHangs) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  const auto endWhileThisHangs = [](const MainLoop::Work& work) {
+    const auto host = makeHost();
+    const auto& platform = host->platform();
+    platform.mainLoop.startWorker(work, [] {});
+    platform.workspace.terminate();
+    host->run();
+  };
+  EXPECT_EXIT(endWhileThisHangs([] { ::pause(); }), testing::ExitedWithCode(1), "");
+  EXPECT_EXIT((endWhileThisHangs([] {}), std::this_thread::sleep_for(std::chrono::seconds{3}),
+               std::_Exit(0)),
+              testing::ExitedWithCode(0), "")
+      << "what ends by itself is left alone";
+}
 
 TEST(LinuxHostTest, OpensAddressesAsOneArgument) {
   const TemporaryFolder folder;

@@ -28,8 +28,6 @@ protected:
     // Nobody ever writes into it.
     mkfifo((folder.path / "shared/applications/pipe.desktop").c_str(), 0600);
     write("shared/applications/broken.desktop", "Name=Broken\nExec=\"unclosed");
-    // Opening it would wait for somebody who writes.
-    ::mkfifo((folder.path / "shared/applications/pipe.desktop").c_str(), 0600);
   }
 
   void write(const std::string& name, const std::string& keys) {

@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <atomic>
 #include <latch>
 
 namespace velmor {
@@ -105,6 +107,30 @@ TEST_F(MainLoopTest, OccupiedActorLaneHoldsItsWorkBackWhileTheDisplayLaneGoesOn)
                                                       "from work", "from display", "actor timer"));
   EXPECT_THAT(Names(happened.begin(), happened.begin() + 3),
               ElementsAre("display", "done", "posted before"));
+}
+
+TEST_F(MainLoopTest, ThreadsDoNotPileUpBehindWorkThatHangs) {
+  constexpr int pieces = 50;
+  std::latch gate{1};
+  std::atomic<int> running = 0;
+  std::atomic<int> most = 0;
+  int done = 0;
+  for (int piece = 0; piece < pieces; ++piece) {
+    loop.startWorker(
+        [&] {
+          most = std::max<int>(most, ++running);
+          gate.wait();
+          --running;
+        },
+        [&] {
+          if (++done == pieces) loop.quit();
+        });
+  }
+  // What occupies the lane never waits for them.
+  loop.post(Lane::Actor, [&] { loop.occupyActor([&] { gate.count_down(); }, [] {}); });
+  loop.run();
+  EXPECT_EQ(done, pieces);
+  EXPECT_LE(most, 8);
 }
 
 TEST_F(MainLoopTest, QuittingEndsTheWaitForOccupyingWork) {
