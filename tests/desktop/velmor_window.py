@@ -117,9 +117,16 @@ class VelmorDesktop(Session):
     def clients(self):
         if not self.manager:
             return [window for window in self.rootWindow.query_tree().children
-                    if window.get_attributes().map_state == X.IsViewable]
+                    if self._isViewable(window)]
         numbers = self._property(self.rootWindow, "_NET_CLIENT_LIST") or []
         return [self.x.create_resource_object("window", number) for number in numbers]
+
+    @staticmethod
+    def _isViewable(window):
+        try:
+            return window.get_attributes().map_state == X.IsViewable
+        except error.BadWindow:
+            return False
 
     def frame(self):
         """Origin at the bottom left, as Velmor counts; None while it is not on the screen."""
