@@ -32,7 +32,8 @@ public:
   virtual ~Application() = default;
 
   /// True when it runs in this session already: that instance has been told to handle the start,
-  /// and this one has nothing to do. Else this is the one instance from now on.
+  /// and this one has nothing to do. Else this is the one instance from now on. Throws a
+  /// std::runtime_error when the other instance does not answer within a few seconds.
   [[nodiscard]] virtual bool handOverToRunningInstance() = 0;
 
   /// A delegate that has gone is not told any more.

@@ -35,6 +35,31 @@ class LifecycleTest(unittest.TestCase):
         self.assertEqual(desktop.run([desktop.program]).returncode, 0)
         desktop.waitForSize(SQUARE)
 
+    def testASecondStartSaysThatTheFirstHangs(self):
+        process = self.open()
+        process.send_signal(signal.SIGSTOP)
+        began = time.monotonic()
+        result = self.desktop.run([self.desktop.program])
+        print(f"said after {time.monotonic() - began:.1f} s")
+        self.assertNotEqual(result.returncode, 0)
+        self.assertIn("Velmor is running already, but it does not answer.", result.stderr)
+        process.send_signal(signal.SIGCONT)
+        self.desktop.waitForFrame((200, 150, *FULL))
+
+    def testASecondStartRaisesTheAlert(self):
+        desktop = self.desktop = self.enterContext(VelmorDesktop())
+        folder = os.path.join(desktop.home, ".config", "Velmor")
+        os.makedirs(folder)
+        with open(os.path.join(folder, "config.json"), "w", encoding="utf-8") as file:
+            file.write("not JSON")
+        desktop.start([desktop.program], log="velmor.log")
+        alert = waitUntil(desktop.client, "the alert is there")
+        other = desktop.otherWindow()
+        desktop.activate(other)
+        waitUntil(lambda: desktop.active() == other.id, "the other window is active")
+        self.assertEqual(desktop.run([desktop.program]).returncode, 0)
+        waitUntil(lambda: desktop.topmost() == alert.id, "the alert is raised")
+
     def testEveryEndIsQuickAndLeavesNothing(self):
         for how in ("TERM", "INT", "quit", "close", "TERM while compact"):
             with self.subTest(how):

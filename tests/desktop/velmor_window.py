@@ -121,7 +121,7 @@ class VelmorDesktop(Session):
     def clients(self):
         if not self.manager:
             return [window for window in self.rootWindow.query_tree().children
-                    if window.get_attributes().map_state == X.IsViewable]
+                    if self._isViewable(window)]
         numbers = self._property(self.rootWindow, "_NET_CLIENT_LIST") or []
         return [self.x.create_resource_object("window", number) for number in numbers]
 
@@ -130,6 +130,13 @@ class VelmorDesktop(Session):
         main = self.client()
         return [window for window in self.clients()
                 if window.id != main.id and self._text(window, "_NET_WM_NAME") == "Velmor"]
+
+    @staticmethod
+    def _isViewable(window):
+        try:
+            return window.get_attributes().map_state == X.IsViewable
+        except error.BadWindow:
+            return False
 
     def frame(self):
         """Origin at the bottom left, as Velmor counts; None while it is not on the screen."""
@@ -156,7 +163,9 @@ class VelmorDesktop(Session):
 
     def shows(self, expected):
         """Whether the window has this frame and is painted, with its buttons: it takes clicks."""
-        if self.frame() != expected or min(self.pixel(expected[2] - 3, expected[3] - 3)) < 0xF0:
+        # Of what hangs over the screen's edge there is no picture.
+        width = min(expected[2], SCREEN[0] - expected[0])
+        if self.frame() != expected or min(self.pixel(width - 3, expected[3] - 3)) < 0xF0:
             return False
         return expected[2:] != FULL or max(self.pixel(*MINIMISE)) < 0xD0
 

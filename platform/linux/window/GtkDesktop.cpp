@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <list>
+#include <stdexcept>
 #include <string_view>
 
 namespace velmor {
@@ -19,7 +20,31 @@ namespace velmor {
 namespace {
 
 constexpr auto applicationIdentifier = "app.velmor.Velmor";
+constexpr auto applicationPath = "/app/velmor/Velmor";
 constexpr unsigned privateFolder = 0700;
+constexpr int longestAnswerMilliseconds = 3000;
+
+/// Tells the instance that runs in this session, if any, that it was started again. False when
+/// there is none. Throws when it does not answer: the toolkit by itself would wait for it for half
+/// a minute and then go on as a second instance.
+bool tellRunningInstance() {
+  const GlibPtr<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
+  if (!bus) return false;
+  GError* failed = nullptr;
+  GVariant* const answer = g_dbus_connection_call_sync(
+      bus.get(), applicationIdentifier, applicationPath, "org.gtk.Application", "Activate",
+      g_variant_new("(a{sv})", nullptr), nullptr, G_DBUS_CALL_FLAGS_NO_AUTO_START,
+      longestAnswerMilliseconds, nullptr, &failed);
+  if (answer) {
+    g_variant_unref(answer);
+    return true;
+  }
+  const bool hangs = g_error_matches(failed, G_IO_ERROR, G_IO_ERROR_TIMED_OUT) != FALSE;
+  g_error_free(failed);
+  if (hangs)
+    throw std::runtime_error("Velmor is running already, but it does not answer. End it first.");
+  return false;
+}
 
 GtkWidget* makeAlert(const std::string& message, GtkDialogFlags flags) {
   auto* const dialog = gtk_message_dialog_new(nullptr, flags, GTK_MESSAGE_ERROR, GTK_BUTTONS_OK,
@@ -149,8 +174,10 @@ std::unique_ptr<DesktopObservation> GtkDesktop::observe(DesktopNotification noti
 bool GtkDesktop::handOverToRunningInstance() {
   const auto startedAgain = [](GApplication*, gpointer data) {
     const auto& desktop = *static_cast<GtkDesktop*>(data);
+    if (desktop.alert) gtk_window_present(GTK_WINDOW(desktop.alert));
     if (const auto told = desktop.delegate.lock()) told->applicationShouldHandleReopen();
   };
+  if (tellRunningInstance()) return true;
   auto* const self = application.get();
   signals.connect(self, "activate", +startedAgain, this);
   // Without a session bus nobody can be asked, and there may be several.
@@ -185,8 +212,10 @@ void GtkDesktop::runAlert(const std::string& message) {
   SignalConnections response;
   response.connect(dialog, "response", +answer, &answered);
   gtk_widget_show(dialog);
+  alert = dialog;
   while (!answered && !platform.workspace.isTerminating())
     g_main_context_iteration(nullptr, TRUE);
+  alert = nullptr;
   gtk_widget_destroy(dialog);
 }
 

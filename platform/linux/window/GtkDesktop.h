@@ -18,6 +18,7 @@
 #include <vector>
 
 struct _GApplication;
+struct _GtkWidget;
 
 namespace velmor {
 
@@ -63,6 +64,8 @@ private:
   GlibPtr<_GApplication> application;
   SignalConnections signals;
   GtkMainMenu menu;
+  /// While it waits for an answer.
+  _GtkWidget* alert = nullptr;
   WindowProperties properties;
   std::unique_ptr<Observers> observers;
   /// Made with the first window: it starts processes.
