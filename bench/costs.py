@@ -102,7 +102,7 @@ def restTable(rounds):
     for name, automatic, square in (("window, Auto off", False, False),
                                     ("square, Auto off", False, True),
                                     ("window, Auto on, nothing plays", True, False)):
-        with Session(alone=True) as desktop:
+        with Session(alone=automatic) as desktop:
             configure(desktop, autoSuggestTracks=automatic, tinkerApiKey="none")
             screen = Screen(desktop.environment["DISPLAY"])
             process = desktop.start(PROGRAMS["Velmor"])

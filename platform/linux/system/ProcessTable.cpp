@@ -44,12 +44,18 @@ Reading readName(int processes, const char* process, std::string& name) {
 
 std::shared_ptr<const ProcessTable::Names> ProcessTable::names() {
   const std::lock_guard guard(mutex);
-  using Clock = std::chrono::steady_clock;
-  if (!last || Clock::now() - lastEnd >= freshness) {
+  if (!isFresh()) {
+    lastStart = std::chrono::steady_clock::now();
     last = look();
-    lastEnd = Clock::now();
+    lastEnd = std::chrono::steady_clock::now();
   }
   return last;
+}
+
+bool ProcessTable::isFresh() const {
+  if (!last || freshness == freshness.zero()) return false;
+  const auto age = std::chrono::steady_clock::now() - lastEnd;
+  return age < freshness || age < lastEnd - lastStart;
 }
 
 std::shared_ptr<const ProcessTable::Names> ProcessTable::look() {

@@ -25,11 +25,13 @@ class ProcessTable {
 public:
   using Names = std::vector<NamedProcess>;
 
-  /// For how long after its end a look may serve once more. A poll without news asks all its
-  /// questions within this time. What pgrep answers is older when it arrives: it reads ten times as
-  /// much of each process, and starting and ending it takes as long again.
+  /// For how long after its end a look may serve once more; as long as the look itself lasted when
+  /// that is more, as with thousands of processes or on a busy machine. A poll without news asks
+  /// all its questions within this time. What pgrep answers is older when it arrives: it reads ten
+  /// times as much of each process, and starting and ending it takes as long again.
   static constexpr std::chrono::milliseconds usualFreshness{5};
 
+  /// With a freshness of zero every question has a look of its own.
   explicit ProcessTable(std::chrono::milliseconds lookFreshness = usualFreshness)
       : freshness(lookFreshness) {}
 
@@ -41,6 +43,7 @@ private:
     void operator()(DIR* folder) const { ::closedir(folder); }
   };
 
+  [[nodiscard]] bool isFresh() const;
   [[nodiscard]] std::shared_ptr<const Names> look();
 
   const std::chrono::milliseconds freshness;
@@ -48,6 +51,7 @@ private:
   /// The folder /proc, opened by the first look and kept.
   std::unique_ptr<DIR, CloseFolder> folder;
   std::shared_ptr<const Names> last;
+  std::chrono::steady_clock::time_point lastStart;
   std::chrono::steady_clock::time_point lastEnd;
 };
 
