@@ -135,16 +135,8 @@ WebBridge::WebBridge(MainLoop& mainLoop, std::shared_ptr<AppCommands> commands)
 
 void WebBridge::didReceive(const std::string& name, const std::string& body) {
   if (name != handlerName) return;
-  const Json message = Json::parse(body, nullptr, false);
-  if (!message.is_object()) return;
-  const auto id = message.find("id");
-  const auto method = message.find("method");
-  if (id == message.end() || !id->is_string()) return;
-  if (method == message.end() || !method->is_string()) return;
-  const auto args = message.find("args");
-  const bool given = args != message.end() && args->is_array();
-  tasks.start(answer(id->get<std::string>(), method->get<std::string>(),
-                     given ? *args : Json(Json::value_t::array)));
+  auto message = PageMessage::read(body);
+  if (message) tasks.start(answer(std::move(*message)));
 }
 
 void WebBridge::emit(const std::string& event, const std::optional<std::string>& jsonPayload) {
@@ -152,12 +144,12 @@ void WebBridge::emit(const std::string& event, const std::optional<std::string>&
            jsonPayload.value_or("null") + ");");
 }
 
-Task<void> WebBridge::answer(std::string id, std::string method, Json args) {
+Task<void> WebBridge::answer(PageMessage message) {
   try {
-    const Result result = co_await handle(method, {*controller, *this, args});
-    if (const auto json = encoded(result)) respond(id, *json);
+    const Result result = co_await handle(message.method, {*controller, *this, message.args});
+    if (const auto json = encoded(result)) respond(message.id, *json);
   } catch (const std::exception& error) {
-    reject(id, error.what());
+    reject(message.id, messageOf(error));
   }
 }
 
