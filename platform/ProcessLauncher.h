@@ -19,6 +19,8 @@ struct ChildProcess {
   /// Sends standard error where standard output goes, in the order of writing; `errorOutput` of the
   /// result is "" then.
   bool mergeErrorOutput = false;
+  /// Ends the child when Velmor ends, even when Velmor is killed or crashes.
+  bool endsWithVelmor = false;
 };
 
 /// How a child program ended and what it printed.
