@@ -1,6 +1,7 @@
 #include "ai/ProviderAnswer.h"
 
 #include "base/Json.h"
+#include "base/Text.h"
 #include "base/VelmorError.h"
 
 #include <algorithm>
@@ -9,14 +10,29 @@ namespace velmor {
 
 using Json = nlohmann::json;
 
-Json ProviderAnswer::object(std::string_view bytes, const char* notAnObject) {
+Json ProviderAnswer::object(std::string_view bytes, const std::string& provider,
+                            const char* notAnObject) {
+  if (isWebPage(bytes)) throw DecodingError(webPageMessage(provider));
   Json answer = JsonDecoder::parse(bytes);
   if (!answer.is_object()) throw VelmorError(notAnObject);
   const auto error = answer.find("error");
-  if (error != answer.end() && error->is_object()) {
-    if (const auto* message = text(*error, "message")) throw VelmorError(*message);
-  }
-  return answer;
+  if (error == answer.end() || !error->is_object()) return answer;
+  const auto* const message = text(*error, "message");
+  if (!message) return answer;
+  const bool isBlank = velmor::text::trimmed(*message).empty();
+  throw VelmorError(isBlank ? provider + " reported an error without a reason." : *message);
+}
+
+bool ProviderAnswer::isWebPage(std::string_view bytes) {
+  return velmor::text::trimmed(bytes).starts_with('<');
+}
+
+std::string ProviderAnswer::webPageMessage(const std::string& provider) {
+  return provider + " answered with a web page: is this network asking you to log in?";
+}
+
+std::string ProviderAnswer::cutOffMessage(const std::string& provider) {
+  return provider + "'s answer was cut off; ask for fewer songs";
 }
 
 const Json* ProviderAnswer::objects(const Json& answer, const char* member) {
