@@ -57,7 +57,7 @@ TEST_F(SuggestionTest, RecordsNothingForAQuestionThatCannotBeAsked) {
       {"key", "ftp://x",
        "VELMOR_TINKER_URL is not a whole address that begins with http:// or https://."}};
   play("Song");
-  installExtractor([](const ChildProcess&) { return ChildResult{}; });
+  installExtractor([](const ChildProcess&) { return ChildResult{1, "", ""}; });
   for (const auto& [key, address, message] : cases) {
     system.environment.variables["TINKER_API_KEY"] = key;
     system.environment.variables["VELMOR_TINKER_URL"] = address;
@@ -96,7 +96,7 @@ TEST_F(SuggestionTest, PutsWhatItHearsInPlaceOfWhatItWasTold) {
   EXPECT_NE(prompt.find("- BPM: 127.90\n- Key: 11A\n"), std::string::npos);
   EXPECT_EQ(result.currentTrack.other, "Essentia audio analysis; average loudness 0.877");
   EXPECT_EQ(result.notice, "Detected through sight and analyzed with Essentia.");
-  EXPECT_EQ(listen(2, ""), "ok");
+  EXPECT_EQ(listen(2, "{}"), "ok");
   EXPECT_EQ(result.notice, "Detected through sight; Essentia audio analysis was unavailable for "
                            "this sample.");
   EXPECT_EQ(system.log.lines.back(),
