@@ -18,6 +18,8 @@ namespace {
 
 constexpr Seconds sessionTimeout{45};
 constexpr Seconds requestTimeout{60};
+/// For an answer of which something arrives now and then: the model itself takes less.
+constexpr Seconds exchangeTimeout{170};
 
 } // namespace
 
@@ -25,7 +27,8 @@ AIClient::AIClient(const Platform& platform, ProviderEndpoint tinker, ProviderEn
     : loop(platform.mainLoop)
     , tinkerEndpoint(std::move(tinker))
     , openAIEndpoint(std::move(openAI))
-    , session(platform.http.makeSession({.requestTimeout = sessionTimeout})) {}
+    , session(platform.http.makeSession(
+          {.requestTimeout = sessionTimeout, .resourceTimeout = exchangeTimeout})) {}
 
 void AIClient::check(const Request& request) const {
   requireUsableKey(request.apiKey);
@@ -71,15 +74,17 @@ Task<Analysis> AIClient::requestTinker(const Request& request, const std::string
 
 Task<std::string> AIClient::postJSON(const std::string& url, const Headers& headers,
                                      const nlohmann::json& body) {
+  std::stop_source stop;
   HttpRequest request{.method = "POST",
                       .url = url,
                       .headers = headers,
                       .body = jsonEncoder().encode(body),
-                      .timeout = requestTimeout};
+                      .timeout = requestTimeout,
+                      .stop = stop.get_token()};
   const auto send = [session = session, request = std::move(request)] {
     return session->send(request);
   };
-  HttpResponse response = co_await onWorker(loop, send);
+  HttpResponse response = co_await onWorker(loop, send, stop);
   if (response.status < 200 || response.status > 299) {
     throw VelmorError("request failed with status " + std::to_string(response.status),
                       response.status);

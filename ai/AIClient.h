@@ -45,8 +45,9 @@ public:
 
   /// The checked answer (AnalysisValidation.h). Its current track is the one that was given,
   /// whatever the model says. Throws VelmorError with a sentence for the user (with the HTTP status
-  /// as its code for a refused request), TransportError when the connection fails or
-  /// nothing arrives for 45 seconds, DecodingError when the answer is not the JSON asked for.
+  /// as its code for a refused request), TransportError when the connection fails, nothing arrives
+  /// for 45 seconds or the answer is not complete after 170, DecodingError when it is not the JSON
+  /// asked for. Cancelling the task ends the exchange.
   [[nodiscard]] Task<Analysis> recommend(Request request);
 
 private:

@@ -20,7 +20,8 @@ Json ProviderAnswer::object(std::string_view bytes, const std::string& provider,
   const auto* const message = text(*error, "message");
   if (!message) return answer;
   const bool isBlank = velmor::text::trimmed(*message).empty();
-  throw VelmorError(isBlank ? provider + " reported an error without a reason." : *message);
+  if (isBlank) throw VelmorError(provider + " reported an error without a reason.");
+  throw VelmorError(std::string(velmor::text::bounded(*message)));
 }
 
 bool ProviderAnswer::isWebPage(std::string_view bytes) {

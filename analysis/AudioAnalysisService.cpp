@@ -11,12 +11,16 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <string>
 
 namespace velmor {
 
 namespace {
 
+// Far more than either takes: for those that hang.
+constexpr std::chrono::seconds recorderLimit{60};
+constexpr std::chrono::seconds extractorLimit{120};
 constexpr std::array extractorNames{"essentia_streaming_extractor_music",
                                     "essentia_streaming_extractor_music.exe"};
 
@@ -46,7 +50,8 @@ ChildProcess recorder(const Platform& platform, const std::string& device,
   return {.executable = *ffmpeg,
           .arguments = arguments,
           .mergeErrorOutput = true,
-          .endsWithVelmor = true};
+          .endsWithVelmor = true,
+          .timeLimit = recorderLimit};
 }
 
 /// Why this device gives no recording; "" when it gives one.
@@ -132,7 +137,8 @@ ChildResult AudioAnalysisService::runExtractor(const Platform& platform,
   return platform.processes.run({.executable = extractor,
                                  .arguments = {sample.string(), report.string()},
                                  .mergeErrorOutput = true,
-                                 .endsWithVelmor = true});
+                                 .endsWithVelmor = true,
+                                 .timeLimit = extractorLimit});
 }
 
 AudioAnalysisService::Features AudioAnalysisService::analyze(const Platform& platform) {

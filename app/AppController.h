@@ -43,10 +43,9 @@ public:
   /// The rest of `suggestTracks`, for a track that has been found. Throws likewise.
   [[nodiscard]] Task<VisionResult> suggestTracksAfter(NowPlayingTrack track);
 
-  /// The playing track. Throws VelmorError with the sentence for the user.
+  /// The playing track. Looks twice for rekordbox's when nobody has looked for a while. Throws
+  /// VelmorError with the sentence for the user.
   [[nodiscard]] Task<NowPlayingTrack> detectTrack();
-
-  [[nodiscard]] Task<bool> isRekordboxRunning();
 
   /// The rest of a suggestion, for a track that has been found. Throws VelmorError or what the
   /// model's client throws.

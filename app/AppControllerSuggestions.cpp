@@ -108,14 +108,12 @@ Task<VisionResult> AppController::suggestTracksAfter(NowPlayingTrack track) {
 }
 
 Task<NowPlayingTrack> AppController::detectTrack() {
+  const auto note = [detector = nowPlaying] { return detector->noteClocks(); };
+  const bool noted = co_await occupied(platform.mainLoop, note);
+  if (noted) co_await Sleep(platform.mainLoop, NowPlayingDetector::secondLook);
   const auto look = [detector = nowPlaying, system = platform] {
     return detect(*detector, system);
   };
-  co_return co_await occupied(platform.mainLoop, look);
-}
-
-Task<bool> AppController::isRekordboxRunning() {
-  const auto look = [system = platform] { return RekordboxDetector::isRunning(system); };
   co_return co_await occupied(platform.mainLoop, look);
 }
 

@@ -14,6 +14,7 @@
 #include "nowplaying/VirtualDJNetworkControl.h"
 #include "platform/FileManager.h"
 #include "platform/MediaRemote.h"
+#include "platform/PlatformRecord.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -26,36 +27,69 @@ using State = DoctorFinding::State;
 using Paths = std::vector<std::filesystem::path>;
 
 constexpr Seconds patience{2};
+constexpr auto startInSession =
+    "Start Velmor inside your desktop session. The services listed below say what is missing.";
 
 DoctorFinding absent(const std::string& name, const std::string& advice) {
   return {name, State::absent, "not running", advice};
 }
 
+/// What to do about a database that cannot be read.
+std::string adviceAbout(SQLiteReader::Obstacle obstacle) {
+  switch (obstacle) {
+  case SQLiteReader::Obstacle::notAFile:
+    return "Something else stands in the place of the database or of a file beside it: remove it.";
+  case SQLiteReader::Obstacle::strayLog:
+    return "Its last changes lie in a log that was copied or left behind, and Velmor writes "
+           "nothing "
+           "to recover them. Start and quit the program once.";
+  default:
+    return "Give your user the right to read the file and its folder. If it has it, the program "
+           "keeps the file locked, or the file is damaged.";
+  }
+}
+
 /// What to say of a running program that Velmor reads from one of these databases.
-DoctorFinding database(const Platform& platform, const std::string& name, const Paths& paths,
+DoctorFinding database(const std::string& name, const Paths& paths,
                        const std::string& missingAdvice) {
-  const auto readable = std::ranges::find_if(paths, SQLiteReader::canRead);
-  if (readable != paths.end()) {
-    return {name, State::ready, "running, reads " + readable->string(), ""};
+  using Obstacle = SQLiteReader::Obstacle;
+  std::optional<DoctorFinding> unreadable;
+  for (const auto& path : paths) {
+    const auto obstacle = SQLiteReader::obstacle(path);
+    if (obstacle == Obstacle::none) {
+      return {name, State::ready, "running, reads " + path.string(), ""};
+    }
+    if (obstacle == Obstacle::missing || unreadable) continue;
+    unreadable = {name, State::faulty, "running, but " + path.string() + " cannot be read",
+                  adviceAbout(obstacle)};
   }
-  const auto found =
-      std::ranges::find_if(paths, [&](const auto& path) { return platform.files.exists(path); });
-  if (found == paths.end()) {
-    return {name, State::faulty, "running, but there is no " + paths.front().string(),
-            missingAdvice};
+  if (unreadable) return *unreadable;
+  return {name, State::faulty, "running, but there is no " + paths.front().string(), missingAdvice};
+}
+
+/// Whether the reader gives a track.
+template <typename Reader>
+bool names(const Platform& platform, Reader reader) {
+  try {
+    static_cast<void>(reader(platform));
+    return true;
+  } catch (const std::exception&) {
+    return false;
   }
-  return {name, State::faulty, "running, but " + found->string() + " cannot be read",
-          "Give your user the right to read the file and its folder."};
 }
 
 DoctorFinding mixxx(const Platform& platform) {
   constexpr auto name = "Mixxx";
   if (!MixxxDetector::isRunning(platform)) return absent(name, "Start Mixxx and play a track.");
-  if (MixxxDetector::accessibilityWindowTitle(platform) || MixxxDetector::cgWindowTitle(platform)) {
-    return {name, State::ready, "running, the window's title names the track", ""};
+  if (MixxxDetector::displayedTrack(platform)) {
+    if (names(platform, MixxxDetector::current)) {
+      return {name, State::ready, "running, the window's title names the track", ""};
+    }
+    return {name, State::faulty, "running, but the track that its window shows has no artist",
+            "Velmor knows a track by artist and title: enter both in Mixxx's library."};
   }
   const auto libraries = MixxxLibrary::libraryDatabasePaths(platform);
-  if (!libraries.empty()) return database(platform, name, libraries, "");
+  if (!libraries.empty()) return database(name, libraries, "");
   return {name, State::faulty, "running, but no window names a track and your home has no library",
           "Load and play a track. Run Mixxx as the same user and with its usual settings folder."};
 }
@@ -72,7 +106,9 @@ DoctorFinding rekordbox(const Platform& platform) {
   } catch (const NowPlayingError& error) {
     if (error.errorCase() == NowPlayingError::Case::accessibilityDenied) {
       return {name, State::faulty, "running, but its window may not be read",
-              error.errorDescription()};
+              "Let Velmor read other programs' windows: on macOS in System Settings → Privacy & "
+              "Security → Accessibility; on Linux by switching the accessibility bus on, of which "
+              "a line below tells. Then start rekordbox again."};
     }
   } catch (const std::exception&) {
     // The same advice helps as for a window without a deck.
@@ -85,7 +121,7 @@ DoctorFinding rekordbox(const Platform& platform) {
 DoctorFinding djay(const Platform& platform) {
   constexpr auto name = "djay Pro";
   if (!DjayDetector::isRunning(platform)) return absent(name, "Start djay Pro and play a track.");
-  return database(platform, name, DjayDetector::mediaLibraryPaths(platform),
+  return database(name, DjayDetector::mediaLibraryPaths(platform),
                   "Keep the media library in the Music folder, and play a track.");
 }
 
@@ -97,7 +133,14 @@ DoctorFinding player(const Platform& platform, const std::string& name) {
     const bool plays =
         StreamingAppDetector::current(platform, name, {name}, name, name).has_value();
     if (plays) return {name, State::ready, "running, plays a track", ""};
-    return {name, State::absent, "running, but plays nothing", "Press play in " + name + "."};
+    const bool isAskedOnBus = platform.record.answerScript != nullptr;
+    if (isAskedOnBus && !platform.mediaRemote.open()) {
+      return {name, State::faulty, "running, but there is no session bus to ask it on",
+              startInSession};
+    }
+    return {name, State::absent, "running, but plays nothing",
+            "Press play in " + name +
+                ". What has no artist or album, such as an advertisement, is no track."};
   } catch (const std::exception& error) {
     return {name, State::faulty, "running, but Velmor could not ask it", error.what()};
   }
@@ -107,14 +150,17 @@ DoctorFinding mediaSession(const Platform& platform) {
   constexpr auto name = "Media session";
   const auto session = platform.mediaRemote.open();
   if (!session) {
-    return {
-        name, State::faulty, "not available",
-        "Start Velmor inside your desktop session. The services listed below say what is missing."};
+    return {name, State::faulty, "not available", startInSession};
   }
   const auto client = session->nowPlayingClient(patience);
   if (session->nowPlayingApplicationIsPlaying(patience).value_or(false)) {
     const auto who = client ? MediaRemoteClient::mediaSourceName(*client) : "a player";
-    return {name, State::ready, who + " plays", ""};
+    if (MediaRemoteClient::currentTrackWorker(platform)) {
+      return {name, State::ready, who + " plays", ""};
+    }
+    return {name, State::faulty, who + " plays, but does not tell title and artist",
+            "Velmor knows a track by artist and title. Give the file both tags, or play it where "
+            "both are announced."};
   }
   return {name, State::absent, client ? "a player is open, but plays nothing" : "no player",
           "Play a track in a browser or any player that announces its track."};
@@ -145,7 +191,7 @@ DoctorFinding virtualDJ(const Platform& platform) {
 DoctorFinding serato(const Platform& platform) {
   constexpr auto name = "Serato";
   if (!SeratoDetector::isRunning(platform)) return absent(name, "Start Serato and play a track.");
-  return database(platform, name, SeratoDetector::historyPaths(platform),
+  return database(name, SeratoDetector::historyPaths(platform),
                   "Play a track, so that Serato writes its history.");
 }
 

@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -24,9 +25,6 @@ namespace {
 
 constexpr int failure = 1;
 constexpr int unusable = 2;
-/// The rekordbox reader tells a playing deck by its clock, which takes a second look.
-constexpr Seconds secondLook{1.5};
-constexpr auto rekordbox = "rekordbox";
 
 std::shared_ptr<AppController> makeController(const Platform& platform) {
   return std::make_shared<AppController>(platform, std::make_shared<ConfigStore>(platform));
@@ -174,27 +172,13 @@ Task<void> Program::reporting(Task<void> command) {
   }
 }
 
-Task<void> Program::noteClocks(AppController& controller) {
-  const bool running = co_await controller.isRekordboxRunning();
-  if (!running) co_return;
-  try {
-    const auto track = co_await controller.detectTrack();
-    if (track.source != rekordbox) co_return;
-  } catch (const std::exception&) {
-    // The look that counts will say what is wrong.
-  }
-  co_await Sleep(host.platform().mainLoop, secondLook);
-}
-
 Task<void> Program::now(AppController& controller, bool json) {
-  co_await noteClocks(controller);
   const auto track = co_await controller.detectTrack();
   out << (json ? TrackText::json(track) : TrackText::readable(track)) << std::flush;
 }
 
 Task<void> Program::suggest(AppController& controller, bool json) {
   controller.requireKey();
-  co_await noteClocks(controller);
   const auto track = co_await controller.detectTrack();
   std::optional<VelmorError> failed;
   try {

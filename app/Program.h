@@ -34,9 +34,6 @@ private:
   /// Says what it does, does it, and adds what it found.
   [[nodiscard]] Task<void> tryOut(const CommandLine& line, DoctorReport& report);
   [[nodiscard]] Task<void> reporting(Task<void> command);
-  /// With rekordbox a look before the one that counts: which of its decks plays is seen only in
-  /// clocks that move.
-  [[nodiscard]] Task<void> noteClocks(AppController& controller);
   [[nodiscard]] Task<void> now(AppController& controller, bool json);
   [[nodiscard]] Task<void> suggest(AppController& controller, bool json);
   /// Prints the message and gives the status of a failure.

@@ -1,5 +1,7 @@
 #include "base/Json.h"
 
+#include "base/Text.h"
+
 #include <cmath>
 #include <limits>
 
@@ -13,9 +15,30 @@ using Type = nlohmann::json::value_t;
 /// stand for a number that does not.
 constexpr double integerLimit = 9223372036854775808.0;
 
+/// How many levels of arrays and objects a text may have.
+constexpr int deepest = 100;
+
 DecodingError unreadable(const char* key, const char* reason) {
   return DecodingError(std::string("The data couldn't be read because “") + key + "” " + reason +
                        ".");
+}
+
+/// Whether brackets of the text, which need not be JSON, lie deeper than anything that is meant.
+bool isNestedTooDeeply(std::string_view text) {
+  int depth = 0;
+  for (std::size_t at = text.find_first_of("[{]}\""); at != std::string_view::npos;
+       at = text.find_first_of("[{]}\"", at + 1)) {
+    if (text[at] == '"') {
+      at = text.find_first_of("\"\\", at + 1);
+      while (at != std::string_view::npos && text[at] == '\\')
+        at = text.find_first_of("\"\\", at + 2);
+      if (at == std::string_view::npos) return false;
+      continue;
+    }
+    depth += text[at] == '[' || text[at] == '{' ? 1 : -1;
+    if (depth > deepest) return true;
+  }
+  return false;
 }
 
 } // namespace
@@ -29,6 +52,10 @@ nlohmann::json JsonDecoder::parse(std::string_view text) {
   const DecodingError failure("The data couldn't be read because it isn't in the correct format.");
   // The library takes a NUL for the end, whatever may come behind it.
   if (text.find('\0') != std::string_view::npos) throw failure;
+  // Copying and writing take a call for each level, and many levels the whole stack.
+  if (isNestedTooDeeply(text)) {
+    throw DecodingError("The data couldn't be read because it is nested too deeply.");
+  }
   try {
     return nlohmann::json::parse(text);
   } catch (const nlohmann::json::exception&) {
@@ -75,7 +102,9 @@ void requireType(const nlohmann::json& value, const char* key, Type type) {
 
 void read(const nlohmann::json& value, const char* key, std::string& text) {
   requireType(value, key, Type::string);
-  value.get_to(text);
+  const auto& given = value.get_ref<const std::string&>();
+  if (text::bounded(given).size() < given.size()) throw unreadable(key, "is too long");
+  text = given;
 }
 
 void read(const nlohmann::json& value, const char* key, std::int64_t& integer) {

@@ -51,6 +51,20 @@ std::string_view trimmed(std::string_view text) {
   return text.substr(static_cast<std::size_t>(start), static_cast<std::size_t>(end - start));
 }
 
+std::string_view bounded(std::string_view text, std::size_t most) {
+  if (text.size() <= most) return text;
+  const auto continues = [&](std::size_t position) {
+    return (static_cast<unsigned char>(text[position]) & 0xC0U) == 0x80U;
+  };
+  std::size_t characters = 0;
+  for (std::size_t position = 0; position < text.size(); ++position) {
+    if (!continues(position) && ++characters > most) return text.substr(0, position);
+    // Bytes that are no UTF-8 may continue for ever without beginning a character.
+    if (position >= 4 * most) return text.substr(0, position);
+  }
+  return text;
+}
+
 std::string lowercased(std::string_view text) {
   return utf8(icu::UnicodeString::fromUTF8(piece(text)).toLower(icu::Locale::getRoot()));
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -9,6 +10,13 @@ namespace velmor::text {
 
 /// Without white space and newlines at both ends.
 [[nodiscard]] std::string_view trimmed(std::string_view text);
+
+/// How many characters of a text from outside are kept. No title or name comes near it, and what
+/// is done with texts of that length takes no time that anybody notices.
+constexpr std::size_t mostCharacters = 10'000;
+
+/// The beginning of the text, with at most so many characters.
+[[nodiscard]] std::string_view bounded(std::string_view text, std::size_t most = mostCharacters);
 
 /// In lower case, the same in every locale.
 [[nodiscard]] std::string lowercased(std::string_view text);

@@ -1,16 +1,23 @@
 // Times what a poll costs on this system's real backend, and prints seconds as JSON:
-//   velmor-poll-benchmark poll ROUNDS      a detection; its child processes by themselves
+//   velmor-poll-benchmark poll ROUNDS      a detection; what it asks child processes, by themselves
+//   velmor-poll-benchmark cpu ROUNDS       processor time of a detection and its children; of one
+//                                          that remembers no answers
 //   velmor-poll-benchmark session ROUNDS   a media session's reading; a playerctl process
 
 #include "nowplaying/MediaRemoteClient.h"
 #include "nowplaying/NowPlayingDetector.h"
 #include "platform/Host.h"
 #include "platform/ProcessLauncher.h"
+#include "platform/linux/system/PosixProcessLauncher.h"
 
 #include <nlohmann/json.hpp>
+#include <sys/resource.h>
 
 #include <chrono>
+#include <ctime>
 #include <iostream>
+#include <map>
+#include <stop_token>
 #include <string>
 #include <utility>
 #include <vector>
@@ -61,7 +68,44 @@ std::string detect(NowPlayingDetector& detector) {
   }
 }
 
+/// Processor time that this process and all children that have ended have used.
+double processorSeconds() {
+  constexpr double nanoseconds = 1e-9;
+  constexpr double microseconds = 1e-6;
+  timespec own{};
+  ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &own);
+  rusage children{};
+  ::getrusage(RUSAGE_CHILDREN, &children);
+  const auto seconds = own.tv_sec + children.ru_utime.tv_sec + children.ru_stime.tv_sec;
+  return static_cast<double>(seconds) + static_cast<double>(own.tv_nsec) * nanoseconds +
+         static_cast<double>(children.ru_utime.tv_usec + children.ru_stime.tv_usec) * microseconds;
+}
+
+double processorSecondsOf(NowPlayingDetector& detector, std::string& answer) {
+  const double start = processorSeconds();
+  answer = detect(detector);
+  return processorSeconds() - start;
+}
+
+nlohmann::json countProcessorTime(const Platform& system, int rounds) {
+  const std::stop_source quit;
+  PosixProcessLauncher forgetful(quit.get_token());
+  const auto asking = system.with(forgetful);
+  NowPlayingDetector detector(system);
+  NowPlayingDetector askingDetector(asking);
+  nlohmann::json report;
+  std::string answer;
+  for (int round = 0; round <= rounds; ++round) {
+    const double remembered = processorSecondsOf(detector, answer);
+    report["answer"] = answer;
+    record(report, round, remembered, processorSecondsOf(askingDetector, answer));
+  }
+  return report;
+}
+
 nlohmann::json timePolls(const Platform& system, int rounds) {
+  const std::stop_source quit;
+  PosixProcessLauncher forgetful(quit.get_token());
   RecordingLauncher launcher(system.processes);
   const auto observed = system.with(launcher);
   NowPlayingDetector detector(observed);
@@ -72,7 +116,7 @@ nlohmann::json timePolls(const Platform& system, int rounds) {
     report["children"] = children.size();
     record(report, round, poll, secondsOf([&] {
              for (const auto& child : children)
-               static_cast<void>(system.processes.run(child));
+               static_cast<void>(forgetful.run(child));
            }));
   }
   return report;
@@ -97,10 +141,12 @@ nlohmann::json timeSession(const Platform& system, int rounds) {
 int main(int argc, char** argv) {
   const auto host = makeHost();
   const std::vector<std::string> arguments(argv + 1, argv + argc);
-  if (arguments.size() != 2 || (arguments[0] != "poll" && arguments[0] != "session")) {
-    std::cerr << "usage: velmor-poll-benchmark poll|session ROUNDS\n";
+  const std::map<std::string, nlohmann::json (*)(const Platform&, int)> measures = {
+      {"poll", timePolls}, {"cpu", countProcessorTime}, {"session", timeSession}};
+  if (arguments.size() != 2 || !measures.contains(arguments[0])) {
+    std::cerr << "usage: velmor-poll-benchmark poll|cpu|session ROUNDS\n";
     return 2;
   }
-  const auto measure = arguments[0] == "poll" ? timePolls : timeSession;
+  const auto measure = measures.at(arguments[0]);
   std::cout << measure(host->platform(), std::stoi(arguments[1])) << '\n';
 }

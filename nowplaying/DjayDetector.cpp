@@ -34,8 +34,12 @@ bool isHexDigit(char character) {
   return digits.find(character) != std::string_view::npos;
 }
 
-std::optional<HistoryItem> readNewestItem(const std::filesystem::path& path) {
-  const auto row = SQLiteReader::readTextRow(path, historyQuery, 1);
+/// Archives have a few hundred bytes; each takes two digits.
+constexpr std::size_t mostDigits = 1'000'000;
+
+std::optional<HistoryItem> readNewestItem(const std::filesystem::path& path, QueryLimits limits) {
+  limits.mostCharacters = mostDigits;
+  const auto row = SQLiteReader::readTextRow(path, historyQuery, 1, limits);
   const auto blob = TsafArchive::bytes(row[0]);
   return blob ? TsafArchive::parseHistoryItem(*blob) : std::nullopt;
 }
@@ -50,9 +54,10 @@ std::optional<RunningApplication> djayApplication(const Platform& platform) {
 
 NowPlayingTrack DjayDetector::current(const Platform& platform) {
   if (!isRunning(platform)) throw NowPlayingError::noActiveSession();
+  const auto limits = QueryLimits::untilQuit(platform);
   for (const auto& path : mediaLibraryPaths(platform)) {
     if (!platform.files.exists(path)) continue;
-    const auto item = readNewestItem(path);
+    const auto item = readNewestItem(path, limits);
     if (!item || !item->period.contains(platform.clock.now())) continue;
     NowPlayingTrack track;
     track.title = item->title;

@@ -13,7 +13,7 @@ std::string textValue(const NowPlayingInfo& info, const char* key) {
   const auto found = info.find(key);
   if (found == info.end()) return {};
   const auto* const value = std::get_if<std::string>(&found->second);
-  return value ? std::string(text::trimmed(*value)) : std::string();
+  return value ? std::string(text::bounded(text::trimmed(*value))) : std::string();
 }
 
 bool hasPlayingRate(const NowPlayingInfo& info) {

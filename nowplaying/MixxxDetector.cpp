@@ -8,6 +8,9 @@
 #include "platform/RunningApplications.h"
 #include "platform/WindowList.h"
 
+#include <algorithm>
+#include <vector>
+
 namespace velmor {
 
 namespace {
@@ -21,31 +24,28 @@ std::optional<std::string> usableTitle(AccessibilityElement& window, const char*
   return std::string(text::trimmed(*title));
 }
 
-std::optional<RunningApplication> mixxxApplication(const Platform& platform) {
-  return ProcessUtils::application(
+using Windows = std::vector<WindowDescription>;
+
+std::vector<RunningApplication> instances(const Platform& platform) {
+  return ProcessUtils::applications(
       platform,
       {.bundleIdentifier = "org.mixxx.mixxx", .identifierFragment = "", .names = {"mixxx"}});
 }
 
-} // namespace
-
-NowPlayingTrack MixxxDetector::current(const Platform& platform) {
-  if (!isRunning(platform)) throw NowPlayingError::noActiveSession();
-  auto title = accessibilityWindowTitle(platform);
-  if (!title) title = cgWindowTitle(platform);
-  const auto display = title ? displayText(*title) : std::nullopt;
-  return display ? MixxxLibrary::track(platform, *display)
-                 : MixxxLibrary::currentFromSetlog(platform);
+/// Of several instances the one whose window is in front comes first, those without a window last.
+void sortFrontFirst(std::vector<RunningApplication>& applications, const Windows& windows) {
+  std::ranges::stable_sort(applications, {}, [&](const RunningApplication& application) {
+    return std::ranges::find(windows, application.processIdentifier,
+                             &WindowDescription::ownerProcess) -
+           windows.begin();
+  });
 }
 
-bool MixxxDetector::isRunning(const Platform& platform) {
-  return ProcessUtils::isRunning(platform, {"mixxx", "Mixxx"}) || mixxxApplication(platform);
-}
-
-std::optional<std::string> MixxxDetector::accessibilityWindowTitle(const Platform& platform) {
-  const auto application = mixxxApplication(platform);
-  if (!application) return std::nullopt;
-  const auto app = platform.accessibility.application(application->processIdentifier);
+/// The first usable title that the accessibility interface gives; nothing when there is none, or
+/// windows may not be read.
+std::optional<std::string> accessibilityWindowTitle(const Platform& platform,
+                                                    const RunningApplication& application) {
+  const auto app = platform.accessibility.application(application.processIdentifier);
   const auto result = app->attribute("AXWindows");
   if (result.error != accessibilityError::success) return std::nullopt;
   const auto* const windows = std::get_if<std::vector<AccessibilityElementPtr>>(&result.value);
@@ -58,12 +58,37 @@ std::optional<std::string> MixxxDetector::accessibilityWindowTitle(const Platfor
   return std::nullopt;
 }
 
-std::optional<std::string> MixxxDetector::cgWindowTitle(const Platform& platform) {
-  const auto application = mixxxApplication(platform);
-  if (!application) return std::nullopt;
-  for (const auto& window : platform.windows.onScreen()) {
-    if (window.ownerProcess != application->processIdentifier) continue;
-    if (displayText(window.name)) return std::string(text::trimmed(window.name));
+std::optional<std::string> cgWindowTitle(const Windows& windows,
+                                         const RunningApplication& application) {
+  for (const auto& window : windows) {
+    if (window.ownerProcess != application.processIdentifier) continue;
+    if (MixxxDetector::displayText(window.name)) return std::string(text::trimmed(window.name));
+  }
+  return std::nullopt;
+}
+
+} // namespace
+
+NowPlayingTrack MixxxDetector::current(const Platform& platform) {
+  if (!isRunning(platform)) throw NowPlayingError::noActiveSession();
+  const auto display = displayedTrack(platform);
+  return display ? MixxxLibrary::track(platform, *display)
+                 : MixxxLibrary::currentFromSetlog(platform);
+}
+
+bool MixxxDetector::isRunning(const Platform& platform) {
+  return ProcessUtils::isRunning(platform, {"mixxx", "Mixxx"}) || !instances(platform).empty();
+}
+
+std::optional<std::string> MixxxDetector::displayedTrack(const Platform& platform) {
+  auto applications = instances(platform);
+  if (applications.empty()) return std::nullopt;
+  const auto windows = platform.windows.list();
+  sortFrontFirst(applications, windows);
+  for (const auto& application : applications) {
+    auto title = accessibilityWindowTitle(platform, application);
+    if (!title) title = cgWindowTitle(windows, application);
+    if (title) return displayText(*title);
   }
   return std::nullopt;
 }
@@ -74,7 +99,8 @@ std::optional<std::string> MixxxDetector::displayText(std::string_view windowTit
   if (!title.ends_with(suffix)) return std::nullopt;
   title.remove_suffix(suffix.size());
   title = text::trimmed(title);
-  return title.empty() ? std::nullopt : std::optional<std::string>(title);
+  if (title.empty()) return std::nullopt;
+  return std::string(text::bounded(title));
 }
 
 } // namespace velmor

@@ -19,13 +19,10 @@ public:
   /// True while Mixxx is among the running processes or applications.
   [[nodiscard]] static bool isRunning(const Platform& platform);
 
-  /// The trimmed title of the first window that shows a track, as the accessibility interface gives
-  /// it; nothing when there is none or windows may not be read.
-  [[nodiscard]] static std::optional<std::string>
-  accessibilityWindowTitle(const Platform& platform);
-
-  /// The same from the list of windows on screen.
-  [[nodiscard]] static std::optional<std::string> cgWindowTitle(const Platform& platform);
+  /// What the window says of the track, as `displayText` gives it. Each instance is asked through
+  /// the accessibility interface, else looked up in the list of windows; of several that show a
+  /// track it is the one whose window is in front. Nothing when none shows one.
+  [[nodiscard]] static std::optional<std::string> displayedTrack(const Platform& platform);
 
   /// The part of a window's title that names the track, normally "Artist - Title"; nothing when the
   /// title names no track.

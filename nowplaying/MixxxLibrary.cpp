@@ -64,12 +64,14 @@ NowPlayingTrack trackOf(const Row& row) {
 
 /// The track that the library shows with exactly this text, the one added last when there are
 /// several. Throws NowPlayingError::noActiveSession.
-NowPlayingTrack readLibrary(const std::filesystem::path& path, const std::string& display) {
-  return trackOf(SQLiteReader::readTextRow(path, libraryQuery(display), 6));
+NowPlayingTrack readLibrary(const std::filesystem::path& path, const std::string& display,
+                            const QueryLimits& limits) {
+  return trackOf(SQLiteReader::readTextRow(path, libraryQuery(display), 6, limits));
 }
 
-NowPlayingTrack readSetLog(const std::filesystem::path& path, Clock::TimePoint now) {
-  const auto row = SQLiteReader::readTextRow(path, setLogQuery, 8);
+NowPlayingTrack readSetLog(const std::filesystem::path& path, Clock::TimePoint now,
+                           const QueryLimits& limits) {
+  const auto row = SQLiteReader::readTextRow(path, setLogQuery, 8, limits);
   const auto started = MixxxLibrary::parseMixxxTimestamp(row[6]);
   const auto duration = number::parseDouble(row[7]);
   if (!started || !duration || *duration <= 0 ||
@@ -95,8 +97,9 @@ std::optional<NowPlayingTrack> firstOf(const Platform& platform, Reader reader) 
 } // namespace
 
 NowPlayingTrack MixxxLibrary::track(const Platform& platform, const std::string& display) {
+  const auto limits = QueryLimits::untilQuit(platform);
   const auto known =
-      firstOf(platform, [&](const auto& path) { return readLibrary(path, display); });
+      firstOf(platform, [&](const auto& path) { return readLibrary(path, display, limits); });
   if (known) return *known;
   auto split = splitDisplay(display);
   if (!split) throw NowPlayingError::noActiveSession();
@@ -105,7 +108,9 @@ NowPlayingTrack MixxxLibrary::track(const Platform& platform, const std::string&
 
 NowPlayingTrack MixxxLibrary::currentFromSetlog(const Platform& platform) {
   const auto now = platform.clock.now();
-  const auto logged = firstOf(platform, [&](const auto& path) { return readSetLog(path, now); });
+  const auto limits = QueryLimits::untilQuit(platform);
+  const auto logged =
+      firstOf(platform, [&](const auto& path) { return readSetLog(path, now, limits); });
   if (!logged) throw NowPlayingError::noActiveSession();
   return *logged;
 }

@@ -76,6 +76,7 @@ NowPlayingTrack NowPlayingDetector::current() {
   if (auto track = currentMixxx(now)) return *track;
   // While rekordbox runs, a DJ plays with it: what else sounds on the machine is not the set.
   if (RekordboxDetector::isRunning(now)) return currentRekordbox(now);
+  resetRekordboxState();
   if (auto track = currentDjay(now)) return *track;
   if (auto track = currentPlayer(now, spotify)) return *track;
   if (auto track = currentPlayer(now, music)) return *track;
@@ -93,9 +94,36 @@ NowPlayingTrack NowPlayingDetector::current() {
 
 namespace {
 
-bool hasMoved(const RekordboxDeck& deck, const NowPlayingDetector::Elapsed& previous) {
-  const auto found = previous.find(deck.fingerprint());
-  return found != previous.end() && found->second != deck.elapsed;
+/// The decks that have been shown before with another time. Of decks with the same track, each
+/// goes with the earlier clock that is nearest to its own; where there are fewer clocks than decks,
+/// the decks left over have been loaded since.
+std::vector<const RekordboxDeck*> movedDecks(const std::vector<RekordboxDeck>& decks,
+                                             NowPlayingDetector::Elapsed previous) {
+  struct Pair {
+    std::uint64_t distance;
+    const RekordboxDeck* deck;
+    NowPlayingDetector::Elapsed::iterator clock;
+  };
+  std::vector<Pair> pairs;
+  for (const auto& deck : decks) {
+    const auto [first, last] = previous.equal_range(deck.fingerprint());
+    for (auto clock = first; clock != last; ++clock) {
+      const auto [less, more] = std::minmax(clock->second, deck.elapsed);
+      pairs.push_back({static_cast<std::uint64_t>(more - less), &deck, clock});
+    }
+  }
+  std::ranges::stable_sort(pairs, {}, &Pair::distance);
+  std::vector<const RekordboxDeck*> moved;
+  while (!pairs.empty()) {
+    const auto nearest = pairs.front();
+    if (nearest.distance > 0) moved.push_back(nearest.deck);
+    std::erase_if(pairs, [&](const Pair& pair) {
+      return pair.deck == nearest.deck || pair.clock == nearest.clock;
+    });
+  }
+  // In the order of the decks, which decides between equals.
+  std::ranges::sort(moved);
+  return moved;
 }
 
 std::optional<RekordboxDeck> rekordboxDeckByFingerprint(const std::vector<RekordboxDeck>& decks,
@@ -131,6 +159,7 @@ std::optional<RekordboxDeck>
 NowPlayingDetector::trackRekordbox(const std::vector<RekordboxDeck>& decks) {
   constexpr std::int64_t patience = 1;
   const std::lock_guard guard(lock);
+  if (!knowsClocks()) forgetClocks();
   auto chosen = selectRekordboxDeck(decks, rekordboxElapsed);
   if (chosen) {
     rekordboxCurrent = chosen->fingerprint();
@@ -139,21 +168,21 @@ NowPlayingDetector::trackRekordbox(const std::vector<RekordboxDeck>& decks) {
     if (rekordboxUnchanged < patience) chosen = rekordboxDeckByFingerprint(decks, rekordboxCurrent);
     ++rekordboxUnchanged;
   }
-  rekordboxElapsed.clear();
-  for (const auto& deck : decks)
-    rekordboxElapsed[deck.fingerprint()] = deck.elapsed;
+  remember(decks);
   return chosen;
 }
 
 std::optional<RekordboxDeck>
 NowPlayingDetector::selectRekordboxDeck(const std::vector<RekordboxDeck>& decks,
                                         const Elapsed& previous) {
-  const bool isFirstPoll = previous.empty();
-  std::vector<const RekordboxDeck*> candidates;
-  for (const auto& deck : decks) {
-    if (deck.fingerprint() == RekordboxDeck::emptyFingerprint) continue;
-    if (isFirstPoll ? deck.elapsed > 0 : hasMoved(deck, previous)) candidates.push_back(&deck);
+  auto candidates = movedDecks(decks, previous);
+  if (previous.empty()) {
+    for (const auto& deck : decks)
+      if (deck.elapsed > 0) candidates.push_back(&deck);
   }
+  std::erase_if(candidates, [](const RekordboxDeck* deck) {
+    return deck->fingerprint() == RekordboxDeck::emptyFingerprint;
+  });
   const auto first = std::ranges::min_element(candidates, {}, [](const RekordboxDeck* deck) {
     return std::tuple(deck->elapsed, deck->top);
   });
@@ -161,11 +190,50 @@ NowPlayingDetector::selectRekordboxDeck(const std::vector<RekordboxDeck>& decks,
   return **first;
 }
 
-void NowPlayingDetector::resetRekordboxState() {
-  const std::lock_guard guard(lock);
+bool NowPlayingDetector::noteClocks() {
+  ApplicationsSnapshot applications(platform.applications);
+  const auto now = platform.with(applications);
+  try {
+    {
+      const std::lock_guard guard(lock);
+      if (knowsClocks()) return false;
+    }
+    if (!RekordboxDetector::isRunning(now) || currentMixxx(now)) return false;
+    const auto decks = RekordboxDetector::readDecksViaAccessibility(now);
+    const std::lock_guard guard(lock);
+    forgetClocks();
+    remember(decks);
+    return true;
+  } catch (const std::exception&) {
+    // The look that counts will say what is wrong.
+    return false;
+  }
+}
+
+/// Clocks older than a few polls tell nothing: a deck that is paused now has played since.
+bool NowPlayingDetector::knowsClocks() const {
+  constexpr Seconds longestPause{10};
+  const auto age = platform.clock.now() - rekordboxSeen;
+  return age >= age.zero() && age <= longestPause;
+}
+
+void NowPlayingDetector::remember(const std::vector<RekordboxDeck>& decks) {
+  rekordboxSeen = platform.clock.now();
+  rekordboxElapsed.clear();
+  for (const auto& deck : decks)
+    rekordboxElapsed.emplace(deck.fingerprint(), deck.elapsed);
+}
+
+void NowPlayingDetector::forgetClocks() {
+  rekordboxSeen = {};
   rekordboxElapsed.clear();
   rekordboxCurrent.clear();
   rekordboxUnchanged = 0;
+}
+
+void NowPlayingDetector::resetRekordboxState() {
+  const std::lock_guard guard(lock);
+  forgetClocks();
 }
 
 } // namespace velmor

@@ -57,13 +57,20 @@ std::vector<std::int32_t> ProcessUtils::processIDs(const Platform& platform,
   return identifiers;
 }
 
+std::vector<RunningApplication> ProcessUtils::applications(const Platform& platform,
+                                                           const ApplicationIdentity& identity) {
+  auto found = platform.applications.list();
+  std::erase_if(found, [&](const auto& application) {
+    const bool isPassedOver = identity.skipsTerminated && application.terminated;
+    return isPassedOver || !matches(application, identity);
+  });
+  return found;
+}
+
 std::optional<RunningApplication> ProcessUtils::application(const Platform& platform,
                                                             const ApplicationIdentity& identity) {
-  for (const auto& application : platform.applications.list()) {
-    if (identity.skipsTerminated && application.terminated) continue;
-    if (matches(application, identity)) return application;
-  }
-  return std::nullopt;
+  const auto found = applications(platform, identity);
+  return found.empty() ? std::nullopt : std::optional(found.front());
 }
 
 } // namespace velmor

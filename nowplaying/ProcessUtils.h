@@ -23,8 +23,8 @@ struct ApplicationIdentity {
   bool skipsTerminated = false;
 };
 
-/// Looks for running programs. Each look-up by process name runs pgrep to its end. Stateless; any
-/// thread. Never throws.
+/// Looks for running programs. Each look-up by process name asks the launcher for pgrep and waits
+/// for its answer. Stateless; any thread. Never throws.
 class ProcessUtils {
 public:
   /// True when a process with one of these names runs. Upper and lower case are the same.
@@ -38,7 +38,11 @@ public:
   [[nodiscard]] static std::vector<std::int32_t> processIDs(const Platform& platform,
                                                             const std::string& name);
 
-  /// The first application of the list with this identity.
+  /// The applications of the list with this identity, in its order.
+  [[nodiscard]] static std::vector<RunningApplication>
+  applications(const Platform& platform, const ApplicationIdentity& identity);
+
+  /// The first of them.
   [[nodiscard]] static std::optional<RunningApplication>
   application(const Platform& platform, const ApplicationIdentity& identity);
 };

@@ -46,7 +46,8 @@ std::optional<std::string> readText(AccessibilityElement& element, const char* a
   const auto value = read<std::string>(element, attribute);
   if (!value) return std::nullopt;
   const auto trimmed = text::trimmed(*value);
-  return trimmed.empty() ? std::nullopt : std::optional<std::string>(trimmed);
+  if (trimmed.empty()) return std::nullopt;
+  return std::string(text::bounded(trimmed));
 }
 
 /// rekordbox describes its decks only to those who ask for the full interface.

@@ -17,8 +17,8 @@ constexpr auto query =
     "ORDER BY start_time DESC, id DESC LIMIT 1";
 
 /// The newest playing track of this history. Throws NowPlayingError::noActiveSession.
-NowPlayingTrack read(const std::filesystem::path& path) {
-  const auto row = SQLiteReader::readTextRow(path, query, 7);
+NowPlayingTrack read(const std::filesystem::path& path, const QueryLimits& limits) {
+  const auto row = SQLiteReader::readTextRow(path, query, 7, limits);
   NowPlayingTrack track;
   track.title = row[0];
   track.artist = row[1];
@@ -36,9 +36,10 @@ NowPlayingTrack read(const std::filesystem::path& path) {
 
 NowPlayingTrack SeratoDetector::current(const Platform& platform) {
   if (!isRunning(platform)) throw NowPlayingError::noActiveSession();
+  const auto limits = QueryLimits::untilQuit(platform);
   for (const auto& path : historyPaths(platform)) {
     try {
-      return read(path);
+      return read(path, limits);
     } catch (const NowPlayingError&) {
       continue;
     }

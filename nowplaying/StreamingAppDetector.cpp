@@ -80,9 +80,9 @@ StreamingAppDetector::current(const Platform& platform, const std::string& appNa
   const auto pieces = text::split(answer, PlayerScript::fieldSeparator, 2);
   if (pieces.size() != 3) return std::nullopt;
   NowPlayingTrack track;
-  track.title = text::trimmed(pieces[0]);
-  track.artist = text::trimmed(pieces[1]);
-  track.album = text::trimmed(pieces[2]);
+  track.title = text::bounded(text::trimmed(pieces[0]));
+  track.artist = text::bounded(text::trimmed(pieces[1]));
+  track.album = text::bounded(text::trimmed(pieces[2]));
   if (track.title.empty() || track.artist.empty()) return std::nullopt;
   track.source = source;
   track.detection = detection;

@@ -51,7 +51,8 @@ std::string tsafString(std::string_view content, std::string_view key) {
   if (tag == std::string_view::npos) tag = 0;
   if (tag + 1 >= end) return {};
   const auto value = content.substr(tag + 1, end - tag - 1);
-  return text::isValidUtf8(value) ? std::string(text::trimmed(value)) : std::string();
+  if (!text::isValidUtf8(value)) return {};
+  return std::string(text::bounded(text::trimmed(value)));
 }
 
 /// The positive number under the key, stored in eight bytes or in four; 0 when missing.

@@ -46,11 +46,11 @@ NowPlayingTrack VirtualDJHistory::currentHistory(const Platform& platform) {
     throw NowPlayingError::noActiveSession();
   }
   const auto tracklist = readText(platform, folder / "tracklist.txt").value_or("");
-  auto [artist, title] = historyMetadata(tracklist, entry.playTime, entry.mediaPath);
+  const auto [artist, title] = historyMetadata(tracklist, entry.playTime, entry.mediaPath);
   if (artist.empty() || title.empty()) throw NowPlayingError::noActiveSession();
   NowPlayingTrack track;
-  track.title = std::move(title);
-  track.artist = std::move(artist);
+  track.title = text::bounded(title);
+  track.artist = text::bounded(artist);
   track.source = "VirtualDJ";
   track.detection = "VirtualDJ play history";
   return track;

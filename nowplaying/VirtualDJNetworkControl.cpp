@@ -55,10 +55,10 @@ std::vector<std::string> fields(std::string_view answer) {
   std::size_t start = 0;
   for (auto end = answer.find(fieldSeparator); end != std::string_view::npos;
        end = answer.find(fieldSeparator, start)) {
-    result.emplace_back(answer.substr(start, end - start));
+    result.emplace_back(text::bounded(answer.substr(start, end - start)));
     start = end + fieldSeparator.size();
   }
-  result.emplace_back(answer.substr(start));
+  result.emplace_back(text::bounded(answer.substr(start)));
   return result;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -40,13 +41,18 @@ public:
 /// a file may go at any moment; writing throws.
 class FileManager {
 public:
+  /// In bytes.
+  static constexpr std::size_t readLimit = std::size_t{64} << 20;
+
   virtual ~FileManager() = default;
 
   /// Creates the folder and any above it with these permissions; an existing folder is fine.
   /// Throws FileError.
   virtual void createFolder(const std::filesystem::path& path, unsigned permissions) = 0;
 
-  /// The whole file; nothing when it cannot be read.
+  /// The whole file; nothing when it cannot be read, is longer than `readLimit` or still grows
+  /// beyond that, or is no regular file but a pipe, a device or a folder, which is never waited
+  /// for.
   [[nodiscard]] virtual std::optional<std::string>
   read(const std::filesystem::path& path) const = 0;
 

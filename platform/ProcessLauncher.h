@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <optional>
 #include <stdexcept>
@@ -21,6 +22,8 @@ struct ChildProcess {
   bool mergeErrorOutput = false;
   /// Ends the child when Velmor ends, even when Velmor is killed or crashes.
   bool endsWithVelmor = false;
+  /// How long it may take at most: well over what it does take, for a child that hangs.
+  std::chrono::duration<double> timeLimit{5};
 };
 
 /// How a child program ended and what it printed.
@@ -32,7 +35,8 @@ struct ChildResult {
   std::string errorOutput;
 };
 
-/// The child could not be started at all; the message is the system's own.
+/// The child could not be started at all, with the system's own message, or did not end within its
+/// time limit, with a sentence for the user. What it had printed by then is lost.
 class LaunchError : public std::runtime_error {
 public:
   using std::runtime_error::runtime_error;
@@ -47,10 +51,10 @@ public:
 
   virtual ~ProcessLauncher() = default;
 
-  /// Runs the child to its end, however long that takes, and returns what it printed. Its outputs
-  /// are drained while it runs; what it leaves running is not waited for. When Velmor quits
-  /// meanwhile, the child is asked to end and soon made to, and the call returns.
-  /// Throws LaunchError.
+  /// Runs the child to its end and returns what it printed. Its outputs are drained while it runs;
+  /// what it leaves running is not waited for. At the time limit, and when Velmor quits meanwhile,
+  /// the child is asked to end and soon made to; one that cannot be ended is left behind. The call
+  /// returns in any case within a second. Throws LaunchError.
   [[nodiscard]] virtual ChildResult run(const ChildProcess& child) = 0;
 };
 

@@ -6,7 +6,7 @@
 
 namespace velmor {
 
-/// A window on screen.
+/// A window of an application, minimised or not.
 struct WindowDescription {
   /// The process that owns it; 0 when the window does not tell.
   std::int32_t ownerProcess = 0;
@@ -19,9 +19,9 @@ class WindowList {
 public:
   virtual ~WindowList() = default;
 
-  /// The windows on screen, oldest first, without minimised ones and the desktop's own elements;
-  /// empty when there is no window server. Any thread.
-  [[nodiscard]] virtual std::vector<WindowDescription> onScreen() = 0;
+  /// The windows, the one in front first and minimised ones last, as far as the system still knows
+  /// those; without the desktop's own elements. Empty when there is no window server. Any thread.
+  [[nodiscard]] virtual std::vector<WindowDescription> list() = 0;
 };
 
 } // namespace velmor

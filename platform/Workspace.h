@@ -17,7 +17,7 @@ public:
   /// Ends the application's event loop, and every blocking wait of the seam at once.
   virtual void terminate() = 0;
 
-  /// True once `terminate` has been called: nothing may be told to the page any more.
+  /// True once `terminate` has been called: nothing may be told to the page any more. Any thread.
   [[nodiscard]] virtual bool isTerminating() const = 0;
 };
 

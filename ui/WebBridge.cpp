@@ -1,6 +1,7 @@
 #include "ui/WebBridge.h"
 
 #include "base/Json.h"
+#include "base/Text.h"
 #include "base/VelmorError.h"
 
 #include <algorithm>
@@ -43,7 +44,9 @@ AppConfig configArgument(const Json& args) {
 
 std::string textArgument(const Json& args) {
   if (args.empty() || !args.front().is_string()) throw invalidArgs();
-  return args.front().get<std::string>();
+  const auto& given = args.front().get_ref<const std::string&>();
+  if (text::bounded(given).size() < given.size()) throw invalidArgs();
+  return given;
 }
 
 /// Every command, told once.
@@ -109,7 +112,9 @@ const Commands& commands() {
 Task<Result> handle(const std::string& method, Call call) {
   const auto isMeant = [&](const auto& command) { return command.first == method; };
   const auto command = std::find_if(commands().begin(), commands().end(), isMeant);
-  if (command == commands().end()) throw VelmorError("Unknown method " + method, unknownMethod);
+  if (command == commands().end()) {
+    throw VelmorError("Unknown method " + std::string(text::bounded(method)), unknownMethod);
+  }
   return command->second(call);
 }
 

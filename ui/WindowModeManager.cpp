@@ -2,6 +2,7 @@
 
 #include "platform/OverlayView.h"
 #include "ui/FrameSettings.h"
+#include "ui/Reachable.h"
 
 #include <utility>
 
@@ -12,6 +13,8 @@ namespace {
 constexpr Seconds watchInterval{0.1};
 /// What the window system gets to end the minimising before the window changes its shape.
 constexpr Seconds reshapeDelay{0.14};
+/// What the desktop gets to put its panels and windows in place after the screens have changed.
+constexpr Seconds settleDelay{0.5};
 constexpr WindowAppearance compactAppearance{
     .titlebarTransparent = true,
     .titleHidden = true,
@@ -87,6 +90,7 @@ void WindowModeManager::start(std::weak_ptr<VelmorWindow> watched, CompactHandle
     window = watched;
     onCompact = handler;
     startTimer();
+    watchScreens();
   });
 }
 
@@ -94,6 +98,27 @@ void WindowModeManager::startTimer() {
   watchTimer = loop.callEvery(MainLoop::Lane::Display, watchInterval, [weak = weak_from_this()] {
     if (const auto self = weak.lock()) self->check();
   });
+}
+
+void WindowModeManager::watchScreens() {
+  const auto weak = weak_from_this();
+  const auto settled = [weak] {
+    if (const auto self = weak.lock()) self->bringBackOnScreen();
+  };
+  const auto changed = [weak, settled] {
+    const auto self = weak.lock();
+    if (self)
+      self->screensSettle = self->loop.callLater(MainLoop::Lane::Display, settleDelay, settled);
+  };
+  screenObservation = server.observe(DesktopNotification::ScreenParametersChanged, changed);
+}
+
+void WindowModeManager::bringBackOnScreen() {
+  const auto watched = window.lock();
+  if (!watched || !watched->native().isVisible() || watched->native().isMiniaturized()) return;
+  const auto frame = watched->native().frame();
+  const auto moved = reachable(frame, server.screens());
+  if (moved != frame) watched->native().setFrame(moved);
 }
 
 void WindowModeManager::stop() {
@@ -104,6 +129,8 @@ void WindowModeManager::endWatching() {
   removeDragOverlay();
   watchTimer.reset();
   reshapeTimer.reset();
+  screenObservation.reset();
+  screensSettle.reset();
 }
 
 void WindowModeManager::restore() {
@@ -153,7 +180,7 @@ void WindowModeManager::reshape() {
   native.setStyleMask(styleMask::borderless);
   shaped->setAlwaysOnTop();
   native.setAppearance(compactAppearance);
-  native.setFrame({compactOrigin.value_or(corner), compactSize});
+  native.setFrame(reachable({compactOrigin.value_or(corner), compactSize}, server.screens()));
   installDragOverlay(shaped);
 }
 
@@ -189,7 +216,7 @@ void WindowModeManager::restoreNow() {
   restored->setAlwaysOnTop();
   native.setAppearance(VelmorWindow::fullAppearance);
   restored->applyStandardChrome();
-  native.setFrame(normalFrame);
+  native.setFrame(reachable(normalFrame, server.screens()));
   if (onCompact) onCompact(false);
 }
 

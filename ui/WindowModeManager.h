@@ -16,7 +16,8 @@ class OverlayView;
 
 /// Compact mode: minimising the main window turns it into a square that floats above everything. A
 /// click on the square brings the full window back to where it was; a drag moves the square, and
-/// it comes up there the next time.
+/// it comes up there the next time. Neither is left where no screen shows it: not when it comes up,
+/// and not when the screens change.
 ///
 /// `start`, `stop`, `restore` and `savedBoundsIfCompact` may be called from any thread; all else
 /// happens in the display lane. Frames are in points, as the window server counts them.
@@ -27,7 +28,7 @@ public:
   /// false on leaving it, just after.
   using CompactHandler = std::function<void(bool)>;
 
-  WindowModeManager(MainLoop& mainLoop, const WindowServer& windowServer)
+  WindowModeManager(MainLoop& mainLoop, WindowServer& windowServer)
       : loop(mainLoop), server(windowServer) {}
 
   /// Watches the window from now on, in place of any other.
@@ -41,6 +42,8 @@ public:
 
 private:
   void startTimer();
+  void watchScreens();
+  void bringBackOnScreen();
   void endWatching();
   void check();
   void enterCompact(const Window& entering);
@@ -52,7 +55,7 @@ private:
   void inDisplayLane(std::function<void()> step);
 
   MainLoop& loop;
-  const WindowServer& server;
+  WindowServer& server;
 
   /// Guards `normalFrame` and `compact`: any thread may ask for them. The display lane alone writes
   /// them, so that it reads them without the lock.
@@ -67,6 +70,9 @@ private:
   std::weak_ptr<VelmorWindow> window;
   CompactHandler onCompact;
   std::unique_ptr<Timer> watchTimer;
+  std::unique_ptr<DesktopObservation> screenObservation;
+  /// Runs while the desktop arranges itself on changed screens.
+  std::unique_ptr<Timer> screensSettle;
   /// Runs between noticing that the window is minimised and reshaping it.
   std::unique_ptr<Timer> reshapeTimer;
   std::shared_ptr<OverlayView> dragOverlay;

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 #include <stdexcept>
 #include <utility>
 
@@ -106,6 +107,13 @@ std::array<std::int64_t, 3> versionParts(std::string_view version) {
   return parts;
 }
 
+/// `left` minus `right`, or the nearest number that there is.
+std::int64_t difference(std::int64_t left, std::int64_t right) {
+  using Limits = std::numeric_limits<std::int64_t>;
+  if (right < 0) return left > Limits::max() + right ? Limits::max() : left - right;
+  return left < Limits::min() + right ? Limits::min() : left - right;
+}
+
 } // namespace
 
 UpdateService::UpdateService(const Platform& platform, std::string name, std::string version)
@@ -138,7 +146,7 @@ std::int64_t UpdateService::compareVersions(std::string_view first, std::string_
   const auto left = versionParts(first);
   const auto right = versionParts(second);
   for (std::size_t position = 0; position < left.size(); ++position) {
-    if (left[position] != right[position]) return left[position] < right[position] ? -1 : 1;
+    if (left[position] != right[position]) return difference(left[position], right[position]);
   }
   return 0;
 }

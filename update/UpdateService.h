@@ -37,7 +37,8 @@ public:
   /// 8 seconds; any thread.
   [[nodiscard]] UpdateInfo check() const;
 
-  /// Positive when `first` is newer than `second`, 0 when they are equal, negative when older.
+  /// By how much `first` is newer than `second` in the first of their numbers that differs; 0 when
+  /// they are equal, negative when it is older.
   /// Three integers with points between count; one that is missing or not an integer counts as 0.
   [[nodiscard]] static std::int64_t compareVersions(std::string_view first,
                                                     std::string_view second);

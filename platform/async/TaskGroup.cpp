@@ -74,6 +74,11 @@ TaskHandle TaskGroup::start(Task<void> task) {
   return TaskHandle(running->context);
 }
 
+void TaskGroup::cancelAll() {
+  for (const auto& running : tasks)
+    TaskHandle(running->context).cancel();
+}
+
 bool TaskGroup::isEmpty() const {
   return tasks.empty();
 }

@@ -14,8 +14,8 @@ public:
   TaskHandle() = default;
   explicit TaskHandle(std::shared_ptr<TaskContext> task) : context(std::move(task)) {}
 
-  /// Sets the flag that the task tests at its next check point, and ends a sleep that it is in.
-  /// Nothing else is interrupted.
+  /// Sets the flag that the task tests at its next check point, and ends a sleep that it is in, or
+  /// blocking work that can be stopped. Nothing else is interrupted.
   void cancel() const;
 
   [[nodiscard]] bool isDone() const { return !context || context->done; }
@@ -36,6 +36,9 @@ public:
   /// Starts the task soon, after what the actor lane already has to do. A task given here handles
   /// its own failures: one that throws ends the program.
   TaskHandle start(Task<void> task);
+
+  /// Cancels every task that runs.
+  void cancelAll();
 
   [[nodiscard]] bool isEmpty() const;
 

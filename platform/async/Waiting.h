@@ -6,6 +6,7 @@
 #include <exception>
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <type_traits>
 
 namespace velmor {
@@ -81,16 +82,27 @@ public:
   using Result = std::invoke_result_t<Function>;
   using Start = void (MainLoop::*)(MainLoop::Work work, MainLoop::Work done);
 
-  WorkerCall(MainLoop& mainLoop, Start startOnLoop, Function function)
-      : loop(mainLoop), start(startOnLoop), state(std::make_shared<State>(std::move(function))) {}
+  WorkerCall(MainLoop& mainLoop, Start startOnLoop, Function function,
+             std::stop_source stopSource = std::stop_source(std::nostopstate))
+      : loop(mainLoop)
+      , start(startOnLoop)
+      , stop(std::move(stopSource))
+      , state(std::make_shared<State>(std::move(function))) {}
   WorkerCall(const WorkerCall&) = delete;
   WorkerCall& operator=(const WorkerCall&) = delete;
-  ~WorkerCall() { state->waiting = nullptr; }
+  ~WorkerCall() {
+    forgetWake();
+    state->waiting = nullptr;
+  }
 
   bool await_ready() const noexcept { return false; }
 
-  void await_suspend(std::coroutine_handle<> waiting) {
+  template <typename Promise>
+  void await_suspend(std::coroutine_handle<Promise> waiting) {
     state->waiting = waiting;
+    if (stop.stop_possible()) context = waiting.promise().context;
+    if (context) context->wake = [source = stop]() mutable { source.request_stop(); };
+    if (context && context->cancelled) stop.request_stop();
     (loop.*start)([state = state] { state->run(); },
                   [state = state] {
                     if (state->waiting) state->waiting.resume();
@@ -98,6 +110,7 @@ public:
   }
 
   Result await_resume() {
+    forgetWake();
     if (state->failure) std::rethrow_exception(state->failure);
     return std::move(*state->result);
   }
@@ -120,9 +133,16 @@ private:
     std::coroutine_handle<> waiting;
   };
 
+  void forgetWake() {
+    if (context) context->wake = nullptr;
+    context = nullptr;
+  }
+
   MainLoop& loop;
   Start start;
+  std::stop_source stop;
   std::shared_ptr<State> state;
+  TaskContext* context = nullptr;
 };
 
 } // namespace detail
@@ -134,6 +154,12 @@ private:
 template <typename Function>
 detail::WorkerCall<Function> onWorker(MainLoop& loop, Function function) {
   return {loop, &MainLoop::startWorker, std::move(function)};
+}
+
+/// As above; cancelling the task requests `stop`, which makes the function end early.
+template <typename Function>
+detail::WorkerCall<Function> onWorker(MainLoop& loop, Function function, std::stop_source stop) {
+  return {loop, &MainLoop::startWorker, std::move(function), std::move(stop)};
 }
 
 /// As `onWorker`, but nothing else runs in the actor lane until the task goes on

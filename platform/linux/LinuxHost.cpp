@@ -8,7 +8,7 @@ namespace velmor {
 LinuxHost::LinuxHost()
     : bundle(FolderBundle::folderOfExecutable(FolderBundle::runningExecutable()))
     , log(environment)
-    , processes(quit.get_token())
+    , launcher(quit.get_token())
     , http(quit.get_token())
     , record(linuxRecord(processes, players))
     // How our window is drawn is nothing to a browser.

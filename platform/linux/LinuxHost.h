@@ -17,6 +17,7 @@
 #include "platform/linux/system/PosixEnvironment.h"
 #include "platform/linux/system/PosixFileManager.h"
 #include "platform/linux/system/PosixProcessLauncher.h"
+#include "platform/linux/system/RememberingLauncher.h"
 #include "platform/linux/system/Syslog.h"
 #include "platform/linux/system/SystemClock.h"
 #include "platform/linux/window/GtkDesktop.h"
@@ -47,7 +48,8 @@ private:
   PosixFileManager files;
   FolderBundle bundle;
   Syslog log;
-  PosixProcessLauncher processes;
+  PosixProcessLauncher launcher;
+  RememberingLauncher processes{launcher};
   CurlHttpClient http;
   MprisBusSource players{environment, quit.get_token()};
   DesktopApplications applications{environment, players};

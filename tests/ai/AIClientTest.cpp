@@ -108,6 +108,7 @@ TEST_F(AIClientTest, SendsToEachProviderWhatItsProtocolWants) {
     EXPECT_EQ(closedObjects, sent.url == "http://openai" ? 3 : 0);
   }
   EXPECT_EQ(system.http.configurations.at(0).requestTimeout, Seconds{45});
+  EXPECT_EQ(system.http.configurations.at(0).resourceTimeout, Seconds{170});
 }
 
 TEST_F(AIClientTest, PutsTheGivenTrackBackAndValidates) {
@@ -116,6 +117,26 @@ TEST_F(AIClientTest, PutsTheGivenTrackBackAndValidates) {
   expected.key = "10B";
   EXPECT_EQ(analysis.currentTrack, expected);
   EXPECT_EQ(analysis.recommendations.at(2).compatibilityScore, 100);
+}
+
+TEST_F(AIClientTest, CancellingEndsTheExchangeAndNoOther) {
+  const auto ask = [&]() -> Task<void> {
+    try {
+      static_cast<void>(co_await client.recommend(request));
+    } catch (const std::exception&) {
+      // What a stopped exchange throws is nobody's business.
+    }
+  };
+  TaskGroup tasks(system.loop);
+  system.loop.holdWorkers();
+  const auto first = tasks.start(ask());
+  const auto second = tasks.start(ask());
+  system.loop.runPending();
+  first.cancel();
+  system.loop.finishWorkers();
+  ASSERT_EQ(system.http.requests.size(), 2U);
+  EXPECT_TRUE(system.http.requests.at(0).stop.stop_requested());
+  EXPECT_FALSE(system.http.requests.at(1).stop.stop_requested());
 }
 
 TEST_F(AIClientTest, FailsWithASentence) {

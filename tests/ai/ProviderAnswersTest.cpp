@@ -70,6 +70,12 @@ TEST(OpenAIAnswer, IsReadFromTheFirstUsableCall) {
       {R"({"output":[],"incomplete_details":{"reason":"content_filter"}})", unusable},
       {R"({"error":{"message":"No “quota” left."},"output":[]})", "No “quota” left."},
       {R"({"error":null,"output":null})", unusable},
+      {R"({"error":{"message":")" + std::string(20'000, 'x') + "\"}}", std::string(10'000, 'x')},
+      {output({call(with({{"playbackEvidence", std::string(10'001, 'x')}}).dump()), call(good)}),
+       "ok 2"},
+      {std::string(200'000, '[') + std::string(200'000, ']'),
+       "The data couldn't be read because it is nested too deeply."},
+      {R"({"output":)" + std::string(99, '[') + R"("[\"]")" + std::string(99, ']') + "}", unusable},
   };
   for (const auto& [bytes, expected] : cases)
     EXPECT_EQ(outcome([&] { return OpenAIResponses::parse(bytes, 2); }), expected) << bytes;

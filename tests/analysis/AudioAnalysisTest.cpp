@@ -77,6 +77,8 @@ TEST_F(AudioAnalysisTest, RecordsAndMeasures) {
   EXPECT_EQ(sample.filename(), "sample.wav");
   EXPECT_TRUE(sample.parent_path().string().starts_with("/tmp/velmor-audio-"));
   EXPECT_EQ(children.at(1).arguments.at(1), sample.parent_path() / "features.json");
+  EXPECT_EQ(children.at(0).timeLimit, std::chrono::seconds{60});
+  EXPECT_EQ(children.at(1).timeLimit, std::chrono::seconds{120});
   EXPECT_TRUE(system.files.folders.empty()) << "nothing is left";
 }
 

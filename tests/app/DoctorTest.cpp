@@ -1,7 +1,6 @@
 #include "app/DoctorTrials.h"
 #include "base/Json.h"
 #include "model/AppConfig.h"
-#include "nowplaying/NowPlayingError.h"
 #include "platform/SystemStatus.h"
 #include "tests/support/DatabaseFile.h"
 
@@ -84,6 +83,7 @@ TEST_F(DoctorTest, TellsOfEverySourceToolAndServiceWithWhatToDo) {
 
 TEST_F(DoctorTest, NamesTheRefusalOfRekordboxsWindowAndThatNobodyElseIsAskedThen) {
   system.mediaRemote.playing = true;
+  system.mediaRemote.info = {{nowPlayingKey::title, "T"}, {nowPlayingKey::artist, "A"}};
   EXPECT_TRUE(examine().trackCanBeFound);
   system.applications.running = {{"com.pioneerdj.rekordboxdj", "rekordbox", 7}};
   system.accessibility.errorCode = accessibilityError::apiDisabled;
@@ -92,9 +92,34 @@ TEST_F(DoctorTest, NamesTheRefusalOfRekordboxsWindowAndThatNobodyElseIsAskedThen
   EXPECT_EQ(find(report, "Display").state, State::absent);
   EXPECT_EQ(find(report, "Sound server").state, State::ready);
   EXPECT_EQ(find(report, "rekordbox").state, State::faulty);
-  EXPECT_EQ(find(report, "rekordbox").advice,
-            NowPlayingError::accessibilityDenied("rekordbox").errorDescription());
+  EXPECT_THAT(find(report, "rekordbox").advice, HasSubstr("accessibility bus"));
   EXPECT_FALSE(report.trackCanBeFound);
+}
+
+TEST_F(DoctorTest, SaysWhyATrackThatPlaysCannotBeTold) {
+  system.mediaRemote.playing = true;
+  system.mediaRemote.info = {{nowPlayingKey::title, "A film"}};
+  system.processes.running = {"mixxx", "serato dj"};
+  system.applications.running = {{"", "Mixxx", 5}};
+  system.windows.windows = {{5, "Only A Title | Mixxx"}};
+  const auto history = "Music/_Serato_/Library/master.sqlite";
+  system.addDatabase(history, "PRAGMA journal_mode = WAL; CREATE TABLE t (x)");
+  system.put(std::string(history) + "-wal", "not empty");
+  const auto report = examine();
+  const std::tuple<const char*, const char*, const char*> cases[] = {
+      {"Mixxx", "has no artist", "enter both"},
+      {"Media session", "does not tell title and artist", "both tags"},
+      {"Serato", "cannot be read", "Start and quit the program once"}};
+  for (const auto& [name, detail, advice] : cases) {
+    EXPECT_EQ(find(report, name).state, State::faulty) << name;
+    EXPECT_THAT(find(report, name).detail, HasSubstr(detail));
+    EXPECT_THAT(find(report, name).advice, HasSubstr(advice));
+  }
+  EXPECT_FALSE(report.trackCanBeFound);
+  system.mediaRemote.available = false;
+  system.processes.running = {"spotify"};
+  system.record.answerScript = [](const PlayerScript&) { return ChildResult{1, "", ""}; };
+  EXPECT_THAT(find(examine(), "Spotify").detail, HasSubstr("no session bus"));
 }
 
 TEST_F(DoctorTest, SaysWhereTheKeyIsButNeverTheKey) {

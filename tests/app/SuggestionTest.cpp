@@ -1,4 +1,5 @@
 #include "tests/app/ControllerFixture.h"
+#include "tests/nowplaying/RekordboxScreen.h"
 #include "tests/support/Outcome.h"
 
 #include <algorithm>
@@ -111,6 +112,25 @@ TEST_F(SuggestionTest, AsksTheDefaultProviderAboutWhatPlays) {
   EXPECT_EQ(suggest(), "ok");
   EXPECT_EQ(result.currentTrack.song, "Song");
   EXPECT_EQ(system.http.requests.back().url, ProviderEndpoint::tinkerDefault);
+}
+
+TEST_F(SuggestionTest, TellsRekordboxsDecksApartByASecondLook) {
+  const auto show = [&](const std::string& left, const std::string& right) {
+    system.accessibility.applications[2] = RekordboxScreen::application(RekordboxScreen::texts(
+        {"Cued", "A", left, "128.00", "8A"}, {"Playing", "A", right, "128.00", "8A"}));
+  };
+  system.applications.running = {{"com.pioneerdj.rekordboxdj", "rekordbox", 2}};
+  TaskGroup tasks(system.loop);
+  const auto ask = [&]() -> Task<void> { result = co_await controller.suggestTracks(); };
+  show("0:02", "3:40");
+  tasks.start(ask());
+  system.loop.runPending();
+  EXPECT_TRUE(system.http.requests.empty());
+  show("0:02", "3:42");
+  system.loop.advance(NowPlayingDetector::secondLook);
+  EXPECT_EQ(result.currentTrack.song, "Playing");
+  show("0:02", "3:43");
+  EXPECT_EQ(suggest(), "ok") << "at once, since the clocks are known";
 }
 
 TEST_F(SuggestionTest, TellsVersionAndBuildDate) {

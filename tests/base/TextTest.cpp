@@ -24,6 +24,15 @@ TEST(Text, ReplacesWhatIsNotUtf8) {
   EXPECT_TRUE(text::isValidUtf8("\xF0\x9F\x8E\xA7"));
 }
 
+TEST(Text, KeepsAsManyCharactersAsItMay) {
+  const std::pair<std::string, std::string> rows[] = {
+      {"abc", "abc"},  {"abcd", "abc"}, {"äöü", "äöü"},
+      {"äöüß", "äöü"}, {"🎧🎧🎧🎧", "🎧🎧🎧"}, {std::string(99, '\x80'), std::string(12, '\x80')},
+  };
+  for (const auto& [whole, kept] : rows)
+    EXPECT_EQ(text::bounded(whole, 3), kept) << whole;
+}
+
 TEST(Text, SplitsDroppingEmptyPieces) {
   EXPECT_EQ(text::split("a  b ", ' '), (std::vector<std::string_view>{"a", "b"}));
   EXPECT_EQ(text::split("a b  c", ' ', 1), (std::vector<std::string_view>{"a", "b  c"}));

@@ -17,6 +17,16 @@ from standins import startPlayer, writeState
 MANAGERS = {
     "openbox": ("openbox", "--sm-disable"),
     "xfwm4": ("xfwm4", "--sm-client-disable", "--compositor=off"),
+    "metacity": ("metacity", "--sm-disable"),
+    "marco": ("marco", "--sm-disable", "--no-composite"),
+    "mutter": ("mutter", "--x11", "--sm-disable"),
+    "muffin": ("muffin", "--x11", "--sm-disable"),
+    "kwin_x11": ("kwin_x11",),
+    "icewm": ("icewm",),
+    "jwm": ("jwm",),
+    "fluxbox": ("fluxbox",),
+    "i3": ("i3",),
+    "none": (),
 }
 SCREEN = (1440, 900)
 FULL = (507, 651)
@@ -94,15 +104,22 @@ class VelmorDesktop(Session):
     # What the X server says
 
     def client(self):
-        """The window, None while the window manager does not list it."""
-        for number in self._property(self.rootWindow, "_NET_CLIENT_LIST") or []:
-            window = self.x.create_resource_object("window", number)
+        """The window, None while the window manager does not list it; without a window manager,
+        while it is not on the screen."""
+        for window in self.clients():
             try:
                 if self._text(window, "_NET_WM_NAME") == "Velmor":
                     return window
             except error.BadWindow:
                 continue
         return None
+
+    def clients(self):
+        if not self.manager:
+            return [window for window in self.rootWindow.query_tree().children
+                    if window.get_attributes().map_state == X.IsViewable]
+        numbers = self._property(self.rootWindow, "_NET_CLIENT_LIST") or []
+        return [self.x.create_resource_object("window", number) for number in numbers]
 
     def frame(self):
         """Origin at the bottom left, as Velmor counts; None while it is not on the screen."""
@@ -196,6 +213,16 @@ class VelmorDesktop(Session):
             time.sleep(0.02)
         self.button(1, False)
 
+    def flick(self, place, right, down):
+        """A press, the first small movement and a large one before anybody can answer."""
+        x, y = self.onScreen(place)
+        self.moveTo(x, y)
+        for kind, detail, *to in ((X.ButtonPress, 1, x, y), (X.MotionNotify, 0, x + 1, y + 1),
+                                  (X.MotionNotify, 0, x + right, y + down),
+                                  (X.ButtonRelease, 1, x + right, y + down)):
+            xtest.fake_input(self.x, kind, detail, x=to[0], y=to[1])
+        self.x.sync()
+
     def key(self, *keys):
         self.tool("key", *keys)
 
@@ -217,8 +244,7 @@ class VelmorDesktop(Session):
                                    [self.x.get_atom("_NET_WM_STATE_" + state)])
         window.map()
         self.x.sync()
-        waitUntil(lambda: window.id in (self._property(self.rootWindow, "_NET_CLIENT_LIST") or []),
-                  "the other window is there")
+        waitUntil(lambda: window in self.clients(), "the other window is there")
         return window
 
     def activate(self, window):

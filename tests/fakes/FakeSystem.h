@@ -71,7 +71,7 @@ public:
 
 class FakeWindowList : public WindowList {
 public:
-  std::vector<WindowDescription> onScreen() override { return windows; }
+  std::vector<WindowDescription> list() override { return windows; }
   std::vector<WindowDescription> windows;
 };
 

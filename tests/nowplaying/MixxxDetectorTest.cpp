@@ -1,5 +1,6 @@
 #include "nowplaying/MixxxDetector.h"
 
+#include "base/Text.h"
 #include "nowplaying/MixxxLibrary.h"
 #include "tests/support/DatabaseFile.h"
 #include "tests/support/Outcome.h"
@@ -62,6 +63,35 @@ TEST(MixxxDetector, ShowsWhatTheTitleSays) {
     home.windows.windows = {{4, "X - Other process | Mixxx"}, {5, title}};
     EXPECT_EQ(outcome(MixxxDetector::current, home.platform), track) << title;
   }
+}
+
+TEST(MixxxDetector, OfSeveralInstancesTakesTheOneInFrontThatShowsATrack) {
+  // The one in front first, as the list of windows gives them.
+  const std::pair<std::vector<WindowDescription>, std::string> rows[] = {
+      {{{6, "C - Front | Mixxx"}, {5, "A - Behind | Mixxx"}}, "Front / C / "},
+      {{{6, "Mixxx"}, {5, "A - Behind | Mixxx"}}, "Behind / A / "},
+      {{{5, "A - Only | Mixxx"}}, "Only / A / "},
+  };
+  MixxxHome home;
+  home.applications.running.push_back({"org.mixxx.mixxx", "", 6});
+  for (const auto& [windows, track] : rows) {
+    home.windows.windows = windows;
+    EXPECT_EQ(outcome(MixxxDetector::current, home.platform), track);
+  }
+  const auto window = std::make_shared<FakeAccessibility::Element>();
+  window->attributes["AXTitle"] = std::string("A - Described | Mixxx");
+  const auto described = std::make_shared<FakeAccessibility::Element>();
+  described->attributes["AXWindows"] = std::vector<AccessibilityElementPtr>{window};
+  home.accessibility.applications[5] = described;
+  home.windows.windows = rows[0].first;
+  EXPECT_EQ(outcome(MixxxDetector::current, home.platform), "Front / C / ")
+      << "though the other one can be read better";
+}
+
+TEST(MixxxDetector, KeepsABoundedPartOfATitle) {
+  MixxxHome home;
+  home.windows.windows = {{5, "A - " + std::string(10'000'000, 'x') + " | Mixxx"}};
+  EXPECT_EQ(MixxxDetector::current(home.platform).title.size(), text::mostCharacters - 4);
 }
 
 TEST(MixxxDetector, CompletesTheTitleFromTheLibrary) {

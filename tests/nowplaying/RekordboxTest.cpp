@@ -147,7 +147,7 @@ RekordboxDeck deck(const std::string& title, std::int64_t elapsed, double top = 
 NowPlayingDetector::Elapsed clocks(const std::vector<RekordboxDeck>& decks) {
   NowPlayingDetector::Elapsed result;
   for (const auto& each : decks)
-    result[each.fingerprint()] = each.elapsed;
+    result.emplace(each.fingerprint(), each.elapsed);
   return result;
 }
 
@@ -166,6 +166,20 @@ TEST(RekordboxPolls, SelectTheDeckThatPlaysForTheShortestTime) {
       {"a tie", {deck("a", 1), deck("b", 1)}, {deck("a", 2, 300), deck("b", 2, 100)}, "b"},
       {"a full tie", {deck("a", 1), deck("b", 1)}, {deck("a", 2, 5), deck("b", 2, 5)}, "a"},
       {"new deck", {deck("a", 1)}, {deck("a", 1), deck("new", 9)}, ""},
+      {"twins, paused, beside one that plays",
+       {deck("a", 5), deck("a", 20), deck("b", 90)},
+       {deck("a", 5), deck("a", 20), deck("b", 91)},
+       "b"},
+      {"twins, one plays", {deck("a", 19), deck("a", 20)}, {deck("a", 20), deck("a", 20)}, "a"},
+      {"a paused track loaded twice",
+       {deck("a", 20), deck("b", 90)},
+       {deck("a", 0), deck("a", 20), deck("b", 91)},
+       "b"},
+      {"a playing track loaded twice", {deck("a", 20)}, {deck("a", 0, 1), deck("A", 21, 2)}, "A"},
+      {"one of two twins replaced",
+       {deck("a", 5), deck("a", 20)},
+       {deck("c", 0), deck("a", 20)},
+       ""},
   };
   for (const auto& row : rows) {
     const auto chosen = NowPlayingDetector::selectRekordboxDeck(row.decks, clocks(row.previous));
@@ -182,9 +196,14 @@ protected:
   /// One poll with these clocks; the title, or "" when nothing plays.
   std::string poll(const std::string& left, const std::string& right,
                    const std::string& rightTitle = "Right") {
+    show(left, right, rightTitle);
+    return current();
+  }
+
+  void show(const std::string& left, const std::string& right,
+            const std::string& rightTitle = "Right") {
     system.accessibility.applications[2] = RekordboxScreen::application(RekordboxScreen::texts(
         {"Left", "A", left, "128.00", "8A"}, {rightTitle, "A", right, "abc", "Am"}));
-    return current();
   }
 
   std::string current() {
@@ -221,15 +240,36 @@ TEST_F(RekordboxSession, RemembersItsClocksUntilRekordboxHasQuit) {
   system.accessibility.applications.clear();
   EXPECT_EQ(current(), noSession) << "a read that fails";
   EXPECT_EQ(poll("1:05", "3:42"), "Right / A / ");
-  // It is there at the first look and gone at the second.
   const auto application = std::exchange(system.applications.running, {});
-  system.processes.handler = [looks = 0](const ChildProcess& child) mutable {
-    const bool isThere = child.arguments.back() == "rekordbox" && ++looks == 1;
-    return ChildResult{isThere ? 0 : 1, "", ""};
-  };
   EXPECT_EQ(current(), noSession);
   system.applications.running = application;
   EXPECT_EQ(poll("1:05", "3:44"), "Left / A / ") << "a first poll again";
+}
+
+TEST_F(RekordboxSession, DoesNotCompareClocksOfLongAgo) {
+  EXPECT_EQ(poll("1:05", "3:40"), "Left / A / ");
+  system.loop.advance(Seconds{9});
+  EXPECT_EQ(poll("1:05", "3:44"), "Right / A / ") << "a poll that was late";
+  system.loop.advance(Seconds{11});
+  EXPECT_EQ(poll("1:05", "3:44"), "Left / A / ") << "a first poll again";
+  system.loop.setNow(system.loop.now() - std::chrono::hours(1));
+  EXPECT_EQ(poll("1:05", "3:46"), "Left / A / ") << "somebody has set the clock";
+}
+
+TEST_F(RekordboxSession, LooksTwiceWhenNobodyHasLookedForAWhile) {
+  EXPECT_FALSE(detector.noteClocks()) << "its window shows nothing yet";
+  show("1:05", "3:40");
+  EXPECT_TRUE(detector.noteClocks());
+  EXPECT_FALSE(detector.noteClocks()) << "known now";
+  EXPECT_EQ(current(), noSession) << "nothing moves";
+  EXPECT_EQ(poll("1:05", "3:42"), "Right / A / ");
+  system.loop.advance(Seconds{3600});
+  EXPECT_TRUE(detector.noteClocks());
+  EXPECT_EQ(current(), noSession) << "what played an hour ago is paused";
+  system.loop.advance(Seconds{3600});
+  system.applications.running.push_back({"org.mixxx.mixxx", "", 5});
+  system.windows.windows = {{5, "A - From Mixxx | Mixxx"}};
+  EXPECT_FALSE(detector.noteClocks()) << "Mixxx goes first";
 }
 
 } // namespace

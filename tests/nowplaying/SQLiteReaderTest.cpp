@@ -4,6 +4,7 @@
 #include "tests/support/DatabaseFile.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <fstream>
 #include <map>
@@ -13,15 +14,17 @@ using namespace velmor;
 
 namespace {
 
+using Obstacle = SQLiteReader::Obstacle;
 using Row = std::vector<std::string>;
 
 constexpr auto oneRow = "CREATE TABLE t(x); INSERT INTO t VALUES('kept');";
 
 class SQLiteReading : public testing::Test {
 protected:
-  std::optional<Row> read(const std::string& query = "SELECT x FROM t", int columns = 1) {
+  std::optional<Row> read(const std::string& query = "SELECT x FROM t", int columns = 1,
+                          const QueryLimits& limits = {}) {
     try {
-      return SQLiteReader::readTextRow(path, query, columns);
+      return SQLiteReader::readTextRow(path, query, columns, limits);
     } catch (const NowPlayingError& error) {
       EXPECT_EQ(error.errorCase(), NowPlayingError::Case::noActiveSession);
       return std::nullopt;
@@ -101,11 +104,52 @@ TEST_F(SQLiteReading, SeesWhatALiveLogHoldsAndLeavesItAlone) {
     EXPECT_EQ(read(), Row{"logged"}) << path;
     EXPECT_EQ(folderContent(), before) << path;
   }
-  // Copied without its index: what only the log holds stays unknown, and no index comes back.
-  std::filesystem::remove(path.string() + "-shm");
-  const auto before = folderContent();
-  EXPECT_FALSE(read());
-  EXPECT_EQ(folderContent(), before);
+}
+
+TEST_F(SQLiteReading, NeverGivesARowThatALogWithoutItsIndexMayHaveReplaced) {
+  DatabaseFile writer(path, "PRAGMA journal_mode = WAL;" + std::string(oneRow) +
+                                "PRAGMA wal_checkpoint(TRUNCATE)");
+  const auto whole = path;
+  const std::tuple<const char*, const char*, bool> rows[] = {
+      {"nothing new", "SELECT 1", true}, {"a newer row", "UPDATE t SET x = 'new'", false}};
+  for (const auto& [name, statement, isRead] : rows) {
+    writer.run(statement);
+    path = folder.path / name / whole.filename();
+    std::filesystem::copy(whole.parent_path(), path.parent_path());
+    std::filesystem::remove(path.string() + "-shm");
+    const auto before = folderContent();
+    EXPECT_EQ(read(), isRead ? std::optional(Row{"kept"}) : std::nullopt) << name;
+    EXPECT_EQ(SQLiteReader::obstacle(path), isRead ? Obstacle::none : Obstacle::strayLog) << name;
+    EXPECT_EQ(folderContent(), before) << name;
+  }
+  std::filesystem::remove(path.string() + "-wal");
+  EXPECT_EQ(read(), Row{"kept"}) << "no log, nothing newer";
+}
+
+TEST_F(SQLiteReading, OpensNothingButFiles) {
+  EXPECT_EQ(SQLiteReader::obstacle(path), Obstacle::missing);
+  fill(oneRow);
+  for (const auto* const suffix : {"-wal", "-shm", "-journal", ""}) {
+    const auto place = path.string() + suffix;
+    std::filesystem::remove(place);
+    ASSERT_EQ(mkfifo(place.c_str(), 0600), 0);
+    EXPECT_FALSE(read()) << suffix;
+    EXPECT_EQ(SQLiteReader::obstacle(path), Obstacle::notAFile) << suffix;
+    std::filesystem::remove(place);
+  }
+}
+
+TEST_F(SQLiteReading, GivesUpWhatTakesTooLongOrTooMuch) {
+  fill(oneRow);
+  const auto* const endless = "WITH RECURSIVE n(x) AS (SELECT 1 UNION ALL SELECT x + 1 FROM n) "
+                              "SELECT count(*) FROM n";
+  EXPECT_FALSE(read(endless, 1, {.deadline = Seconds{0.01}}));
+  int looks = 0;
+  EXPECT_FALSE(
+      read(endless, 1, {.deadline = Seconds{1e6}, .isCancelled = [&] { return ++looks == 3; }}));
+  EXPECT_EQ(looks, 3);
+  EXPECT_FALSE(read("SELECT hex(zeroblob(100000000))"));
+  EXPECT_EQ(read("SELECT hex(zeroblob(1000000))").value().front().size(), text::mostCharacters);
 }
 
 TEST_F(SQLiteReading, ReadsALogDatabaseLeftBehindWithoutATrace) {

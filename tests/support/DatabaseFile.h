@@ -7,6 +7,7 @@
 #include <sqlite3.h>
 
 #include <filesystem>
+#include <fstream>
 #include <memory>
 #include <string>
 
@@ -41,6 +42,11 @@ public:
   void addDatabase(const std::filesystem::path& path, const std::string& statements) {
     const DatabaseFile database(folder.path / path, statements);
     files.files[folder.path / path];
+  }
+
+  /// Writes a file that is no database.
+  void put(const std::filesystem::path& path, const std::string& bytes) const {
+    std::ofstream(folder.path / path) << bytes;
   }
 
 private:

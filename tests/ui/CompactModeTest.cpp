@@ -158,6 +158,36 @@ TEST_F(CompactMode, AWindowThatWasNeverSeenHasAFrameToGoBackTo) {
             (WindowSettings{.x = 0, .y = 0, .width = 461, .height = 592}));
 }
 
+TEST_F(CompactMode, NothingStaysWhereNoScreenShowsIt) {
+  struct Case {
+    Rect before, after;
+  };
+  const Case cases[] = {
+      {{{1320, 755}, {461, 592}}, {{1320, 755}, {461, 592}}}, // 120 points of it show
+      {{{1321, 100}, {461, 592}}, {{979, 100}, {461, 592}}},
+      {{{-400, -600}, {461, 592}}, {{0, 0}, {461, 592}}},
+      {{{9000, 100}, {461, 900}}, {{979, -25}, {461, 900}}}, // its top shows
+      {{{1399, 834}, {82, 82}}, {{1399, 834}, {82, 82}}},
+      {{{1400, 100}, {82, 82}}, {{1358, 100}, {82, 82}}},
+  };
+  for (const auto& [before, after] : cases) {
+    native().place = before;
+    desktop.windows.notify(DesktopNotification::ScreenParametersChanged);
+    loop.advance(Seconds{1});
+    EXPECT_EQ(native().frame(), after) << before.minX() << ", " << before.minY();
+  }
+  native().place = normal;
+  loop.advance(Seconds{0.2});
+  minimise();
+  desktop.windows.attached.front().visibleFrame = {{2000, 0}, {800, 600}};
+  manager->restore();
+  loop.runPending();
+  EXPECT_EQ(native().frame(), (Rect{{2000, 8}, {461, 592}}));
+  minimise();
+  EXPECT_EQ(native().frame().size, (Size{82, 82}));
+  EXPECT_GE(native().frame().minX(), 2000) << "where it was left, no screen is";
+}
+
 TEST_F(CompactMode, AWindowThatIsGoneIsLeftAlone) {
   native().miniaturize();
   loop.advance(Seconds{0.1});

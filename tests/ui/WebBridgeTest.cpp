@@ -86,7 +86,11 @@ TEST_F(WebBridgeTest, ChecksArguments) {
   incomplete.erase("theme");
   for (const Json& args : {Json::array(), Json::array({"x"}), Json::array({incomplete}), Json("x")})
     EXPECT_EQ(call("SaveSettings", args), rejected("Invalid arguments")) << args;
-  for (const Json& args : {Json::array(), Json::array({42}), Json("https://x")})
+  const std::string tooLong(10'001, 'x');
+  config["aiModel"] = tooLong;
+  EXPECT_EQ(call("SaveSettings", {config}), rejected("Invalid arguments"));
+  for (const Json& args :
+       {Json::array(), Json::array({42}), Json("https://x"), Json::array({tooLong})})
     EXPECT_EQ(call("BrowserOpenURL", args), rejected("Invalid arguments")) << args;
   EXPECT_EQ(call("getState"), rejected("Unknown method getState"));
 }

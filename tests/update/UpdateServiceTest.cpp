@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 using namespace velmor;
 
 namespace {
@@ -26,13 +28,21 @@ std::string release(const std::string& version) {
 } // namespace
 
 TEST_F(UpdateServiceTest, ComparesThreePartsAsNumbers) {
-  const std::tuple<const char*, const char*, int> cases[] = {
-      {"1.10.0", "1.9.9", 1}, {"2.0", "2.0.0", 0},     {"1.2.3-beta", "1.2.0", 0},
-      {"1.2", "1.2.1", -1},   {"1.2.3.9", "1.2.3", 0}, {"-1.0.0", "0.0.0", -1}};
-  for (const auto& [first, second, sign] : cases) {
-    const auto order = UpdateService::compareVersions(first, second);
-    EXPECT_EQ((order > 0) - (order < 0), sign) << first << " " << second;
-  }
+  constexpr auto most = std::numeric_limits<std::int64_t>::max();
+  constexpr auto least = std::numeric_limits<std::int64_t>::min();
+  const std::tuple<const char*, const char*, std::int64_t> cases[] = {
+      {"1.12.0", "1.9.9", 3},
+      {"2.0", "2.0.0", 0},
+      {"1.2.3-beta", "1.2.0", 0},
+      {"1.2", "1.2.7", -7},
+      {"1.2.3.9", "1.2.3", 0},
+      {"-1.0.0", "3.9.9", -4},
+      {"9223372036854775807.0.0", "-1.0.0", most},
+      {"-9223372036854775808.0.0", "1.0.0", least},
+      {"0.0.0", "-9223372036854775808.0.0", most},
+  };
+  for (const auto& [first, second, difference] : cases)
+    EXPECT_EQ(UpdateService::compareVersions(first, second), difference) << first << " " << second;
 }
 
 TEST_F(UpdateServiceTest, AsksTheConfiguredServer) {
@@ -80,9 +90,11 @@ TEST_F(UpdateServiceTest, OnlyAServerOutOfReachIsOffline) {
   const UpdateInfo none{.current = "1.0.0"};
   const UpdateService service(system.platform, "macos", "1.0.0");
   EXPECT_EQ(service.check(), (UpdateInfo{.current = "1.0.0", .offline = true}));
-  const std::pair<const char*, bool> addresses[] = {
-      {"http://a b", false}, {"http://a:port", false},        {"http://[::1", false},
-      {"http://a]", false},  {"https://u@[::1]:9/x:y", true}, {"", true}};
+  const std::string endless(100'000, 'a');
+  const std::pair<std::string, bool> addresses[] = {
+      {"http://a b", false},      {"http://a:port", false},        {"http://[::1", false},
+      {"http://a]", false},       {"https://u@[::1]:9/x:y", true}, {"", true},
+      {"http://" + endless, true}};
   for (const auto& [address, isURL] : addresses) {
     system.environment.variables["VELMORDJ_VERSION_URL"] = address;
     EXPECT_EQ(UpdateService(system.platform, "macos", "1.0.0").check().offline, isURL) << address;

@@ -45,7 +45,7 @@ _libc = ctypes.CDLL(None, use_errno=True)
 class Session:
     """Take what is needed; without `bus` there is no session bus at all.
 
-    Process names are the one thing that sessions share: who starts programs under names that
+    No `manager` leaves the display without one. Process names are the one thing that sessions share: who starts programs under names that
     Velmor looks for asks to be `alone`, and no other session of this machine runs beside it.
     """
 
@@ -202,8 +202,15 @@ class Session:
         asked = ["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"]
         # It may name its display before it lets the first program in.
         waitUntil(lambda: self.run(asked).returncode == 0, "the display answers")
-        self.start(list(self.manager))
-        waitUntil(lambda: "window id" in self.run(asked).stdout, "a window manager runs")
+        if not self.manager:
+            return
+        self.startManager()
+
+    def startManager(self):
+        self.windowManager = self.start(list(self.manager), log="manager.log")
+        asked = ["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"]
+        waitUntil(lambda: "window id" in self.run(asked).stdout,
+                  lambda: "a window manager runs: " + self.log("manager"))
 
     def _startBus(self):
         socket = os.path.join(self.runtime, "bus")

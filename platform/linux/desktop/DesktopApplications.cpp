@@ -3,7 +3,6 @@
 #include "platform/linux/desktop/EwmhWindowList.h"
 #include "platform/linux/glib/GlibHandles.h"
 #include "platform/linux/media/MprisBus.h"
-#include "platform/linux/media/MprisPlayer.h"
 #include "platform/linux/system/ProcessNames.h"
 
 #include <glib.h>
@@ -20,30 +19,36 @@ namespace {
 
 constexpr Seconds playersDeadline{2};
 
-/// What is known of a process that counts as an application.
-struct Evidence {
-  std::int32_t process = 0;
-  std::string windowClass;
-  std::optional<MprisPlayer> player;
-};
+using Evidence = ApplicationEvidence;
 
-Evidence& evidenceOf(std::int32_t process, std::vector<Evidence>& all) {
-  const auto found = std::ranges::find(all, process, &Evidence::process);
-  return found != all.end() ? *found : all.emplace_back(Evidence{process, "", {}});
+void add(const EwmhClient& window, std::vector<Evidence>& all) {
+  const auto found = std::ranges::find_if(all, [&](const Evidence& evidence) {
+    return evidence.process == window.process &&
+           (evidence.windowClass == window.windowClass || evidence.windowClass.empty() ||
+            window.windowClass.empty());
+  });
+  if (found == all.end()) {
+    all.push_back({window.process, window.windowClass, {}});
+  } else if (found->windowClass.empty()) {
+    found->windowClass = window.windowClass;
+  }
 }
 
-std::vector<Evidence> collect(const std::vector<EwmhClient>& windows,
-                              const std::vector<MprisPlayer>& players) {
-  std::vector<Evidence> all;
-  for (const auto& window : windows) {
-    if (window.process <= 0 || window.belongsToDesktop) continue;
-    auto& evidence = evidenceOf(window.process, all);
-    if (evidence.windowClass.empty()) evidence.windowClass = window.windowClass;
+void add(const MprisPlayer& player, std::vector<Evidence>& all) {
+  const auto sharesProcess = [&](const Evidence& evidence) {
+    return evidence.process == player.process;
+  };
+  auto owner = std::ranges::find_if(all, [&](const Evidence& evidence) {
+    return sharesProcess(evidence) && goesByName(player, evidence.windowClass);
+  });
+  if (owner == all.end() && std::ranges::count_if(all, sharesProcess) == 1) {
+    owner = std::ranges::find_if(all, sharesProcess);
   }
-  for (const auto& player : players) {
-    if (player.process > 0) evidenceOf(player.process, all).player = player;
+  if (owner == all.end()) {
+    all.push_back({player.process, "", player});
+  } else {
+    owner->player = player;
   }
-  return all;
 }
 
 std::string lowercased(const std::string& text) {
@@ -81,22 +86,36 @@ RunningApplication describe(const Evidence& evidence, const ProcessNames& names,
 
 } // namespace
 
+std::vector<ApplicationEvidence> collectEvidence(const std::vector<EwmhClient>& windows,
+                                                 const std::vector<MprisPlayer>& players) {
+  std::vector<Evidence> all;
+  for (const auto& window : windows) {
+    if (window.process > 0 && !window.belongsToDesktop) add(window, all);
+  }
+  for (const auto& player : players) {
+    if (player.process > 0) add(player, all);
+  }
+  return all;
+}
+
 DesktopApplications::DesktopApplications(const Environment& environment, MprisBusSource& mprisBuses)
     : buses(mprisBuses), entries(environment) {}
 
 std::vector<RunningApplication> DesktopApplications::list() {
   const auto bus = buses.current();
   auto players = bus ? bus->players(playersDeadline) : std::nullopt;
-  const auto all = collect(readEwmhClients(), players.value_or(std::vector<MprisPlayer>()));
+  const auto all = collectEvidence(readEwmhClients(), players.value_or(std::vector<MprisPlayer>()));
 
   const std::lock_guard guard(mutex);
   entries.refresh();
   std::vector<RunningApplication> applications;
   for (const auto& evidence : all) {
-    const auto names = ProcessNames::of(evidence.process);
-    if (!names) continue;
-    const auto entry = entryFor(evidence, *names, entries).value_or(DesktopEntry());
-    applications.push_back(describe(evidence, *names, entry));
+    const auto known = ProcessNames::of(evidence.process);
+    // A sandbox counts its processes by itself: nobody outside may have that number.
+    if (!known && evidence.windowClass.empty()) continue;
+    const auto names = known.value_or(ProcessNames());
+    const auto entry = entryFor(evidence, names, entries).value_or(DesktopEntry());
+    applications.push_back(describe(evidence, names, entry));
   }
   return applications;
 }

@@ -2,12 +2,32 @@
 
 #include "platform/RunningApplications.h"
 #include "platform/linux/desktop/DesktopEntries.h"
+#include "platform/linux/desktop/WindowProperties.h"
+#include "platform/linux/media/MprisPlayer.h"
 
+#include <cstdint>
 #include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace velmor {
 
 class MprisBusSource;
+
+/// What is known of something that counts as an application.
+struct ApplicationEvidence {
+  std::int32_t process = 0;
+  /// "" when its windows do not tell, or it has none.
+  std::string windowClass;
+  std::optional<MprisPlayer> player;
+};
+
+/// One entry for each process and class of windows, in the order of the windows, then the players
+/// without one. The process alone is not enough: every sandbox and container counts its processes
+/// from 1.
+[[nodiscard]] std::vector<ApplicationEvidence>
+collectEvidence(const std::vector<EwmhClient>& windows, const std::vector<MprisPlayer>& players);
 
 /// The applications of an X11 desktop: the processes that own windows, in the window manager's
 /// order, then media players without one.

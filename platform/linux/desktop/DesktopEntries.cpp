@@ -2,10 +2,12 @@
 
 #include "platform/Environment.h"
 #include "platform/linux/glib/GlibHandles.h"
+#include "platform/linux/system/RegularFile.h"
 
 #include <glib.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <sstream>
 
 namespace velmor {
@@ -14,6 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr std::size_t longestEntry = std::size_t{1} << 20;
 constexpr auto group = G_KEY_FILE_DESKTOP_GROUP;
 
 std::string value(GKeyFile& file, const char* key) {
@@ -27,9 +30,19 @@ std::string programOf(const std::string& commandLine) {
   return fs::path(words[0]).filename();
 }
 
+/// Reading anything else could take for ever: a pipe, a device, a file that never ends.
+bool isSmallFile(const fs::path& path) {
+  constexpr std::uintmax_t largest = 1024 * 1024;
+  std::error_code error;
+  return fs::is_regular_file(path, error) && fs::file_size(path, error) <= largest;
+}
+
 std::optional<DesktopEntry> readEntry(const fs::path& path, const std::string& identifier) {
+  if (!isSmallFile(path)) return std::nullopt;
   const GlibPtr<GKeyFile> file(g_key_file_new());
-  if (!g_key_file_load_from_file(file.get(), path.c_str(), G_KEY_FILE_NONE, nullptr)) {
+  const auto text = readRegularFile(path, longestEntry);
+  if (!text || !g_key_file_load_from_data(file.get(), text->data(), text->size(), G_KEY_FILE_NONE,
+                                          nullptr)) {
     return std::nullopt;
   }
   if (value(*file, G_KEY_FILE_DESKTOP_KEY_TYPE) != "Application") return std::nullopt;

@@ -1,5 +1,6 @@
 #include "platform/linux/desktop/EwmhWindowList.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace velmor {
@@ -17,13 +18,23 @@ std::vector<std::string> readEwmhTitles(std::int32_t process) {
   return titles;
 }
 
-std::vector<WindowDescription> EwmhWindowList::onScreen() {
+std::vector<WindowDescription> frontFirst(std::vector<EwmhClient> stack) {
+  std::erase_if(stack, &EwmhClient::belongsToDesktop);
+  std::ranges::reverse(stack);
+  std::ranges::stable_partition(stack, [](const auto& client) { return !client.hidden; });
   std::vector<WindowDescription> windows;
-  for (auto& client : readEwmhClients()) {
-    if (client.hidden || client.belongsToDesktop) continue;
+  windows.reserve(stack.size());
+  for (auto& client : stack)
     windows.push_back({client.process, std::move(client.title)});
-  }
   return windows;
+}
+
+std::vector<WindowDescription> EwmhWindowList::list() {
+  const WindowProperties properties;
+  auto windows = properties.stack();
+  // Some window managers do not tell the order.
+  if (windows.empty()) windows = properties.clients();
+  return frontFirst(properties.describe(windows));
 }
 
 } // namespace velmor

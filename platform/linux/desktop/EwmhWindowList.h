@@ -16,11 +16,14 @@ namespace velmor {
 /// The titles of a process's windows, oldest first, minimised or not. Like `readEwmhClients`.
 [[nodiscard]] std::vector<std::string> readEwmhTitles(std::int32_t process);
 
-/// The window list of an X server's window manager: what is not minimised and no part of the
-/// desktop itself.
+/// The clients in the order of a `WindowList`, given the lowest first.
+[[nodiscard]] std::vector<WindowDescription> frontFirst(std::vector<EwmhClient> stack);
+
+/// The window list of an X server's window manager. A minimised program still plays: its window
+/// counts.
 class EwmhWindowList final : public WindowList {
 public:
-  [[nodiscard]] std::vector<WindowDescription> onScreen() override;
+  [[nodiscard]] std::vector<WindowDescription> list() override;
 };
 
 } // namespace velmor

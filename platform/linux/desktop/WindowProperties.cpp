@@ -170,6 +170,19 @@ bool WindowProperties::isFullScreen(Window window) const {
   return holds(state, server->hints()->_NET_WM_STATE_FULLSCREEN);
 }
 
+bool WindowProperties::canBeMinimised(Window window) const {
+  if (!server) return true;
+  const auto actions = server->numbers(xcb_ewmh_get_wm_allowed_actions(server->hints(), window));
+  return actions.empty() || holds(actions, server->hints()->_NET_WM_ACTION_MINIMIZE);
+}
+
+bool WindowProperties::isShowingDesktop() const {
+  if (!server) return false;
+  const auto showing =
+      server->numbers(xcb_ewmh_get_showing_desktop(server->hints(), server->screenNumber()));
+  return !showing.empty() && showing.front() != 0;
+}
+
 std::vector<EwmhClient> WindowProperties::describe(const std::vector<Window>& windows) const {
   if (!server) return {};
   // All requests go out before the first answer is awaited.

@@ -46,6 +46,12 @@ public:
 
   [[nodiscard]] bool isFullScreen(Window window) const;
 
+  /// False when the window manager tells what it does with the window, and minimising is not in it.
+  [[nodiscard]] bool canBeMinimised(Window window) const;
+
+  /// Whether all windows make way for the desktop at the moment.
+  [[nodiscard]] bool isShowingDesktop() const;
+
   /// What these windows tell about themselves, in one round trip for all of them.
   [[nodiscard]] std::vector<EwmhClient> describe(const std::vector<Window>& windows) const;
 

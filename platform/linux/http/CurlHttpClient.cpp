@@ -64,10 +64,14 @@ HttpResponse CurlHttpSession::send(const HttpRequest& original) const {
   HttpRequest request = original;
   const HttpAddress first(request.url);
   HttpAddress address = first;
+  std::stop_source stop;
+  const auto end = [&stop] { stop.request_stop(); };
+  const std::stop_callback onQuit(quit, end);
+  const std::stop_callback onRequest(request.stop, end);
   const CurlTransfer::Limits limits{
       .idle = limited(std::min(configuration.requestTimeout, request.timeout)),
       .end = CurlTransfer::Clock::now() + limited(configuration.resourceTimeout),
-      .stop = quit};
+      .stop = stop.get_token()};
   for (int redirects = 0; redirects <= redirectLimit; ++redirects) {
     CurlTransfer transfer(address, request);
     auto response = transfer.run(limits);

@@ -18,30 +18,40 @@ using std::chrono::steady_clock;
 constexpr auto playerPath = "/org/mpris/MediaPlayer2";
 constexpr auto playerInterface = "org.mpris.MediaPlayer2.Player";
 
-/// How long a player that has hung before is waited for: long enough to notice that it has
-/// recovered, short enough to pay at every reading.
+/// How long a player that has hung before is waited for, which is short enough to pay at every
+/// reading. One that answers later than this, but in time, is waited for again from then on.
 constexpr std::chrono::milliseconds patienceWithHung{100};
 
-using SharedHistory = std::shared_ptr<PlaybackHistory>;
+/// Who wants to know what players send.
+struct Listeners {
+  std::shared_ptr<PlaybackHistory> history;
+  std::shared_ptr<LateAnswers> late;
+};
 
-/// Notes PropertiesChanged signals of players, on the thread on which GDBus reads messages.
-GDBusMessage* noteChange(GDBusConnection*, GDBusMessage* message, gboolean, gpointer data) {
+/// Notes answers and PropertiesChanged signals of players, on the thread on which GDBus reads
+/// messages. Answers pass here even when nobody waits for them any more.
+GDBusMessage* noteMessage(GDBusConnection*, GDBusMessage* message, gboolean, gpointer data) {
+  const auto& listeners = *static_cast<Listeners*>(data);
   const auto type = g_dbus_message_get_message_type(message);
   const char* sender = g_dbus_message_get_sender(message);
-  const bool isChange = type == G_DBUS_MESSAGE_TYPE_SIGNAL && sender &&
+  if (!sender) return message;
+  if (type == G_DBUS_MESSAGE_TYPE_METHOD_RETURN || type == G_DBUS_MESSAGE_TYPE_ERROR) {
+    listeners.late->answered(sender, steady_clock::now());
+  }
+  const bool isChange = type == G_DBUS_MESSAGE_TYPE_SIGNAL &&
                         g_strcmp0(g_dbus_message_get_path(message), playerPath) == 0 &&
                         g_strcmp0(g_dbus_message_get_member(message), "PropertiesChanged") == 0;
   auto* const body = isChange ? g_dbus_message_get_body(message) : nullptr;
   if (!body) return message;
   // Interface, what has changed, and the names of what has to be read anew.
   if (const auto playing = isPlaying(memberOf(VariantPtr(g_variant_ref(body)), 1))) {
-    (*static_cast<SharedHistory*>(data))->statusChanged(sender, *playing);
+    listeners.history->statusChanged(sender, *playing);
   }
   return message;
 }
 
-void releaseHistory(gpointer data) {
-  const std::unique_ptr<SharedHistory> released(static_cast<SharedHistory*>(data));
+void releaseListeners(gpointer data) {
+  const std::unique_ptr<Listeners> released(static_cast<Listeners*>(data));
 }
 
 /// The players among the names on the bus; nothing when it has not told them.
@@ -120,7 +130,7 @@ std::optional<std::vector<MprisPlayer>> MprisBus::players(Seconds timeout) {
   });
   wait.waitUntil(start + patienceWithHung,
                  [&] { return std::ranges::all_of(readings, hasAnswered); });
-  return finish(readings);
+  return finish(readings, start, timeout);
 }
 
 BusConnectionPtr MprisBus::connected(BusWait& wait) {
@@ -132,8 +142,8 @@ BusConnectionPtr MprisBus::connected(BusWait& wait) {
 }
 
 void MprisBus::followPlayback(const BusConnectionPtr& made, BusWait& wait) {
-  g_dbus_connection_add_filter(made.get(), noteChange,
-                               std::make_unique<SharedHistory>(history).release(), releaseHistory);
+  auto listeners = std::make_unique<Listeners>(Listeners{history, late});
+  g_dbus_connection_add_filter(made.get(), noteMessage, listeners.release(), releaseListeners);
   wait.call(made,
             callOfBus("AddMatch",
                       tupleOf("type='signal',interface='org.freedesktop.DBus.Properties',"
@@ -149,16 +159,21 @@ MprisBus::plannedReadings(const std::vector<std::string>& names) const {
   std::vector<Reading> readings(names.size());
   for (std::size_t index = 0; index < names.size(); ++index) {
     readings[index].busName = names[index];
-    readings[index].hasHung = hung.contains(names[index]);
+    const auto found = hung.find(names[index]);
+    readings[index].hasHung = found != hung.end() && !late->isWorthWaitingFor(found->second);
   }
   return readings;
 }
 
-std::vector<MprisPlayer> MprisBus::finish(const std::vector<Reading>& readings) {
+std::vector<MprisPlayer> MprisBus::finish(const std::vector<Reading>& readings,
+                                          steady_clock::time_point asked, Seconds timeout) {
   std::map<std::string, bool> playing;
-  std::set<std::string> silent;
+  std::map<std::string, std::string> silent;
   for (const auto& reading : readings) {
-    if (reading.outstanding > 0) silent.insert(reading.busName);
+    if (reading.outstanding > 0) {
+      silent.emplace(reading.busName, reading.owner);
+      late->missed(reading.owner, asked + timeout);
+    }
     if (reading.player && !reading.owner.empty())
       playing[reading.owner] = isPlaying(reading.player).value_or(false);
   }
@@ -186,6 +201,12 @@ std::shared_ptr<MprisBus> MprisBusSource::current() {
   return bus;
 }
 
+bool MprisBusSource::isNewFailure(const std::string& player, bool answered) {
+  const std::lock_guard guard(lock);
+  if (answered) failed.erase(player);
+  return !answered && failed.insert(player).second;
+}
+
 void PlaybackHistory::statusChanged(const std::string& player, bool playing) {
   const std::lock_guard guard(lock);
   note(entries[player], playing);
@@ -204,6 +225,26 @@ std::uint64_t PlaybackHistory::beganPlaying(const std::string& player) const {
   const std::lock_guard guard(lock);
   const auto entry = entries.find(player);
   return entry == entries.end() ? 0 : entry->second.began;
+}
+
+void LateAnswers::missed(const std::string& player,
+                         std::chrono::time_point<Moment::clock, Seconds> deadline) {
+  const std::lock_guard guard(lock);
+  awaited.try_emplace(player, deadline);
+  quick.erase(player);
+}
+
+void LateAnswers::answered(const std::string& player, Moment now) {
+  const std::lock_guard guard(lock);
+  const auto question = awaited.find(player);
+  if (question == awaited.end()) return;
+  if (now <= question->second) quick.insert(player);
+  awaited.erase(question);
+}
+
+bool LateAnswers::isWorthWaitingFor(const std::string& player) const {
+  const std::lock_guard guard(lock);
+  return quick.contains(player);
 }
 
 void PlaybackHistory::note(Entry& entry, bool playing) {

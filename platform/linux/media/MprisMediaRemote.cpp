@@ -15,9 +15,10 @@ namespace {
 int rank(const MprisPlayer& player) {
   using Status = MprisPlayer::Status;
   const auto isGiven = [](const auto& text) { return text && !text->empty(); };
-  const bool saysWhat = isGiven(player.title) || isGiven(player.artist);
-  if (player.status == Status::Playing) return saysWhat ? 3 : 2;
-  return player.status == Status::Paused && saysWhat ? 1 : 0;
+  const bool saysWho = isGiven(player.artist) || isGiven(player.albumArtist);
+  const int told = (isGiven(player.title) ? 1 : 0) + (saysWho ? 1 : 0);
+  if (player.status == Status::Playing) return 3 + told;
+  return player.status == Status::Paused ? told : 0;
 }
 
 bool isBetter(const MprisPlayer& player, const MprisPlayer& other) {

@@ -10,9 +10,11 @@ namespace velmor {
 
 class MprisBusSource;
 
-/// The player whose session is the system's: one that plays and says what, else one that plays,
-/// else one that is paused and says with what. Among equals it is the one that began to play last,
-/// then the first by bus name. Null when nothing plays or is paused.
+/// The player whose session is the system's. One that plays counts before one that is paused, and
+/// then one that tells title and artist before one that tells one of them, and that before one that
+/// tells nothing: a film in a browser has no artist and must not hide the record. Among equals it
+/// is the one that began to play last, then the first by bus name. Null when nothing plays, and
+/// nothing that is paused says with what.
 [[nodiscard]] const MprisPlayer* chosenSession(const std::vector<MprisPlayer>& players);
 
 /// What the player says, under the system's keys.

@@ -1,5 +1,7 @@
 #include "platform/linux/media/MprisPlayer.h"
 
+#include "base/Text.h"
+
 #include <glib.h>
 
 #include <algorithm>
@@ -11,8 +13,9 @@ namespace velmor {
 
 namespace {
 
-std::optional<std::string> text(const VariantPtr& properties, const char* key) {
-  return valueOf<std::string>(entryOf(properties, key));
+std::optional<std::string> textAt(const VariantPtr& properties, const char* key) {
+  const auto value = valueOf<std::string>(entryOf(properties, key));
+  return value ? std::optional(std::string(text::bounded(*value))) : std::nullopt;
 }
 
 std::optional<double> number(const VariantPtr& properties, const char* key) {
@@ -20,16 +23,18 @@ std::optional<double> number(const VariantPtr& properties, const char* key) {
   return value && std::isfinite(*value) ? value : std::nullopt;
 }
 
+/// A list of texts, or the plain text that some players send in its place.
 std::optional<std::string> joinedTexts(const VariantPtr& properties, const char* key) {
   const auto texts = valueOf<std::vector<std::string>>(entryOf(properties, key));
-  if (!texts) return std::nullopt;
+  if (!texts) return textAt(properties, key);
   std::string joined;
   for (const auto& each : *texts) {
     if (each.empty()) continue;
     if (!joined.empty()) joined += ", ";
-    joined += each;
+    joined += text::bounded(each);
+    if (joined.size() > text::mostCharacters) break;
   }
-  return joined;
+  return std::string(text::bounded(joined));
 }
 
 MprisPlayer::Status statusNamed(const std::string& name) {
@@ -50,19 +55,19 @@ MprisPlayer playerFromProperties(const std::string& busName, const VariantPtr& p
   const auto metadata = entryOf(player, "Metadata");
   return {.busName = busName,
           .process = 0,
-          .identity = text(identity, "Identity"),
-          .desktopEntry = text(identity, "DesktopEntry"),
-          .status = statusNamed(text(player, "PlaybackStatus").value_or("")),
+          .identity = textAt(identity, "Identity"),
+          .desktopEntry = textAt(identity, "DesktopEntry"),
+          .status = statusNamed(textAt(player, "PlaybackStatus").value_or("")),
           .rate = number(player, "Rate"),
-          .title = text(metadata, "xesam:title"),
+          .title = textAt(metadata, "xesam:title"),
           .artist = joinedTexts(metadata, "xesam:artist"),
           .albumArtist = joinedTexts(metadata, "xesam:albumArtist"),
-          .album = text(metadata, "xesam:album"),
+          .album = textAt(metadata, "xesam:album"),
           .beganPlaying = 0};
 }
 
 std::optional<bool> isPlaying(const VariantPtr& properties) {
-  const auto status = text(properties, "PlaybackStatus");
+  const auto status = textAt(properties, "PlaybackStatus");
   if (!status) return std::nullopt;
   return statusNamed(*status) == MprisPlayer::Status::Playing;
 }

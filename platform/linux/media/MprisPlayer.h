@@ -25,7 +25,7 @@ struct MprisPlayer {
   /// The speed, 1 being normal; always finite.
   std::optional<double> rate;
   std::optional<std::string> title;
-  /// Several artists are joined by ", ".
+  /// Several artists are joined by ", "; one may also come as a plain text.
   std::optional<std::string> artist;
   std::optional<std::string> albumArtist;
   std::optional<std::string> album;

@@ -28,14 +28,19 @@ std::string answerOf(const MprisPlayer& player, PlayerScript::Question question)
 ChildResult answerScript(const PlayerScript& script, MprisBusSource& buses) {
   const auto bus = buses.current();
   const auto players = bus ? bus->players(playerDeadline) : std::nullopt;
+  const auto all = players.value_or(std::vector<MprisPlayer>());
   // Where a player has several names on the bus it says the same under each: the first will do.
-  for (const auto& player : players.value_or(std::vector<MprisPlayer>())) {
-    if (!goesByName(player, script.application)) continue;
-    return {.exitStatus = 0, .output = answerOf(player, script.question), .errorOutput = ""};
+  const auto player = std::ranges::find_if(
+      all, [&](const auto& each) { return goesByName(each, script.application); });
+  const bool answers = player != all.end();
+  const bool isNews = buses.isNewFailure(script.application, answers);
+  if (answers) {
+    return {.exitStatus = 0, .output = answerOf(*player, script.question), .errorOutput = ""};
   }
+  // The message goes to the log, and nothing changes there from one look to the next.
   return {.exitStatus = 1,
           .output = "",
-          .errorOutput = script.application + " does not answer on the session bus."};
+          .errorOutput = isNews ? script.application + " does not answer on the session bus." : ""};
 }
 
 } // namespace velmor

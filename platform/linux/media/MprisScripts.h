@@ -14,8 +14,8 @@ struct MprisPlayer;
 [[nodiscard]] std::string answerOf(const MprisPlayer& player, PlayerScript::Question question);
 
 /// Asks the player of the script's application on the session bus, in place of running the script.
-/// Fails with exit status 1 and a message when the player is not there or does not answer. Any
-/// thread; waits for up to two seconds.
+/// Fails with exit status 1 when the player is not there or does not answer; with a message the
+/// first time, until it answers again. Any thread; waits for up to two seconds.
 [[nodiscard]] ChildResult answerScript(const PlayerScript& script, MprisBusSource& buses);
 
 } // namespace velmor

@@ -1,8 +1,8 @@
 #include "platform/linux/system/FolderBundle.h"
 
-#include <nlohmann/json.hpp>
+#include "platform/linux/system/RegularFile.h"
 
-#include <fstream>
+#include <nlohmann/json.hpp>
 
 namespace velmor {
 
@@ -10,10 +10,12 @@ namespace fs = std::filesystem;
 
 namespace {
 
+constexpr std::size_t longestInformation = std::size_t{1} << 20;
+
 std::map<std::string, std::string, std::less<>> readInformation(const fs::path& path) {
   std::map<std::string, std::string, std::less<>> entries;
-  std::ifstream file(path);
-  const auto json = nlohmann::json::parse(file, nullptr, false);
+  const auto json =
+      nlohmann::json::parse(readRegularFile(path, longestInformation).value_or(""), nullptr, false);
   if (!json.is_object()) return entries;
   for (const auto& [key, value] : json.items()) {
     if (value.is_string()) entries.emplace(key, value.get<std::string>());

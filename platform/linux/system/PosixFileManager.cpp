@@ -1,6 +1,7 @@
 #include "platform/linux/system/PosixFileManager.h"
 
 #include "platform/linux/system/FileDescriptor.h"
+#include "platform/linux/system/RegularFile.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -8,7 +9,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
 #include <charconv>
 #include <chrono>
@@ -191,16 +191,7 @@ void PosixFileManager::createFolder(const fs::path& path, unsigned permissions) 
 }
 
 std::optional<std::string> PosixFileManager::read(const fs::path& path) const {
-  const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
-  if (!file) return std::nullopt;
-  std::string bytes;
-  std::array<char, 65536> chunk{};
-  while (true) {
-    const auto count = ::read(file.get(), chunk.data(), chunk.size());
-    if (count == 0) return bytes;
-    if (count > 0) bytes.append(chunk.data(), static_cast<std::size_t>(count));
-    if (count < 0 && errno != EINTR) return std::nullopt;
-  }
+  return readRegularFile(path, readLimit);
 }
 
 void PosixFileManager::writeAtomically(const fs::path& path, std::string_view bytes) {

@@ -32,6 +32,8 @@ using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
 constexpr int highestStandardDescriptor = STDERR_FILENO;
+/// What is added to a signal's number to make an exit status.
+constexpr int signalBase = 128;
 
 /// What posix_spawn wants to be told in its own two records.
 struct SpawnPlan {
@@ -125,6 +127,9 @@ public:
   /// The exit status of a child that has ended.
   [[nodiscard]] int collect();
 
+  /// Counts a child that cannot be made to end as ended by SIGKILL, and lets go of it.
+  [[nodiscard]] int abandon();
+
   /// Non-blocking; `input` and `errorOutput` are closed from the start when there is none.
   FileDescriptor input;
   FileDescriptor output;
@@ -187,15 +192,27 @@ int SpawnedChild::collect() {
   int ending = 0;
   while (::waitpid(process, &ending, 0) < 0 && errno == EINTR) {
   }
-  constexpr int signalBase = 128;
   status = WIFEXITED(ending) ? WEXITSTATUS(ending) : signalBase + WTERMSIG(ending);
   return *status;
 }
 
+int SpawnedChild::abandon() {
+  status = signalBase + SIGKILL;
+  return *status;
+}
+
 constexpr milliseconds patience{300};
+constexpr milliseconds longestWait = std::chrono::hours{1};
 constexpr std::size_t chunkSize = 65536;
 /// The largest pipe that a program without privileges can make holds this many chunks.
 constexpr int chunksInFullPipe = 16;
+
+/// That much from now, in a range that the clock can hold.
+steady_clock::time_point momentAfter(std::chrono::duration<double> time) {
+  constexpr std::chrono::duration<double> longest = std::chrono::hours{24 * 365};
+  const auto wait = std::clamp(time, std::chrono::duration<double>{0}, longest);
+  return steady_clock::now() + std::chrono::duration_cast<steady_clock::duration>(wait);
+}
 
 /// A descriptor that becomes readable once stop is requested, to be waited for among others.
 class StopEvent {
@@ -217,7 +234,8 @@ public:
   /// Starts the child. Throws LaunchError.
   ChildConversation(const ChildProcess& program, const StopEvent& stopEvent);
 
-  /// Waits for the child. Once stop is requested it is asked to end, and soon made to.
+  /// Waits for the child. At its time limit, or once stop is requested, it is asked to end, and
+  /// soon made to. Throws LaunchError when it took too long.
   [[nodiscard]] ChildResult toItsEnd();
 
 private:
@@ -225,8 +243,9 @@ private:
 
   void waitForNews();
   void writeInput();
-  void askToEnd();
-  void makeEnd();
+  /// What comes next has come: the time limit, or the end of the child's patience.
+  void timeHasCome();
+  void send(int signal);
   [[nodiscard]] int remainingMilliseconds() const;
   /// Takes one chunk of what is there, which keeps a child that never stops printing from keeping
   /// everything else waiting.
@@ -236,24 +255,29 @@ private:
   SpawnedChild child;
   std::string_view unwritten;
   ChildResult result;
+  /// How the child is being ended.
+  enum class Ending { None, Asked, Made, GivenUp };
+
   bool ended = false;
-  /// When the child's patience is over; nothing while it may take its time.
-  std::optional<Moment> killTime;
+  bool tookTooLong = false;
+  Ending ending = Ending::None;
+  /// When the next step towards its end is due.
+  Moment due;
 };
 
 ChildConversation::ChildConversation(const ChildProcess& program, const StopEvent& stopEvent)
-    : stop(stopEvent), child(program) {
+    : stop(stopEvent), child(program), due(momentAfter(program.timeLimit)) {
   if (program.input) unwritten = *program.input;
 }
 
 ChildResult ChildConversation::toItsEnd() {
-  while (!ended) {
+  while (!ended && ending != Ending::GivenUp) {
     if (unwritten.empty()) child.input.close();
     waitForNews();
     writeInput();
     drain(child.output, result.output);
     drain(child.errorOutput, result.errorOutput);
-    if (killTime && steady_clock::now() >= *killTime) makeEnd();
+    if (steady_clock::now() >= due) timeHasCome();
   }
   // What the child printed is in the pipes by now. Their end is not waited for: something that
   // the child left running may keep them open, and may even go on writing.
@@ -261,7 +285,8 @@ ChildResult ChildConversation::toItsEnd() {
     drain(child.output, result.output);
     drain(child.errorOutput, result.errorOutput);
   }
-  result.exitStatus = child.collect();
+  result.exitStatus = ended ? child.collect() : child.abandon();
+  if (tookTooLong) throw LaunchError("The program was still running after its time limit.");
   return std::move(result);
 }
 
@@ -272,11 +297,11 @@ void ChildConversation::waitForNews() {
       {child.output.get(), POLLIN, 0},
       {child.errorOutput.get(), POLLIN, 0},
       {child.input.get(), POLLOUT, 0},
-      {killTime ? -1 : stop.descriptor(), POLLIN, 0},
+      {ending == Ending::None ? stop.descriptor() : -1, POLLIN, 0},
   }};
   if (::poll(sources.data(), sources.size(), remainingMilliseconds()) < 0) return;
   if (sources.front().revents != 0) ended = true;
-  if (sources.back().revents != 0) askToEnd();
+  if (sources.back().revents != 0) send(SIGTERM);
 }
 
 void ChildConversation::writeInput() {
@@ -289,20 +314,23 @@ void ChildConversation::writeInput() {
   }
 }
 
-void ChildConversation::askToEnd() {
-  killTime = steady_clock::now() + patience;
-  child.signal(SIGTERM);
+void ChildConversation::timeHasCome() {
+  if (ending == Ending::None) tookTooLong = true;
+  if (ending == Ending::Made)
+    ending = Ending::GivenUp;
+  else
+    send(ending == Ending::None ? SIGTERM : SIGKILL);
 }
 
-void ChildConversation::makeEnd() {
-  killTime = steady_clock::now() + patience;
-  child.signal(SIGKILL);
+void ChildConversation::send(int signal) {
+  ending = signal == SIGTERM ? Ending::Asked : Ending::Made;
+  due = steady_clock::now() + patience;
+  child.signal(signal);
 }
 
 int ChildConversation::remainingMilliseconds() const {
-  if (!killTime) return -1;
-  const auto remaining = std::chrono::ceil<milliseconds>(*killTime - steady_clock::now());
-  return static_cast<int>(std::max(remaining, milliseconds{0}).count());
+  const auto remaining = std::chrono::ceil<milliseconds>(due - steady_clock::now());
+  return static_cast<int>(std::clamp(remaining, milliseconds{0}, longestWait).count());
 }
 
 void ChildConversation::drain(FileDescriptor& source, std::string& collected) {

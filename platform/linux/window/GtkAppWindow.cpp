@@ -37,6 +37,16 @@ void raiseAboveTopmost(GdkWindow* surface, const WindowProperties& properties) {
   gdk_x11_display_error_trap_pop_ignored(display);
 }
 
+bool isMappedOnServer(GdkWindow* surface) {
+  auto* const display = gdk_window_get_display(surface);
+  XWindowAttributes attributes{};
+  gdk_x11_display_error_trap_push(display);
+  const bool known = XGetWindowAttributes(gdk_x11_display_get_xdisplay(display),
+                                          gdk_x11_window_get_xid(surface), &attributes) != 0;
+  gdk_x11_display_error_trap_pop_ignored(display);
+  return known && attributes.map_state != IsUnmapped;
+}
+
 GtkWindow* toplevel(const GlibPtr<_GtkWidget>& widget) {
   return GTK_WINDOW(widget.get());
 }
@@ -118,17 +128,18 @@ void GtkAppWindow::setStyleMask(unsigned mask) {
 }
 
 void GtkAppWindow::setLevel(int level) {
+  if (companion.hasOwner()) return;
   gtk_window_set_keep_above(toplevel(window), level > windowLevel::normal ? TRUE : FALSE);
 }
 
 void GtkAppWindow::setCollectionBehavior(unsigned behavior) {
+  if (companion.hasOwner()) return;
   if ((behavior & collectionBehavior::canJoinAllSpaces) != 0)
     gtk_window_stick(toplevel(window));
   else
     gtk_window_unstick(toplevel(window));
-  const gboolean leftOut = (behavior & collectionBehavior::ignoresCycle) != 0 ? TRUE : FALSE;
-  gtk_window_set_skip_taskbar_hint(toplevel(window), leftOut);
-  gtk_window_set_skip_pager_hint(toplevel(window), leftOut);
+  wantsLeftOut = (behavior & collectionBehavior::ignoresCycle) != 0;
+  setLeftOut(wantsLeftOut && !needsEntry);
   companion.setEnabled((behavior & collectionBehavior::fullScreenAuxiliary) != 0);
 }
 
@@ -163,12 +174,41 @@ void GtkAppWindow::stateChanged(unsigned changed, unsigned state) {
   iconified = (state & GDK_WINDOW_STATE_ICONIFIED) != 0;
   if (!iconified) {
     comingBack.reset();
+    desktopShows.reset();
+    place.shownAgain();
     return;
   }
-  const bool wentAlong = companion.leave();
-  // Out of the taskbar and without a button, it could not be found again.
-  const bool isLost = (style & styleMask::miniaturizable) == 0;
-  if (wentAlong || isLost) deminiaturize();
+  if (companion.wentAlong())
+    deminiaturize();
+  else
+    stayFindable();
+}
+
+/// Out of the taskbar and without a button, a minimised window could not be found again.
+void GtkAppWindow::stayFindable() {
+  desktopShows.reset();
+  if (!iconified || (style & styleMask::miniaturizable) != 0) return;
+  if (!context.properties.isShowingDesktop()) return deminiaturize();
+  desktopShows = context.loop.callLater(MainLoop::Lane::Display, longestComingBack,
+                                        [this] { stayFindable(); });
+}
+
+void GtkAppWindow::setLeftOut(bool leftOut) {
+  const gboolean hint = leftOut ? TRUE : FALSE;
+  gtk_window_set_skip_taskbar_hint(toplevel(window), hint);
+  gtk_window_set_skip_pager_hint(toplevel(window), hint);
+  if (!shown || !surface()) return;
+  // The toolkit drops what it has said before; the window manager may have forgotten it.
+  gdk_window_set_skip_taskbar_hint(surface(), hint);
+  gdk_window_set_skip_pager_hint(surface(), hint);
+}
+
+/// Some window managers do not minimise what has no entry in the taskbar. The entry matters less.
+void GtkAppWindow::keepMinimisable() {
+  if (needsEntry || !wantsLeftOut || !surface()) return;
+  needsEntry = !context.properties.canBeMinimised(
+      static_cast<WindowProperties::Window>(gdk_x11_window_get_xid(surface())));
+  if (needsEntry) setLeftOut(false);
 }
 
 void GtkAppWindow::sizeChanged() {
@@ -182,40 +222,59 @@ void GtkAppWindow::sizeChanged() {
   });
 }
 
+bool GtkAppWindow::isMiniaturized() const {
+  if (putAway) return true;
+  // Windows that only make way for the desktop come back as they were.
+  return iconified && !comingBack && !context.properties.isShowingDesktop();
+}
+
+/// Without the window manager: some do not minimise at all, and some do not show the window again.
 void GtkAppWindow::miniaturize() {
-  if ((style & styleMask::miniaturizable) != 0) gtk_window_iconify(toplevel(window));
+  if (shown && (style & styleMask::miniaturizable) != 0) putAway = true;
 }
 
 void GtkAppWindow::deminiaturize() {
+  putAway = false;
   if (!iconified) return;
   comingBack =
       context.loop.callLater(MainLoop::Lane::Display, beforeComingBack, [this] { comeBack(); });
 }
 
 void GtkAppWindow::comeBack() {
+  // Where minimised windows stay mapped, for pictures of them, mapping it again tells nobody
+  // anything. To activate it does, but takes the keyboard focus.
+  const bool mustActivate = isMappedOnServer(surface());
   gtk_window_deiconify(toplevel(window));
+  if (mustActivate) present();
   comingBack = context.loop.callLater(MainLoop::Lane::Display, longestComingBack, [this] {
     comingBack.reset();
-    if (iconified && (style & styleMask::miniaturizable) == 0) deminiaturize();
+    if (!iconified) return;
+    present();
+    deminiaturize();
   });
 }
 
 void GtkAppWindow::show() {
   shown = true;
   gtk_widget_show(window.get());
+  if (ownProperties) return;
+  ownProperties.emplace(surface(), [this](std::string_view property) {
+    if (property == "_NET_WM_ALLOWED_ACTIONS") keepMinimisable();
+  });
 }
 
 void GtkAppWindow::makeKeyAndOrderFront() {
   if (isClosing) return;
   if (!shown) show();
-  if (iconified)
-    deminiaturize();
-  else
-    activate();
+  deminiaturize();
+  activate();
 }
 
 void GtkAppWindow::activate() {
-  if (!shown || iconified || !surface()) return;
+  if (shown && !iconified && surface()) present();
+}
+
+void GtkAppWindow::present() {
   gtk_window_present_with_time(toplevel(window), gdk_x11_get_server_time(surface()));
 }
 

@@ -8,6 +8,7 @@
 #include "platform/linux/window/GtkFrame.h"
 #include "platform/linux/window/GtkFullScreenCompanion.h"
 #include "platform/linux/window/GtkGlass.h"
+#include "platform/linux/window/GtkPropertyWatch.h"
 #include "platform/linux/window/GtkWindowButtons.h"
 
 #include <functional>
@@ -62,7 +63,7 @@ public:
   void setFrame(const Rect& wanted) override;
   void center() override;
   [[nodiscard]] bool isVisible() const override { return shown; }
-  [[nodiscard]] bool isMiniaturized() const override { return iconified && !comingBack; }
+  [[nodiscard]] bool isMiniaturized() const override;
   void miniaturize() override;
   void deminiaturize() override;
   void close() override;
@@ -84,6 +85,10 @@ private:
   void sizeChanged();
   void show();
   void comeBack();
+  void present();
+  void stayFindable();
+  void setLeftOut(bool leftOut);
+  void keepMinimisable();
 
   Context context;
   std::string name;
@@ -101,9 +106,20 @@ private:
   GtkFullScreenCompanion companion;
   std::shared_ptr<WebKitPageView> page;
   bool shown = false;
+  /// Minimised by this program, of which the window manager knows nothing.
+  bool putAway = false;
+  /// Minimised, or hidden in another way, by the window manager.
   bool iconified = false;
+  /// Asked to be left out of the taskbar, the pager and the switching between windows.
+  bool wantsLeftOut = false;
+  /// Without its entry in the taskbar this window manager would not minimise it.
+  bool needsEntry = false;
+  /// The window's own properties, from when it is first shown.
+  std::optional<GtkPropertyWatch> ownProperties;
   /// Runs from the order to come back until the window manager has carried it out.
   std::unique_ptr<Timer> comingBack;
+  /// Runs while the desktop is shown in place of the windows.
+  std::unique_ptr<Timer> desktopShows;
   std::unique_ptr<Timer> iconComes;
   bool isClosing = false;
   Size reportedSize;

@@ -9,6 +9,9 @@ namespace velmor {
 namespace {
 
 constexpr Seconds longestAnswer{0.5};
+/// What did not come as ordered is ordered again so often: an order can overtake the hints about the
+/// size, and some window managers put a new window a title bar's height aside.
+constexpr int mostRepeats = 1;
 
 } // namespace
 
@@ -20,19 +23,44 @@ GtkFrame::GtkFrame(MainLoop& mainLoop, _GtkWindow* toplevel, const XRect& initia
 void GtkFrame::order(const XRect& wanted, bool hidden) {
   const bool sameSize = wanted.width == frame.width && wanted.height == frame.height;
   frame = wanted;
-  patience = loop.callLater(MainLoop::Lane::Display, longestAnswer, [this] { accept(actual()); });
+  repeats = 0;
+  send(!sameSize, hidden);
+}
+
+void GtkFrame::send(bool newSize, bool hidden) {
+  hasAnswered = false;
+  wait();
   auto* const surface = gtk_widget_get_window(GTK_WIDGET(window));
-  if (!surface || !sameSize) {
+  if (!surface || newSize) {
     setSizeHints(false);
-    gtk_window_resize(window, wanted.width, wanted.height);
+    gtk_window_resize(window, frame.width, frame.height);
   }
-  gtk_window_move(window, wanted.x, wanted.y);
-  if (!surface || (sameSize && !hidden)) return;
   // Both at once: the toolkit would move the window now and resize it with its next frame.
-  gdk_window_move_resize(surface, wanted.x, wanted.y, wanted.width, wanted.height);
+  if (surface && (newSize || hidden))
+    gdk_window_move_resize(surface, frame.x, frame.y, frame.width, frame.height);
+  gtk_window_move(window, frame.x, frame.y);
+}
+
+void GtkFrame::wait() {
+  patience = loop.callLater(MainLoop::Lane::Display, longestAnswer, [this] { patienceEnds(); });
+}
+
+void GtkFrame::patienceEnds() {
+  const auto answer = actual();
+  if (!hasAnswered && answer != frame)
+    wait();
+  else if (answer != frame && repeats++ < mostRepeats)
+    send(answer.width != frame.width || answer.height != frame.height, false);
+  else
+    accept(answer);
+}
+
+void GtkFrame::shownAgain() {
+  if (patience && actual() != frame) send(true, false);
 }
 
 void GtkFrame::configured() {
+  hasAnswered = true;
   const auto answered = actual();
   if (!patience || answered == frame) accept(answered);
 }

@@ -4,10 +4,14 @@
 #include <gtk/gtk.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace velmor {
 
 namespace {
+
+/// A window that is minimised loses the focus before it, and what goes along, is hidden.
+constexpr Seconds longestParting{0.5};
 
 /// The property that names the window to which another one belongs.
 GdkAtom owner() {
@@ -19,6 +23,10 @@ WindowProperties::Window identifier(GdkWindow* surface) {
 }
 
 } // namespace
+
+GtkFullScreenCompanion::~GtkFullScreenCompanion() {
+  leave();
+}
 
 void GtkFullScreenCompanion::setEnabled(bool enabled) {
   if (enabled == desktop.has_value()) return;
@@ -47,17 +55,18 @@ void GtkFullScreenCompanion::follow() {
   auto* const surface = gtk_widget_get_window(companion);
   if (!surface) return;
   const auto focused = properties.active();
-  // The companion itself may be used and still belong to what it lies on.
-  if (focused != identifier(surface)) watch(focused);
+  // What the user does to the companion now is meant for it alone.
+  if (focused == identifier(surface)) return leave();
+  watch(focused);
   if (!other || !properties.isFullScreen(identifier(other->window())))
-    leave();
+    partFromOther();
   else if (isCovered())
     join();
 }
 
 void GtkFullScreenCompanion::watch(WindowProperties::Window window) {
   if (other && identifier(other->window()) == window) return;
-  leave();
+  partFromOther();
   other.reset();
   if (window == 0) return;
   auto* const display = gtk_widget_get_display(companion);
@@ -83,11 +92,22 @@ void GtkFullScreenCompanion::join() {
   hasJoined = true;
 }
 
-bool GtkFullScreenCompanion::leave() {
-  if (!hasJoined) return false;
-  hasJoined = false;
+void GtkFullScreenCompanion::partFromOther() {
+  if (!hasJoined) return;
+  leave();
+  parting = loop.callLater(MainLoop::Lane::Display, longestParting, [this] { parting.reset(); });
+}
+
+void GtkFullScreenCompanion::leave() {
+  if (!std::exchange(hasJoined, false)) return;
   if (auto* const surface = gtk_widget_get_window(companion)) gdk_property_delete(surface, owner());
-  return true;
+}
+
+bool GtkFullScreenCompanion::wentAlong() {
+  const bool did = hasJoined || parting;
+  leave();
+  parting.reset();
+  return did;
 }
 
 } // namespace velmor

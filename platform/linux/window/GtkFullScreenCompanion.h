@@ -13,7 +13,9 @@ namespace velmor {
 
 /// Keeps a window in sight beside another program's full-screen window. Window managers may put
 /// the full-screen window that has the focus above every window that is kept above others; but a
-/// window that belongs to the full-screen one stays above it. Main thread.
+/// window that belongs to the full-screen one stays above it. What is asked for a window that
+/// belongs to another may be done to both: so it belongs to it only while the other one has the
+/// focus, and nothing is to be asked for it meanwhile. Main thread.
 class GtkFullScreenCompanion {
 public:
   GtkFullScreenCompanion(MainLoop& mainLoop, const WindowProperties& windowProperties,
@@ -21,18 +23,25 @@ public:
       : loop(mainLoop), properties(windowProperties), companion(widget) {}
   GtkFullScreenCompanion(const GtkFullScreenCompanion&) = delete;
   GtkFullScreenCompanion& operator=(const GtkFullScreenCompanion&) = delete;
-  ~GtkFullScreenCompanion() { leave(); }
+  ~GtkFullScreenCompanion();
 
   void setEnabled(bool enabled);
 
-  /// Belongs to no other window any more. False when it did not.
-  bool leave();
+  /// It belongs to another program's window at the moment.
+  [[nodiscard]] bool hasOwner() const { return hasJoined; }
+
+  /// To be asked when the companion was minimised: the full-screen window was, and took it along.
+  /// From then on it belongs to no other window.
+  [[nodiscard]] bool wentAlong();
 
 private:
   void followSoon();
   void follow();
   void watch(WindowProperties::Window window);
   void join();
+  /// Belongs to no other window any more.
+  void leave();
+  void partFromOther();
   [[nodiscard]] bool isCovered() const;
 
   MainLoop& loop;
@@ -44,6 +53,8 @@ private:
   std::optional<GtkPropertyWatch> other;
   bool hasJoined = false;
   std::unique_ptr<Timer> pending;
+  /// Runs for a moment after the other window has lost the focus: it may just be minimised.
+  std::unique_ptr<Timer> parting;
 };
 
 } // namespace velmor

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 
 namespace velmor {
 
@@ -75,6 +76,14 @@ Rect GtkScreens::fromX(const XRect& rect) {
 }
 
 Point GtkScreens::mouseLocation() {
+  const std::unique_ptr<GdkEvent, decltype(&gdk_event_free)> handled(gtk_get_current_event(),
+                                                                     gdk_event_free);
+  double eventX = 0;
+  double eventY = 0;
+  if (handled && gdk_event_get_root_coords(handled.get(), &eventX, &eventY) != FALSE) {
+    const auto whole = [](double value) { return static_cast<int>(std::floor(value)); };
+    return fromX({whole(eventX), whole(eventY), 0, 0}).origin;
+  }
   auto* const seat = gdk_display_get_default_seat(gdk_display_get_default());
   int x = 0;
   int y = 0;

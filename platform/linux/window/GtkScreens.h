@@ -25,6 +25,7 @@ namespace GtkScreens {
 
 [[nodiscard]] XRect toX(const Rect& rect);
 [[nodiscard]] Rect fromX(const XRect& rect);
+/// While an event of the mouse is handled, the event's place: the mouse may have gone on since.
 [[nodiscard]] Point mouseLocation();
 
 } // namespace GtkScreens

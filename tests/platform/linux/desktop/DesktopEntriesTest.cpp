@@ -4,6 +4,7 @@
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <fstream>
 
@@ -23,7 +24,12 @@ protected:
           "Name=Browser\nName[de]=Stöberer\nExec=env X=1 browse\nStartupWMClass=Browser-Window");
     write("shared/applications/kde/viewer.desktop", "Name=Viewer\nExec=viewer");
     write("shared/applications/link.desktop", "Name=Link\nExec=link\nType=Link");
+    write("shared/applications/large.desktop", "Exec=large\n#" + std::string(2'000'000, 'x'));
+    // Nobody ever writes into it.
+    mkfifo((folder.path / "shared/applications/pipe.desktop").c_str(), 0600);
     write("shared/applications/broken.desktop", "Name=Broken\nExec=\"unclosed");
+    // Opening it would wait for somebody who writes.
+    ::mkfifo((folder.path / "shared/applications/pipe.desktop").c_str(), 0600);
   }
 
   void write(const std::string& name, const std::string& keys) {
@@ -50,7 +56,7 @@ TEST_F(DesktopEntriesTest, FindsApplications) {
   EXPECT_EQ(identifierOf(entries.forWindowClass("browser")), "");
   EXPECT_EQ(entries.forIdentifier("browser")->name, "Browser");
   EXPECT_EQ(identifierOf(entries.forProgram("viewer")), "kde-viewer");
-  for (const auto* program : {"link", ""})
+  for (const auto* program : {"link", "large", ""})
     EXPECT_EQ(identifierOf(entries.forProgram(program)), "") << program;
 }
 

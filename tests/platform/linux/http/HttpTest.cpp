@@ -162,6 +162,21 @@ TEST_F(HttpTest, IdleTimeAndTotalTimeAreTwoLimits) {
             timedOut);
 }
 
+TEST_F(HttpTest, ARequestThatIsNotWantedAnyMoreEndsAlone) {
+  std::stop_source unwanted;
+  const auto session = client.makeSession({});
+  auto kept = std::async(std::launch::async, [&] {
+    return session->send({.url = first.url("/trickle?count=30")}).status;
+  });
+  auto stopped = std::async(std::launch::async, [&] {
+    return failure({.url = first.url("/silent"), .stop = unwanted.get_token()});
+  });
+  EXPECT_EQ(stopped.wait_for(std::chrono::milliseconds{300}), std::future_status::timeout);
+  unwanted.request_stop();
+  EXPECT_EQ(stopped.get(), "The request was stopped.");
+  EXPECT_EQ(kept.get(), 200);
+}
+
 TEST_F(HttpTest, OneSessionServesSeveralThreads) {
   const auto session = client.makeSession({});
   std::vector<std::future<HttpResponse>> answers;
@@ -181,9 +196,11 @@ TEST_F(HttpTest, RefusesCertificatesThatNobodyVouchesFor) {
   const auto key = (folder.path / "key").string();
   const auto certificate = (folder.path / "certificate").string();
   PosixProcessLauncher launcher(quit.get_token());
-  const auto made = launcher.run({"/usr/bin/openssl",
-                                  {"req", "-x509", "-newkey", "rsa:2048", "-nodes", "-keyout", key,
-                                   "-out", certificate, "-subj", "/CN=localhost"}});
+  const auto made =
+      launcher.run({.executable = "/usr/bin/openssl",
+                    .arguments = {"req", "-x509", "-newkey", "rsa:2048", "-nodes", "-keyout", key,
+                                  "-out", certificate, "-subj", "/CN=localhost"},
+                    .timeLimit = std::chrono::minutes{1}});
   ASSERT_EQ(made.exitStatus, 0) << made.errorOutput;
   httplib::SSLServer server(certificate.c_str(), key.c_str());
   const int port = server.bind_to_any_port("127.0.0.1");

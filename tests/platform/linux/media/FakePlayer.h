@@ -6,8 +6,10 @@
 #include <gio/gio.h>
 
 #include <atomic>
+#include <chrono>
 #include <stdexcept>
 #include <string>
+#include <thread>
 
 namespace velmor {
 
@@ -54,6 +56,9 @@ public:
     g_dbus_connection_flush_sync(connection.get(), nullptr, nullptr);
   }
 
+  /// It answers everything this late.
+  void answerAfter(std::chrono::milliseconds time) { delay = time; }
+
   /// How many questions came that it did not answer.
   [[nodiscard]] int ignored() const { return unanswered; }
 
@@ -74,6 +79,7 @@ private:
       ++unanswered;
       return;
     }
+    std::this_thread::sleep_for(delay.load());
     const std::string interface = g_dbus_message_get_arg0(question);
     GlibPtr<GDBusMessage> reply;
     if (player.empty() || interface == "org.mpris.MediaPlayer2") {
@@ -90,6 +96,7 @@ private:
   std::string player;
   std::atomic<bool> hanging = false;
   std::atomic<int> unanswered = 0;
+  std::atomic<std::chrono::milliseconds> delay{};
   unsigned filter = 0;
   BusConnectionPtr connection;
 };

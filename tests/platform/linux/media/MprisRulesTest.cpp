@@ -1,3 +1,4 @@
+#include "base/Text.h"
 #include "platform/linux/bus/SessionBus.h"
 #include "platform/linux/media/MprisBus.h"
 #include "platform/linux/media/MprisMediaRemote.h"
@@ -33,12 +34,20 @@ VariantPtr dictionary(const char* text) {
 TEST(MprisSessionChoiceTest, TakesTheBestPlayer) {
   auto onlyArtist = player("z", Status::Playing, nullptr);
   onlyArtist.artist = "artist";
+  auto complete = player("complete", Status::Playing, "t");
+  complete.albumArtist = "artist";
+  auto pausedComplete = complete;
+  pausedComplete.busName = prefix + "paused";
+  pausedComplete.status = Status::Paused;
   const std::vector<std::pair<std::vector<MprisPlayer>, std::string>> cases = {
       {{player("a", Status::Stopped, "t")}, ""},
       {{player("a", Status::Paused, "")}, ""},
       {{player("b", Status::Paused, "t"), player("a", Status::Stopped, "t")}, "b"},
       {{player("a", Status::Paused, "t", 9), player("b", Status::Playing, nullptr)}, "b"},
       {{player("a", Status::Playing, "", 9), onlyArtist}, "z"},
+      {{player("a", Status::Playing, "video", 9), onlyArtist, complete}, "complete"},
+      {{player("a", Status::Playing, "video"), pausedComplete}, "a"},
+      {{player("a", Status::Paused, "video", 9), pausedComplete}, "paused"},
       {{player("b", Status::Playing, "t"), player("a", Status::Playing, "t")}, "a"},
       {{player("a", Status::Playing, "t", 1), player("b", Status::Playing, "t", 2)}, "b"},
   };
@@ -95,6 +104,11 @@ TEST(MprisScriptsTest, FailsWithoutABus) {
   const auto result = answerScript({PlayerScript::Question::IsPaused, "Spotify", ""}, buses);
   EXPECT_EQ(result.errorOutput, "Spotify does not answer on the session bus.");
   EXPECT_EQ(result.exitStatus, 1);
+  const auto second = answerScript({PlayerScript::Question::CurrentTrack, "Spotify", ""}, buses);
+  EXPECT_EQ(second.errorOutput, "") << "the log has it already";
+  EXPECT_EQ(second.exitStatus, 1);
+  EXPECT_FALSE(buses.isNewFailure("Spotify", true));
+  EXPECT_TRUE(buses.isNewFailure("Spotify", false)) << "it has answered in between";
 }
 
 TEST(MprisPropertiesTest, ReadsOnlyMembersOfTheRightType) {
@@ -110,7 +124,7 @@ TEST(MprisPropertiesTest, ReadsOnlyMembersOfTheRightType) {
                                    Pair(nowPlayingKey::album, NowPlayingValue("")),
                                    Pair(nowPlayingKey::bundleIdentifier, NowPlayingValue("mpv"))));
   for (const char* text : {"{'PlaybackStatus': <1>, 'Rate': <'fast'>, 'Metadata': <'none'>}",
-                           "{'Rate': <1>, 'Metadata': <{'xesam:title': <7>, 'xesam:artist': <'A'>,"
+                           "{'Rate': <1>, 'Metadata': <{'xesam:title': <7>, 'xesam:artist': <8>,"
                            " 'xesam:albumArtist': <[1, 2]>, 'xesam:album': <['x']>}>}"}) {
     const auto wrong = dictionary(text);
     const auto read = playerFromProperties(prefix + "x", wrong, nullptr);
@@ -119,6 +133,22 @@ TEST(MprisPropertiesTest, ReadsOnlyMembersOfTheRightType) {
                 UnorderedElementsAre(Pair(nowPlayingKey::playbackRate, NowPlayingValue(0.0)),
                                      Pair(nowPlayingKey::bundleIdentifier, NowPlayingValue("x"))));
   }
+}
+
+TEST(MprisPropertiesTest, TakesPlainTextsForArtistsAndKeepsABoundedPartOfEach) {
+  EXPECT_EQ(playerFromProperties(prefix + "x",
+                                 dictionary("{'Metadata': <{'xesam:artist': <'A'>}>}"), nullptr)
+                .artist,
+            "A");
+  const std::string endless(10'000'000, 'x');
+  const auto read =
+      playerFromProperties(prefix + "x",
+                           dictionary(("{'Metadata': <{'xesam:title': <'" + endless +
+                                       "'>, 'xesam:artist': <['" + endless + "', 'B']>}>}")
+                                          .c_str()),
+                           nullptr);
+  EXPECT_EQ(read.title->size(), text::mostCharacters);
+  EXPECT_EQ(read.artist->size(), text::mostCharacters);
 }
 
 TEST(MprisPropertiesTest, AnInfiniteRateIsNone) {
@@ -140,6 +170,24 @@ TEST(PlaybackHistoryTest, OrdersByWhoBeganToPlayLast) {
   EXPECT_GT(history.beganPlaying(":3"), history.beganPlaying(":1"));
   history.update({{":2", true}});
   EXPECT_EQ(history.beganPlaying(":1"), 0U) << "gone players are forgotten";
+}
+
+TEST(LateAnswersTest, AreWorthWaitingForWhenTheyComeInTime) {
+  LateAnswers answers;
+  const LateAnswers::Moment start{};
+  const auto after = [&](int seconds) { return start + std::chrono::seconds(seconds); };
+  const std::string slow = ":1";
+  answers.answered(slow, after(0));
+  EXPECT_FALSE(answers.isWorthWaitingFor(slow)) << "it was in time, not late";
+  answers.missed(slow, after(2));
+  answers.missed(slow, after(4));
+  answers.answered(slow, after(3));
+  EXPECT_FALSE(answers.isWorthWaitingFor(slow)) << "this answers the first question";
+  answers.missed(slow, after(6));
+  answers.answered(slow, after(5));
+  EXPECT_TRUE(answers.isWorthWaitingFor(slow));
+  answers.missed(slow, after(9));
+  EXPECT_FALSE(answers.isWorthWaitingFor(slow)) << "waited for in vain";
 }
 
 TEST(SessionBusAddressTest, NeverAsksForANewBus) {

@@ -109,6 +109,21 @@ TEST_F(ChildProcessTest, ChildrenInheritNeitherSecretsNorDescriptorsNorSignals) 
   EXPECT_EQ(ignored & 0x7fffffffU, 0U);
 }
 
+TEST_F(ChildProcessTest, TheTimeLimitEndsChildrenWhichThenHaveFailed) {
+  const auto file = folder.path / "process";
+  const auto line = "echo $$ > " + file.string() + "; while :; do sleep 0.05; done";
+  for (const std::string prepared : {"", "trap 'exit 0' TERM; ", "trap '' TERM; "}) {
+    const ChildProcess hanging{.executable = "/bin/sh",
+                               .arguments = {"-c", prepared + line},
+                               .timeLimit = std::chrono::milliseconds{500}};
+    EXPECT_THROW(static_cast<void>(launcher.run(hanging)), LaunchError) << prepared;
+    pid_t process = 0;
+    std::ifstream(file) >> process;
+    ASSERT_GT(process, 0) << prepared;
+    EXPECT_NE(::kill(process, 0), 0) << prepared;
+  }
+}
+
 TEST_F(ChildProcessTest, QuittingAsksChildrenToEndAndMakesThem) {
   const auto ready = folder.path / "ready";
   const auto line = "touch " + ready.string() + "; while :; do sleep 0.05; done";

@@ -163,6 +163,21 @@ TEST_F(FilesTest, ToldApartFilesFoldersAndPrograms) {
   EXPECT_THROW(files.setPermissions(folder.path / "a", 0700), FileError);
 }
 
+TEST_F(FilesTest, OnlyRegularFilesOfBoundedLengthAreRead) {
+  const auto pipe = folder.path / "pipe";
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  fs::create_symlink(pipe, folder.path / "link");
+  for (const fs::path& no : {pipe, folder.path / "link", fs::path("/dev/zero")})
+    EXPECT_EQ(files.read(no), std::nullopt) << no;
+  std::ofstream(path).close();
+  fs::resize_file(path, FileManager::readLimit);
+  EXPECT_EQ(files.read(path).value_or("").size(), FileManager::readLimit);
+  fs::resize_file(path, FileManager::readLimit + 1);
+  EXPECT_EQ(files.read(path), std::nullopt);
+  // Its size is no measure of such a file.
+  EXPECT_NE(files.read("/proc/self/stat").value_or(""), "");
+}
+
 TEST(EnvironmentTest, FoldersComeFromAbsoluteVariablesOnly) {
   ::setenv("HOME", "/home/dj", 1);
   const PosixEnvironment environment;
