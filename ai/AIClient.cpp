@@ -10,6 +10,8 @@
 #include "model/ModelProvider.h"
 #include "platform/async/Waiting.h"
 
+#include <string_view>
+
 namespace velmor {
 
 namespace {
@@ -21,19 +23,32 @@ constexpr Seconds exchangeTimeout{170};
 
 } // namespace
 
-AIClient::AIClient(const Platform& platform, std::string tinker, std::string openAI)
+AIClient::AIClient(const Platform& platform, ProviderEndpoint tinker, ProviderEndpoint openAI)
     : loop(platform.mainLoop)
     , tinkerEndpoint(std::move(tinker))
     , openAIEndpoint(std::move(openAI))
     , session(platform.http.makeSession(
           {.requestTimeout = sessionTimeout, .resourceTimeout = exchangeTimeout})) {}
 
-Task<Analysis> AIClient::recommend(Request request) {
-  // The one check covers both providers; the pipeline has already named the right one.
-  if (text::trimmed(request.apiKey).empty()) throw VelmorError("Tinker API key is not configured");
+void AIClient::check(const Request& request) const {
+  requireUsableKey(request.apiKey);
   if (request.current.song.empty() || request.current.artist.empty()) {
     throw VelmorError("current track metadata is incomplete");
   }
+  const bool openAI = modelProvider(request.model) == ModelProvider::OpenAI;
+  const auto& fault = openAI ? openAIEndpoint.fault : tinkerEndpoint.fault;
+  if (!fault.empty()) throw VelmorError(fault);
+}
+
+void AIClient::requireUsableKey(const std::string& apiKey) {
+  // The one sentence covers both providers; the pipeline has already named the right one.
+  if (text::trimmed(apiKey).empty()) throw VelmorError("Tinker API key is not configured");
+  if (apiKey.find_first_of(std::string_view("\r\n\0", 3)) == std::string::npos) return;
+  throw VelmorError("The API key contains a line break. Enter it again without one.");
+}
+
+Task<Analysis> AIClient::recommend(Request request) {
+  check(request);
   const auto prompt = RecommendationPrompt::text(request.current, request.source,
                                                  request.bpmTolerance, request.recommendationCount);
   const bool openAI = modelProvider(request.model) == ModelProvider::OpenAI;
@@ -46,14 +61,14 @@ Task<Analysis> AIClient::recommend(Request request) {
 Task<Analysis> AIClient::requestOpenAI(const Request& request, const std::string& prompt) {
   const auto headers = OpenAIResponses::headers(request.apiKey);
   const auto body = OpenAIResponses::body(request.model, prompt, request.recommendationCount);
-  const auto bytes = co_await postJSON(openAIEndpoint, headers, body);
+  const auto bytes = co_await postJSON(openAIEndpoint.address, headers, body);
   co_return OpenAIResponses::parse(bytes, request.recommendationCount);
 }
 
 Task<Analysis> AIClient::requestTinker(const Request& request, const std::string& prompt) {
   const auto headers = TinkerMessages::headers(request.apiKey);
   const auto body = TinkerMessages::body(request.model, prompt, request.recommendationCount);
-  const auto bytes = co_await postJSON(tinkerEndpoint, headers, body);
+  const auto bytes = co_await postJSON(tinkerEndpoint.address, headers, body);
   co_return TinkerMessages::parseTinkerResponse(bytes, request.recommendationCount);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ai/ProviderEndpoint.h"
 #include "model/Records.h"
 #include "platform/HttpSession.h"
 #include "platform/Platform.h"
@@ -17,12 +18,7 @@ namespace velmor {
 /// twice or remembered. One object serves the whole program. Main thread.
 class AIClient {
 public:
-  static constexpr auto defaultTinkerEndpoint =
-      "https://tinker.thinkingmachines.dev/services/tinker-prod/anthropic/api/v1/messages";
-  static constexpr auto defaultOpenAIEndpoint = "https://api.openai.com/v1/responses";
-
-  /// Each endpoint is the whole address that requests are sent to.
-  AIClient(const Platform& platform, std::string tinkerEndpoint, std::string openAIEndpoint);
+  AIClient(const Platform& platform, ProviderEndpoint tinker, ProviderEndpoint openAI);
 
   /// What plays now, and what is wanted after it.
   struct Request {
@@ -39,6 +35,13 @@ public:
     /// How many songs are wanted, 1 or more. Another number of songs in the answer is an error.
     std::int64_t recommendationCount = 0;
   };
+
+  /// Throws VelmorError when the request could not be sent: without a key that can be used, an
+  /// address, or a song and an artist.
+  void check(const Request& request) const;
+
+  /// Throws VelmorError for a key that is blank or cannot stand in a header.
+  static void requireUsableKey(const std::string& apiKey);
 
   /// The checked answer (AnalysisValidation.h). Its current track is the one that was given,
   /// whatever the model says. Throws VelmorError with a sentence for the user (with the HTTP status
@@ -57,8 +60,8 @@ private:
                                            const nlohmann::json& body);
 
   MainLoop& loop;
-  const std::string tinkerEndpoint;
-  const std::string openAIEndpoint;
+  const ProviderEndpoint tinkerEndpoint;
+  const ProviderEndpoint openAIEndpoint;
   /// Shared with the requests under way, which may outlive the client.
   const std::shared_ptr<const HttpSession> session;
 };

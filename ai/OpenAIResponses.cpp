@@ -16,6 +16,7 @@ using Json = nlohmann::json;
 namespace {
 
 constexpr int maximumOutputTokens = 3000;
+constexpr auto provider = "OpenAI";
 constexpr auto noRecommendations = "OpenAI did not return structured recommendations";
 
 /// The analysis that an output item carries; nothing for any other item, or one that is malformed.
@@ -29,6 +30,24 @@ std::optional<Analysis> analysisIn(const Json& item) {
   } catch (const DecodingError&) {
     return std::nullopt;
   }
+}
+
+/// Throws VelmorError.
+Analysis firstAnalysis(const Json& answer, std::int64_t recommendationCount) {
+  const Json* output = ProviderAnswer::objects(answer, "output");
+  if (!output) throw VelmorError(noRecommendations);
+  for (const auto& item : *output) {
+    if (const auto analysis = analysisIn(item)) {
+      return validateAnalysis(*analysis, recommendationCount);
+    }
+  }
+  throw VelmorError(noRecommendations);
+}
+
+bool isCutOff(const Json& answer) {
+  const auto details = answer.find("incomplete_details");
+  return details != answer.end() && details->is_object() &&
+         ProviderAnswer::says(*details, "reason", "max_output_tokens");
 }
 
 } // namespace
@@ -57,15 +76,13 @@ OpenAIResponses::headers(const std::string& apiKey) {
 }
 
 Analysis OpenAIResponses::parse(std::string_view bytes, std::int64_t recommendationCount) {
-  const Json answer = ProviderAnswer::object(bytes, "invalid OpenAI response");
-  const Json* output = ProviderAnswer::objects(answer, "output");
-  if (!output) throw VelmorError(noRecommendations);
-  for (const auto& item : *output) {
-    if (const auto analysis = analysisIn(item)) {
-      return validateAnalysis(*analysis, recommendationCount);
-    }
+  const Json answer = ProviderAnswer::object(bytes, provider, "invalid OpenAI response");
+  try {
+    return firstAnalysis(answer, recommendationCount);
+  } catch (const VelmorError&) {
+    if (isCutOff(answer)) throw VelmorError(ProviderAnswer::cutOffMessage(provider));
+    throw;
   }
-  throw VelmorError(noRecommendations);
 }
 
 } // namespace velmor

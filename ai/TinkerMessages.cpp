@@ -16,6 +16,7 @@ namespace {
 
 constexpr int maximumTokens = 3000;
 constexpr double temperature = 0.1;
+constexpr auto provider = "Tinker";
 constexpr auto undecodable = "decode recommendations";
 
 /// The input of the first call of the result tool; null when there is none.
@@ -56,6 +57,15 @@ Analysis analysisInText(const std::string& text) {
   }
 }
 
+/// Throws VelmorError or DecodingError.
+Analysis analysisOf(const Json& answer, std::int64_t recommendationCount) {
+  const Json* blocks = ProviderAnswer::objects(answer, "content");
+  if (!blocks) throw VelmorError(undecodable);
+  const Json* input = toolInput(*blocks);
+  const auto analysis = input ? input->get<Analysis>() : analysisInText(joinedText(*blocks));
+  return validateAnalysis(analysis, recommendationCount);
+}
+
 } // namespace
 
 Json TinkerMessages::body(const std::string& model, const std::string& prompt,
@@ -81,12 +91,14 @@ TinkerMessages::headers(const std::string& apiKey) {
 
 Analysis TinkerMessages::parseTinkerResponse(std::string_view data,
                                              std::int64_t recommendationCount) {
-  const Json answer = ProviderAnswer::object(data, "decode Tinker response");
-  const Json* blocks = ProviderAnswer::objects(answer, "content");
-  if (!blocks) throw VelmorError(undecodable);
-  const Json* input = toolInput(*blocks);
-  const auto analysis = input ? input->get<Analysis>() : analysisInText(joinedText(*blocks));
-  return validateAnalysis(analysis, recommendationCount);
+  const Json answer = ProviderAnswer::object(data, provider, "decode Tinker response");
+  try {
+    return analysisOf(answer, recommendationCount);
+  } catch (const std::exception&) {
+    const bool isCutOff = ProviderAnswer::says(answer, "stop_reason", "max_tokens");
+    if (isCutOff) throw VelmorError(ProviderAnswer::cutOffMessage(provider));
+    throw;
+  }
 }
 
 } // namespace velmor

@@ -1,46 +1,20 @@
 #include "analysis/AudioAnalysisService.h"
 
 #include "analysis/ExtractorReport.h"
+#include "analysis/WorkingFolder.h"
 #include "base/Text.h"
 #include "base/VelmorError.h"
 #include "platform/Environment.h"
 #include "platform/FileManager.h"
 #include "platform/ProcessLauncher.h"
+#include "platform/SystemLog.h"
 
 #include <algorithm>
 #include <array>
 #include <chrono>
-#include <random>
 #include <string>
 
 namespace velmor {
-
-namespace {
-
-/// A random (version 4) UUID in upper case.
-std::string freshUuid() {
-  constexpr std::string_view pattern = "xxxxxxxx-xxxx-4xxx-Vxxx-xxxxxxxxxxxx";
-  constexpr std::string_view digits = "0123456789ABCDEF";
-  std::random_device random;
-  std::string uuid(pattern);
-  for (char& place : uuid) {
-    if (place == 'x') place = digits[random() % 16];
-    if (place == 'V') place = digits[8 + random() % 4];
-  }
-  return uuid;
-}
-
-} // namespace
-
-WorkingFolder::WorkingFolder(const Platform& thePlatform)
-    : platform(thePlatform)
-    , path(platform.environment.temporaryDirectory() / ("velmor-audio-" + freshUuid())) {
-  platform.files.createFolder(path, 0700);
-}
-
-WorkingFolder::~WorkingFolder() {
-  platform.files.remove(path);
-}
 
 namespace {
 
@@ -64,51 +38,50 @@ std::vector<std::string> usualDevices(const Platform& platform) {
 }
 
 ChildProcess recorder(const Platform& platform, const std::string& device,
-                      const std::filesystem::path& outputPath) {
+                      const std::filesystem::path& outputPath, int seconds) {
   std::vector<std::string> arguments{"-hide_banner", "-loglevel", "error", "-f",
                                      platform.record.captureFormat};
   std::ranges::copy(platform.record.captureOptions, std::back_inserter(arguments));
-  std::ranges::copy(std::array<std::string, 10>{"-i", device, "-t", "15", "-ac", "2", "-ar",
-                                                "44100", "-y", outputPath.string()},
+  std::ranges::copy(std::array<std::string, 10>{"-i", device, "-t", std::to_string(seconds), "-ac",
+                                                "2", "-ar", "44100", "-y", outputPath.string()},
                     std::back_inserter(arguments));
   const auto ffmpeg = AudioAnalysisService::ffmpegPath(platform);
   if (!ffmpeg) throw VelmorError("ffmpeg is not installed");
   return {.executable = *ffmpeg,
           .arguments = arguments,
           .mergeErrorOutput = true,
+          .endsWithVelmor = true,
           .timeLimit = recorderLimit};
 }
 
-/// False when this device gives no recording.
-bool record(const Platform& platform, const std::string& device,
-            const std::filesystem::path& outputPath) {
-  const auto child = recorder(platform, device, outputPath);
+/// Why this device gives no recording; "" when it gives one.
+std::string failureToRecord(const Platform& platform, const std::string& device,
+                            const std::filesystem::path& outputPath, int seconds) {
+  const auto child = recorder(platform, device, outputPath, seconds);
   try {
-    if (platform.processes.run(child).exitStatus != 0) return false;
-  } catch (const LaunchError&) {
-    return false;
+    const auto result = platform.processes.run(child);
+    const auto words = std::string(text::trimmed(text::printable(result.output)));
+    if (result.exitStatus != 0)
+      return device + ": exit " + std::to_string(result.exitStatus) + " (" + words + ")";
+  } catch (const LaunchError& error) {
+    return device + ": " + error.what();
   }
-  return platform.files.size(outputPath).value_or(0) > 0;
+  if (platform.files.size(outputPath).value_or(0) > 0) return "";
+  return device + ": the recording is empty";
 }
 
-/// False when none of these devices gives a recording.
-bool recordFromFirst(const Platform& platform, const std::vector<std::string>& devices,
-                     const std::filesystem::path& outputPath) {
-  return std::ranges::any_of(
-      devices, [&](const auto& device) { return record(platform, device, outputPath); });
-}
-
-void runExtractor(const Platform& platform, const std::string& extractor,
-                  const WorkingFolder& folder) {
-  const auto result =
-      platform.processes.run({.executable = extractor,
-                              .arguments = {folder.sample().string(), folder.report().string()},
-                              .mergeErrorOutput = true,
-                              .timeLimit = extractorLimit});
-  if (result.exitStatus == 0) return;
-  const auto output = text::isValidUtf8(result.output) ? result.output : "";
-  throw VelmorError("run Essentia: exit " + std::to_string(result.exitStatus) + " (" + output +
-                    ")");
+/// Tries these devices until one gives a recording.
+void captureFromFirst(const Platform& platform, const std::vector<std::string>& devices,
+                      const std::filesystem::path& outputPath, int seconds,
+                      AudioAnalysisService::Capture& capture) {
+  for (const auto& device : devices) {
+    auto failure = failureToRecord(platform, device, outputPath, seconds);
+    if (failure.empty()) {
+      capture.device = device;
+      return;
+    }
+    capture.failures.push_back(std::move(failure));
+  }
 }
 
 } // namespace
@@ -135,11 +108,37 @@ std::optional<std::string> AudioAnalysisService::ffmpegPath(const Platform& plat
   return found == locations.end() ? std::nullopt : std::optional(*found);
 }
 
+AudioAnalysisService::Capture AudioAnalysisService::capture(const Platform& platform,
+                                                            const std::filesystem::path& outputPath,
+                                                            int seconds) {
+  Capture capture;
+  captureFromFirst(platform, usualDevices(platform), outputPath, seconds, capture);
+  if (capture.device.empty()) {
+    captureFromFirst(platform, platform.record.existingCaptureDevices(), outputPath, seconds,
+                     capture);
+  }
+  return capture;
+}
+
 void AudioAnalysisService::captureLoopback(const Platform& platform,
                                            const std::filesystem::path& outputPath) {
-  if (recordFromFirst(platform, usualDevices(platform), outputPath)) return;
-  if (recordFromFirst(platform, platform.record.existingCaptureDevices(), outputPath)) return;
+  constexpr int sampleSeconds = 15;
+  const auto result = capture(platform, outputPath, sampleSeconds);
+  if (!result.device.empty()) return;
+  for (const auto& failure : result.failures)
+    platform.log.write("Velmor: could not record " + failure);
   throw VelmorError("system audio capture requires ffmpeg and a loopback device such as BlackHole");
+}
+
+ChildResult AudioAnalysisService::runExtractor(const Platform& platform,
+                                               const std::string& extractor,
+                                               const std::filesystem::path& sample,
+                                               const std::filesystem::path& report) {
+  return platform.processes.run({.executable = extractor,
+                                 .arguments = {sample.string(), report.string()},
+                                 .mergeErrorOutput = true,
+                                 .endsWithVelmor = true,
+                                 .timeLimit = extractorLimit});
 }
 
 AudioAnalysisService::Features AudioAnalysisService::analyze(const Platform& platform) {
@@ -147,7 +146,12 @@ AudioAnalysisService::Features AudioAnalysisService::analyze(const Platform& pla
   if (!extractor) throw VelmorError("Essentia extractor is not installed");
   const WorkingFolder folder(platform);
   captureLoopback(platform, folder.sample());
-  runExtractor(platform, *extractor, folder);
+  const auto result = runExtractor(platform, *extractor, folder.sample(), folder.report());
+  if (result.exitStatus != 0) {
+    const auto output = text::isValidUtf8(result.output) ? result.output : "";
+    throw VelmorError("run Essentia: exit " + std::to_string(result.exitStatus) + " (" + output +
+                      ")");
+  }
   const auto report = platform.files.read(folder.report());
   if (!report) throw FileError("The extractor's report could not be read.");
   return ExtractorReport::features(*report);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Platform.h"
+#include "platform/ProcessLauncher.h"
 
 #include <filesystem>
 #include <optional>
@@ -8,23 +9,6 @@
 #include <vector>
 
 namespace velmor {
-
-/// A private folder for one measurement; it is gone, with everything in it, when this is destroyed.
-class WorkingFolder {
-public:
-  /// Throws FileError.
-  explicit WorkingFolder(const Platform& platform);
-  WorkingFolder(const WorkingFolder&) = delete;
-  WorkingFolder& operator=(const WorkingFolder&) = delete;
-  ~WorkingFolder();
-
-  [[nodiscard]] std::filesystem::path sample() const { return path / "sample.wav"; }
-  [[nodiscard]] std::filesystem::path report() const { return path / "features.json"; }
-
-private:
-  Platform platform;
-  std::filesystem::path path;
-};
 
 /// Measures what the computer is playing: captures a short sample and has the Essentia extractor
 /// analyse it. Stateless; any thread.
@@ -48,11 +32,31 @@ public:
   /// Where ffmpeg lies; nothing when it is not installed.
   [[nodiscard]] static std::optional<std::string> ffmpegPath(const Platform& platform);
 
+  /// What came of trying one device after the other.
+  struct Capture {
+    /// The device that was recorded; "" when none could be.
+    std::string device;
+    /// Why those before it could not, a sentence each, in the recorder's own words.
+    std::vector<std::string> failures;
+  };
+
   /// Captures and measures a sample. Blocks for the capture's 15 seconds and the extractor's run.
   /// Throws VelmorError, LaunchError, FileError or DecodingError.
   [[nodiscard]] static Features analyze(const Platform& platform);
 
-  /// Records a sample of the system's sound into the file. Throws VelmorError.
+  /// Records so many seconds of the system's sound into the file. Throws VelmorError when ffmpeg is
+  /// not installed.
+  [[nodiscard]] static Capture capture(const Platform& platform,
+                                       const std::filesystem::path& outputPath, int seconds);
+
+  /// Has the extractor measure a recording and write its report. Throws LaunchError.
+  [[nodiscard]] static ChildResult runExtractor(const Platform& platform,
+                                                const std::string& extractor,
+                                                const std::filesystem::path& sample,
+                                                const std::filesystem::path& report);
+
+  /// Records a sample of the system's sound into the file. When no device can be recorded, the log
+  /// says why of each. Throws VelmorError.
   static void captureLoopback(const Platform& platform, const std::filesystem::path& outputPath);
 };
 

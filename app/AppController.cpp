@@ -1,22 +1,12 @@
 #include "app/AppController.h"
 
 #include "analysis/AudioAnalysisService.h"
+#include "analysis/WorkingFolder.h"
 #include "model/ModelProvider.h"
-#include "platform/Environment.h"
 #include "platform/Workspace.h"
 #include "platform/async/Waiting.h"
 
 namespace velmor {
-
-namespace {
-
-/// The address that the environment names, if it names one.
-std::string endpoint(const Platform& platform, const char* variable, const char* standard) {
-  const auto chosen = platform.environment.variable(variable).value_or("");
-  return chosen.empty() ? standard : chosen;
-}
-
-} // namespace
 
 AppController::AppController(const Platform& thePlatform, std::shared_ptr<ConfigStore> store,
                              std::optional<Desktop> theDesktop)
@@ -25,10 +15,11 @@ AppController::AppController(const Platform& thePlatform, std::shared_ptr<Config
     , configStore(std::move(store))
     , buildInfo(platform)
     , updateService(std::make_shared<UpdateService>(platform, "macos", buildInfo.version()))
-    , aiClient(platform, endpoint(platform, "VELMOR_TINKER_URL", AIClient::defaultTinkerEndpoint),
-               endpoint(platform, "VELMOR_OPENAI_URL", AIClient::defaultOpenAIEndpoint))
+    , aiClient(platform, ProviderEndpoint::of(platform, ModelProvider::Tinker),
+               ProviderEndpoint::of(platform, ModelProvider::OpenAI))
     , nowPlaying(std::make_shared<NowPlayingDetector>(platform))
     , tasks(platform.mainLoop) {
+  WorkingFolder::removeAbandoned(platform);
   if (desktop) {
     windowMode = std::make_shared<WindowModeManager>(platform.mainLoop, desktop->windows);
   }

@@ -37,6 +37,12 @@ public:
   /// to play next. Throws VelmorError with the sentence for the user.
   [[nodiscard]] Task<VisionResult> suggestTracks() override;
 
+  /// Throws VelmorError with the sentence for the user when the model has no key.
+  void requireKey() const;
+
+  /// The rest of `suggestTracks`, for a track that has been found. Throws likewise.
+  [[nodiscard]] Task<VisionResult> suggestTracksAfter(NowPlayingTrack track);
+
   /// The playing track. Looks twice for rekordbox's when nobody has looked for a while. Throws
   /// VelmorError with the sentence for the user.
   [[nodiscard]] Task<NowPlayingTrack> detectTrack();
@@ -116,7 +122,7 @@ private:
   /// Centres the window, and saves that, when hardly anything of it is on a screen.
   void ensureWindowIsVisible(VelmorWindow& window);
   void compactModeChanged(bool compact);
-  /// Failures are ignored.
+  /// Failures go to the log.
   void saveWindow(const WindowSettings& window);
 
   Platform platform;

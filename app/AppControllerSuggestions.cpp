@@ -7,6 +7,7 @@
 #include "model/ModelProvider.h"
 #include "nowplaying/NowPlayingError.h"
 #include "nowplaying/RekordboxDetector.h"
+#include "platform/SystemLog.h"
 #include "platform/async/Waiting.h"
 
 #include <array>
@@ -64,7 +65,8 @@ Measurement measure(const Platform& platform) {
   if (!AudioAnalysisService::extractorPath(platform)) return {};
   try {
     return {true, AudioAnalysisService::analyze(platform)};
-  } catch (const std::exception&) {
+  } catch (const std::exception& error) {
+    platform.log.write("Velmor: the sample could not be measured: " + messageOf(error));
     return {true, std::nullopt};
   }
 }
@@ -85,16 +87,23 @@ void addMeasurement(TrackMetadata& track, const AudioAnalysisService::Features& 
 
 } // namespace
 
-Task<VisionResult> AppController::suggestTracks() {
+void AppController::requireKey() const {
   const auto model = configStore->current().aiModel;
-  if (configStore->apiKey(model).empty()) {
-    throw VelmorError(providerName(model) + " API key is required for recommendations");
-  }
+  if (!configStore->apiKey(model).empty()) return;
+  throw VelmorError(providerName(model) + " API key is required for recommendations");
+}
+
+Task<VisionResult> AppController::suggestTracks() {
+  requireKey();
   const auto track = co_await detectTrack();
+  co_return co_await suggestTracksAfter(track);
+}
+
+Task<VisionResult> AppController::suggestTracksAfter(NowPlayingTrack track) {
   try {
     co_return co_await analyzeNowPlaying(track);
   } catch (const std::exception& error) {
-    throw VelmorError(error.what());
+    throw VelmorError(messageOf(error));
   }
 }
 
@@ -110,20 +119,22 @@ Task<NowPlayingTrack> AppController::detectTrack() {
 
 Task<VisionResult> AppController::analyzeNowPlaying(NowPlayingTrack track) {
   const auto config = configStore->current();
-  auto current = metadata(track);
+  AIClient::Request request{.apiKey = configStore->apiKey(config.aiModel),
+                            .model = config.aiModel,
+                            .current = metadata(track),
+                            .source = track.source,
+                            .bpmTolerance = config.bpmTolerance,
+                            .recommendationCount = config.recommendationCount};
+  // Nothing is recorded for a question that could not be asked.
+  aiClient.check(request);
   const auto listen = [system = platform] { return measure(system); };
   const auto measurement = co_await occupied(platform.mainLoop, listen);
-  if (measurement.features) addMeasurement(current, *measurement.features);
+  if (measurement.features) addMeasurement(request.current, *measurement.features);
   // A request costs money: none is sent for a track that has gone meanwhile.
   const bool cancelled = co_await isCancelled();
   if (cancelled) throw VelmorError("The suggestion was cancelled.");
 
-  AIClient::Request request{.apiKey = configStore->apiKey(config.aiModel),
-                            .model = config.aiModel,
-                            .current = current,
-                            .source = track.source,
-                            .bpmTolerance = config.bpmTolerance,
-                            .recommendationCount = config.recommendationCount};
+  request.apiKey = configStore->apiKey(config.aiModel);
   Analysis analysis = co_await aiClient.recommend(std::move(request));
   co_return VisionResult{.currentTrack = analysis.currentTrack,
                          .recommendations = analysis.recommendations,

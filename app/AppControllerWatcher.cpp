@@ -1,5 +1,6 @@
 #include "app/AppController.h"
 #include "base/Text.h"
+#include "base/VelmorError.h"
 #include "model/ModelProvider.h"
 #include "nowplaying/NowPlayingError.h"
 #include "nowplaying/RekordboxDetector.h"
@@ -112,7 +113,7 @@ Task<void> AppController::suggestFor(NowPlayingTrack track, std::string fingerpr
   try {
     result = co_await analyzeNowPlaying(track);
   } catch (const std::exception& error) {
-    failure = error.what();
+    failure = messageOf(error);
   }
   const bool cancelled = co_await isCancelled();
   if (cancelled || fingerprint != lastTrack) co_return;

@@ -1,5 +1,6 @@
 #include "app/AppController.h"
 #include "platform/Application.h"
+#include "platform/SystemLog.h"
 #include "ui/FrameSettings.h"
 #include "ui/MainWindowController.h"
 
@@ -70,12 +71,11 @@ void AppController::shutdown(VelmorWindow& window) {
 }
 
 void AppController::saveWindow(const WindowSettings& window) {
-  auto config = configStore->current();
-  config.window = window;
   try {
-    configStore->save(config);
-  } catch (const std::exception&) {
-    // The window opens elsewhere next time; nothing is lost that a message would bring back.
+    configStore->saveWindow(window);
+  } catch (const std::exception& error) {
+    // The window opens elsewhere next time, which is not worth an alert.
+    platform.log.write(std::string("Velmor: the window's place was not saved: ") + error.what());
   }
 }
 

@@ -13,6 +13,8 @@ usage: velmor [COMMAND]
   now [--json]       say which track is playing
   suggest [--json]   suggest next tracks for the one that is playing
   doctor [--json]    say which sources, tools and keys are there, and what to do about the rest
+         [--ask]     also send the model provider one small request, to try key and model
+         [--listen]  also record and measure five seconds of what the computer plays
   bridge             speak the page's protocol on standard input and output
   --version          print the version and the build date
   --help             print this text
@@ -33,11 +35,17 @@ std::optional<CommandLine> CommandLine::parse(const std::vector<std::string>& ar
   const auto command = commands.find(arguments.front());
   if (command == commands.end()) return std::nullopt;
   line.command = command->second;
-  const bool hasJson = line.command == Command::now || line.command == Command::suggest ||
-                       line.command == Command::doctor;
-  line.json = hasJson && arguments.size() == 2 && arguments.back() == "--json";
-  const std::size_t expected = line.json ? 2 : 1;
-  return arguments.size() == expected ? std::optional(line) : std::nullopt;
+  const bool isDoctor = line.command == Command::doctor;
+  const bool hasJson = isDoctor || line.command == Command::now || line.command == Command::suggest;
+  for (auto option = arguments.begin() + 1; option != arguments.end(); ++option) {
+    bool* const meant = *option == "--json" && hasJson      ? &line.json
+                        : *option == "--ask" && isDoctor    ? &line.ask
+                        : *option == "--listen" && isDoctor ? &line.listen
+                                                            : nullptr;
+    if (!meant || *meant) return std::nullopt;
+    *meant = true;
+  }
+  return line;
 }
 
 } // namespace velmor

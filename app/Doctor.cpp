@@ -66,9 +66,15 @@ nlohmann::json list(const std::vector<DoctorFinding>& findings) {
 
 } // namespace
 
+bool DoctorReport::isReady() const {
+  const bool triedWell = std::ranges::all_of(
+      trials, [](const auto& finding) { return finding.state == State::ready; });
+  return trackCanBeFound && suggestionCanBeAsked && triedWell;
+}
+
 std::string DoctorReport::readable() const {
   return lines("Sources of tracks, in the order in which Velmor asks them", sources) +
-         lines("This machine", surroundings) +
+         lines("This machine", surroundings) + (trials.empty() ? "" : lines("Tried out", trials)) +
          (trackCanBeFound ? "A track can be found" : "No track can be found") +
          (trackCanBeFound == suggestionCanBeAsked ? ", and " : ", but ") +
          (suggestionCanBeAsked ? "suggestions can be asked for.\n"
@@ -78,6 +84,7 @@ std::string DoctorReport::readable() const {
 std::string DoctorReport::json() const {
   return jsonEncoder().encode(nlohmann::json{{"sources", list(sources)},
                                              {"surroundings", list(surroundings)},
+                                             {"trials", list(trials)},
                                              {"trackCanBeFound", trackCanBeFound},
                                              {"suggestionCanBeAsked", suggestionCanBeAsked}}) +
          "\n";

@@ -33,10 +33,13 @@ struct DoctorReport {
   std::vector<DoctorFinding> sources;
   /// The system's services, then tools, then the model provider.
   std::vector<DoctorFinding> surroundings;
+  /// What was tried out (DoctorTrials.h); empty when nothing was.
+  std::vector<DoctorFinding> trials;
   bool trackCanBeFound = false;
   bool suggestionCanBeAsked = false;
 
-  [[nodiscard]] bool isReady() const { return trackCanBeFound && suggestionCanBeAsked; }
+  /// Also true only when all trials went well.
+  [[nodiscard]] bool isReady() const;
 
   /// For people: a line for each finding, a line for each advice, and a line that sums up.
   [[nodiscard]] std::string readable() const;

@@ -1,14 +1,23 @@
 #include "app/Program.h"
 
 #include "app/AppDelegate.h"
-#include "app/Doctor.h"
+#include "app/DoctorTrials.h"
 #include "app/StreamWebView.h"
 #include "app/TrackText.h"
 #include "base/Json.h"
+#include "base/Text.h"
+#include "base/VelmorError.h"
 #include "platform/Application.h"
 #include "platform/LineInput.h"
 #include "platform/Workspace.h"
+#include "platform/async/Waiting.h"
 #include "ui/WebBridge.h"
+
+#include <algorithm>
+#include <iterator>
+#include <optional>
+#include <utility>
+#include <vector>
 
 namespace velmor {
 
@@ -33,28 +42,35 @@ int Program::run(const std::vector<std::string>& arguments) {
     return unusable;
   }
   try {
-    switch (line->command) {
-    case CommandLine::Command::window:
-      return runWindow();
-    case CommandLine::Command::now:
-      return runCommand(&Program::now, line->json);
-    case CommandLine::Command::suggest:
-      return runCommand(&Program::suggest, line->json);
-    case CommandLine::Command::doctor:
-      return runDoctor(line->json);
-    case CommandLine::Command::bridge:
-      return runBridge();
-    case CommandLine::Command::version: {
-      BuildInfo info(host.platform());
-      out << "Velmor " << info.version() << " (" << info.buildDate() << ")\n";
-      return 0;
-    }
-    case CommandLine::Command::help:
-      out << CommandLine::help;
-      return 0;
-    }
+    const int result = carryOut(*line);
+    out.flush();
+    const bool isLost = !out && result == 0;
+    return isLost ? fail("The output could not be written.") : result;
   } catch (const std::exception& error) {
-    return fail(error.what());
+    return fail(messageOf(error));
+  }
+}
+
+int Program::carryOut(const CommandLine& line) {
+  switch (line.command) {
+  case CommandLine::Command::window:
+    return runWindow();
+  case CommandLine::Command::now:
+    return runCommand(&Program::now, line.json);
+  case CommandLine::Command::suggest:
+    return runCommand(&Program::suggest, line.json);
+  case CommandLine::Command::doctor:
+    return runDoctor(line);
+  case CommandLine::Command::bridge:
+    return runBridge();
+  case CommandLine::Command::version: {
+    BuildInfo info(host.platform());
+    out << "Velmor " << info.version() << " (" << info.buildDate() << ")\n";
+    return 0;
+  }
+  case CommandLine::Command::help:
+    out << CommandLine::help;
+    return 0;
   }
   return unusable;
 }
@@ -79,14 +95,17 @@ int Program::runBridge() {
   const auto& platform = host.platform();
   const auto controller = makeController(platform);
   const auto bridge = std::make_shared<WebBridge>(platform.mainLoop, controller);
-  const auto view = std::make_shared<StreamWebView>(out);
+  const auto end = [&] { platform.workspace.terminate(); };
+  const auto view = std::make_shared<StreamWebView>(out, [&] {
+    if (status == 0) status = fail("The answers could not be written.");
+    end();
+  });
   controller->setWebBridge(bridge);
   bridge->setWebView(view);
   view->addMessageHandler(WebBridge::handlerName, [&](const auto& name, const auto& body) {
     bridge->didReceive(name, body);
   });
 
-  const auto end = [&] { platform.workspace.terminate(); };
   const auto endWhenIdle = [&] {
     bridge->whenIdle(end);
     if (bridge->isIdle()) end();
@@ -95,21 +114,48 @@ int Program::runBridge() {
                             endWhenIdle);
   host.onTerminationRequest(end);
   host.run();
-  return 0;
+  return status;
 }
 
-int Program::runDoctor(bool json) {
-  const auto report = Doctor(host.platform(), host.systemStatus()).examine();
-  out << (json ? report.json() : report.readable()) << std::flush;
+int Program::runDoctor(const CommandLine& line) {
+  auto report = Doctor(host.platform(), host.systemStatus()).examine();
+  if (line.ask || line.listen) {
+    const int tried = runTask(tryOut(line, report));
+    if (tried != 0) return tried;
+  }
+  out << (line.json ? report.json() : report.readable()) << std::flush;
   return report.isReady() ? 0 : failure;
+}
+
+Task<void> Program::tryOut(const CommandLine& line, DoctorReport& report) {
+  const auto add = [&](std::vector<DoctorFinding> findings) {
+    std::ranges::move(findings, std::back_inserter(report.trials));
+  };
+  const auto& platform = host.platform();
+  if (line.ask) {
+    err << DoctorTrials::announcementOfAsking(platform) << std::flush;
+    const auto ask = [&platform] { return DoctorTrials::ask(platform); };
+    auto findings = co_await onWorker(platform.mainLoop, ask);
+    add(std::move(findings));
+  }
+  if (line.listen) {
+    err << DoctorTrials::announcementOfListening << std::flush;
+    const auto listen = [&platform] { return DoctorTrials::listen(platform); };
+    auto findings = co_await onWorker(platform.mainLoop, listen);
+    add(std::move(findings));
+  }
 }
 
 int Program::runCommand(Command command, bool json) {
   const auto controller = makeController(host.platform());
+  return runTask((this->*command)(*controller, json));
+}
+
+int Program::runTask(Task<void> task) {
   TaskGroup tasks(host.platform().mainLoop);
   const auto end = [&] { host.platform().workspace.terminate(); };
   tasks.whenEmpty(end);
-  tasks.start(reporting((this->*command)(*controller, json)));
+  tasks.start(reporting(std::move(task)));
   host.onTerminationRequest([&] {
     status = failure;
     end();
@@ -122,7 +168,7 @@ Task<void> Program::reporting(Task<void> command) {
   try {
     co_await command;
   } catch (const std::exception& error) {
-    status = fail(error.what());
+    status = fail(messageOf(error));
   }
 }
 
@@ -132,12 +178,23 @@ Task<void> Program::now(AppController& controller, bool json) {
 }
 
 Task<void> Program::suggest(AppController& controller, bool json) {
-  const auto result = co_await controller.suggestTracks();
-  out << (json ? jsonEncoder().encode(result) + "\n" : TrackText::readable(result)) << std::flush;
+  controller.requireKey();
+  const auto track = co_await controller.detectTrack();
+  std::optional<VelmorError> failed;
+  try {
+    const auto result = co_await controller.suggestTracksAfter(track);
+    out << (json ? jsonEncoder().encode(result) + "\n" : TrackText::readable(result));
+  } catch (const VelmorError& error) {
+    failed.emplace(error);
+  }
+  if (!failed) co_return;
+  // What was found is worth having without the model too.
+  out << (json ? TrackText::json(track) : TrackText::readable(track)) << std::flush;
+  throw VelmorError(*failed);
 }
 
 int Program::fail(const std::string& message) {
-  err << message << '\n';
+  err << text::printable(message) << '\n';
   return failure;
 }
 

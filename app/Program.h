@@ -2,6 +2,7 @@
 
 #include "app/AppController.h"
 #include "app/CommandLine.h"
+#include "app/Doctor.h"
 #include "platform/Host.h"
 
 #include <ostream>
@@ -22,14 +23,20 @@ public:
 private:
   using Command = Task<void> (Program::*)(AppController& controller, bool json);
 
+  [[nodiscard]] int carryOut(const CommandLine& line);
   [[nodiscard]] int runWindow();
   [[nodiscard]] int runBridge();
-  [[nodiscard]] int runDoctor(bool json);
+  [[nodiscard]] int runDoctor(const CommandLine& line);
   /// Runs a command that prints something and ends.
   [[nodiscard]] int runCommand(Command command, bool json);
+  /// Runs the main loop until the task has ended, or the program is asked to end.
+  [[nodiscard]] int runTask(Task<void> task);
+  /// Says what it does, does it, and adds what it found.
+  [[nodiscard]] Task<void> tryOut(const CommandLine& line, DoctorReport& report);
   [[nodiscard]] Task<void> reporting(Task<void> command);
   [[nodiscard]] Task<void> now(AppController& controller, bool json);
   [[nodiscard]] Task<void> suggest(AppController& controller, bool json);
+  /// Prints the message and gives the status of a failure.
   [[nodiscard]] int fail(const std::string& message);
 
   Host& host;

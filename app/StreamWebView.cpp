@@ -4,6 +4,7 @@ namespace velmor {
 
 void StreamWebView::evaluateJavaScript(const std::string& script) {
   out << script << '\n' << std::flush;
+  if (!out && brokenHandler) brokenHandler();
 }
 
 void StreamWebView::addMessageHandler(const std::string& name, MessageHandler handler) {

@@ -10,19 +10,7 @@ namespace velmor {
 
 namespace {
 
-std::string printable(std::string_view given) {
-  auto result = text::withValidUtf8(given);
-  for (char& character : result) {
-    const auto code = static_cast<unsigned char>(character);
-    if (code < 0x20 || code == 0x7F) character = ' ';
-  }
-  // The second set of control characters, U+0080 to U+009F, takes two bytes.
-  for (std::size_t position = 0; position + 1 < result.size(); ++position) {
-    const auto next = static_cast<unsigned char>(result[position + 1]);
-    if (result[position] == '\xC2' && next < 0xA0) result.replace(position, 2, " ");
-  }
-  return result;
-}
+using text::printable;
 
 /// The parts that are there, between commas.
 std::string details(double bpm, const std::string& key, const std::string& genre) {
@@ -53,6 +41,10 @@ std::string TrackText::json(const NowPlayingTrack& track) {
 
 std::string TrackText::readable(const VisionResult& result) {
   const auto& current = result.currentTrack;
+  if (current.song.empty() && result.recommendations.empty()) {
+    return "The model sees no playback, so it suggests nothing.\n" + printable(result.notice) +
+           " " + printable(result.source) + "\n";
+  }
   std::string lines =
       "Now playing: " +
       named(current.artist, current.song, details(current.bpm, current.key, current.genre)) + "\n" +

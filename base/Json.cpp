@@ -48,6 +48,10 @@ std::string JsonEncoder::write(const nlohmann::json& json, int indent) {
 }
 
 nlohmann::json JsonDecoder::parse(std::string_view text) {
+  // The library's own words name byte offsets, which help nobody who reads them on stage.
+  const DecodingError failure("The data couldn't be read because it isn't in the correct format.");
+  // The library takes a NUL for the end, whatever may come behind it.
+  if (text.find('\0') != std::string_view::npos) throw failure;
   // Copying and writing take a call for each level, and many levels the whole stack.
   if (isNestedTooDeeply(text)) {
     throw DecodingError("The data couldn't be read because it is nested too deeply.");
@@ -55,8 +59,7 @@ nlohmann::json JsonDecoder::parse(std::string_view text) {
   try {
     return nlohmann::json::parse(text);
   } catch (const nlohmann::json::exception&) {
-    // The library's own words name byte offsets, which help nobody who reads them on stage.
-    throw DecodingError("The data couldn't be read because it isn't in the correct format.");
+    throw failure;
   }
 }
 

@@ -154,4 +154,18 @@ std::string percentEncoded(std::string_view text, std::string_view allowed) {
   return encoded;
 }
 
+std::string printable(std::string_view given) {
+  auto result = withValidUtf8(given);
+  for (char& character : result) {
+    const auto code = static_cast<unsigned char>(character);
+    if (code < 0x20 || code == 0x7F) character = ' ';
+  }
+  // The second set of control characters, U+0080 to U+009F, takes two bytes.
+  for (std::size_t position = 0; position + 1 < result.size(); ++position) {
+    const auto next = static_cast<unsigned char>(result[position + 1]);
+    if (result[position] == '\xC2' && next < 0xA0) result.replace(position, 2, " ");
+  }
+  return result;
+}
+
 } // namespace velmor::text

@@ -29,6 +29,10 @@ constexpr std::size_t mostCharacters = 10'000;
 /// The text with every byte sequence that is not UTF-8 replaced by U+FFFD.
 [[nodiscard]] std::string withValidUtf8(std::string_view bytes);
 
+/// The text with a blank for every control character, line feeds included: others' texts could
+/// otherwise command a terminal.
+[[nodiscard]] std::string printable(std::string_view text);
+
 /// With the letters a to z in upper case and everything else as it is.
 [[nodiscard]] std::string asciiUppercased(std::string_view text);
 

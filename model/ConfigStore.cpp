@@ -42,9 +42,30 @@ void ConfigStore::save(const AppConfig& wanted) {
   next.normalise();
   const std::string bytes = jsonEncoder().encodeIndented(next);
   const std::lock_guard guard(lock);
+  keepUnreadableFile();
   platform.files.writeAtomically(path, bytes);
   platform.files.setPermissions(path, privateFile);
   config = next;
+}
+
+void ConfigStore::saveWindow(const WindowSettings& window) {
+  AppConfig next = read(path).value_or(current());
+  next.normalise();
+  next.window = window;
+  save(next);
+}
+
+void ConfigStore::keepUnreadableFile() {
+  if (!platform.files.exists(path) || read(path)) return;
+  auto kept = path;
+  kept += ".bad";
+  const auto bytes = platform.files.read(path);
+  if (!bytes) {
+    platform.files.move(path, kept);
+    platform.files.setPermissions(kept, privateFile);
+  } else if (!bytes->empty()) {
+    platform.files.writeAtomically(kept, *bytes);
+  }
 }
 
 std::string ConfigStore::apiKey(std::string_view model) const {

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -26,9 +27,18 @@ struct FolderEntry {
   std::optional<std::chrono::system_clock::time_point> modified;
 };
 
+/// A folder that belongs to one run of Velmor; see FileManager::hold.
+class FolderHold {
+public:
+  FolderHold() = default;
+  FolderHold(const FolderHold&) = delete;
+  FolderHold& operator=(const FolderHold&) = delete;
+  virtual ~FolderHold() = default;
+};
+
 /// Files and folders. Safe to use from any thread. Permissions are POSIX modes such as 0600. Links
-/// are followed, except by `remove`. Reading tells of failures by an empty answer, since a file may
-/// go at any moment; writing throws.
+/// are followed, except by `remove` and `move`. Reading tells of failures by an empty answer, since
+/// a file may go at any moment; writing throws.
 class FileManager {
 public:
   /// In bytes.
@@ -47,15 +57,25 @@ public:
   read(const std::filesystem::path& path) const = 0;
 
   /// Writes a new file that only this user may read, and puts it in the place of `path` once it is
-  /// safely stored: the old or the new file is there whole at any moment. Throws FileError; the old
-  /// file stays then.
+  /// safely stored: the old or the new file is there whole at any moment. A link to a file of this
+  /// user stays, and its file is replaced. Throws FileError, also for a link that leads nowhere or
+  /// to another user's file; the old file stays then.
   virtual void writeAtomically(const std::filesystem::path& path, std::string_view bytes) = 0;
 
   /// Throws FileError, also when there is no such file.
   virtual void setPermissions(const std::filesystem::path& path, unsigned permissions) = 0;
 
+  /// Moves a file or folder to another name in the same folder, in the place of a file that is
+  /// there. A link is moved, not what it leads to. Throws FileError.
+  virtual void move(const std::filesystem::path& from, const std::filesystem::path& to) = 0;
+
   /// Removes a file, or a folder with everything in it. Failures are ignored.
   virtual void remove(const std::filesystem::path& path) = 0;
+
+  /// Takes a folder of this user for as long as the answer lives. Null when another run of Velmor
+  /// has it, or when there is no such folder. The end of the program, however it comes, gives it
+  /// free.
+  [[nodiscard]] virtual std::unique_ptr<FolderHold> hold(const std::filesystem::path& folder) = 0;
 
   [[nodiscard]] virtual bool exists(const std::filesystem::path& path) const = 0;
 

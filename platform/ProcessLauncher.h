@@ -20,6 +20,8 @@ struct ChildProcess {
   /// Sends standard error where standard output goes, in the order of writing; `errorOutput` of the
   /// result is "" then.
   bool mergeErrorOutput = false;
+  /// Ends the child when Velmor ends, even when Velmor is killed or crashes.
+  bool endsWithVelmor = false;
   /// How long it may take at most: well over what it does take, for a child that hangs.
   std::chrono::duration<double> timeLimit{5};
 };

@@ -140,16 +140,8 @@ WebBridge::WebBridge(MainLoop& mainLoop, std::shared_ptr<AppCommands> commands)
 
 void WebBridge::didReceive(const std::string& name, const std::string& body) {
   if (name != handlerName) return;
-  const Json message = Json::parse(body, nullptr, false);
-  if (!message.is_object()) return;
-  const auto id = message.find("id");
-  const auto method = message.find("method");
-  if (id == message.end() || !id->is_string()) return;
-  if (method == message.end() || !method->is_string()) return;
-  const auto args = message.find("args");
-  const bool given = args != message.end() && args->is_array();
-  tasks.start(answer(id->get<std::string>(), method->get<std::string>(),
-                     given ? *args : Json(Json::value_t::array)));
+  auto message = PageMessage::read(body);
+  if (message) tasks.start(answer(std::move(*message)));
 }
 
 void WebBridge::emit(const std::string& event, const std::optional<std::string>& jsonPayload) {
@@ -162,14 +154,14 @@ void WebBridge::forgetPage() {
   tasks.cancelAll();
 }
 
-Task<void> WebBridge::answer(std::string id, std::string method, Json args) {
+Task<void> WebBridge::answer(PageMessage message) {
   const int page = pagesBefore;
   try {
-    const Result result = co_await handle(method, {*controller, *this, args});
+    const Result result = co_await handle(message.method, {*controller, *this, message.args});
     if (page != pagesBefore) co_return;
-    if (const auto json = encoded(result)) respond(id, *json);
+    if (const auto json = encoded(result)) respond(message.id, *json);
   } catch (const std::exception& error) {
-    if (page == pagesBefore) reject(id, error.what());
+    if (page == pagesBefore) reject(message.id, messageOf(error));
   }
 }
 

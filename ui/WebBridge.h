@@ -3,8 +3,7 @@
 #include "platform/WebView.h"
 #include "platform/async/TaskGroup.h"
 #include "ui/MainWindowOwner.h"
-
-#include <nlohmann/json_fwd.hpp>
+#include "ui/PageMessage.h"
 
 #include <memory>
 #include <optional>
@@ -22,7 +21,8 @@ namespace velmor {
 /// `id` is a text that the page makes up, `method` a command, in the very letters below, and `args`
 /// an array; without one, or with anything else there, there are no arguments. Arguments that a
 /// command does not take are ignored. What has no text as `id` or as `method` is no message: it is
-/// ignored and nothing answers it.
+/// ignored and nothing answers it. An argument that nothing here can hold, such as the number
+/// 1e400, counts as null (PageMessage.h).
 ///
 /// **Reply.** Each message is answered once, by one of two scripts, which may come in another order
 /// than the messages did. Every value is JSON text.
@@ -81,7 +81,7 @@ public:
   [[nodiscard]] bool isIdle() const { return tasks.isEmpty(); }
 
 private:
-  [[nodiscard]] Task<void> answer(std::string id, std::string method, nlohmann::json args);
+  [[nodiscard]] Task<void> answer(PageMessage message);
   void respond(const std::string& id, const std::string& json);
   void reject(const std::string& id, const std::string& message);
   void evaluate(const std::string& script);

@@ -1,5 +1,6 @@
 #include "ai/AIClient.h"
 
+#include "ai/ProviderProbe.h"
 #include "ai/RecommendationPrompt.h"
 #include "base/Json.h"
 #include "tests/fakes/FakePlatform.h"
@@ -44,7 +45,7 @@ protected:
   }
 
   FakePlatform system;
-  AIClient client{system.platform, "http://tinker", "http://openai"};
+  AIClient client{system.platform, {"http://tinker"}, {"http://openai"}};
   AIClient::Request request{.apiKey = " key ",
                             .model = "GPT-4.1 ",
                             .current = playing,
@@ -142,6 +143,9 @@ TEST_F(AIClientTest, FailsWithASentence) {
   auto blank = request;
   blank.apiKey = " \n";
   EXPECT_EQ(run(blank), "Tinker API key is not configured");
+  auto broken = request;
+  broken.apiKey = "key\n";
+  EXPECT_EQ(run(broken), "The API key contains a line break. Enter it again without one.");
   auto nameless = request;
   nameless.current.artist = "";
   EXPECT_EQ(run(nameless), "current track metadata is incomplete");
@@ -153,4 +157,51 @@ TEST_F(AIClientTest, FailsWithASentence) {
     status = code;
     EXPECT_EQ(run(request), "request failed with status " + std::to_string(code));
   }
+}
+
+TEST(ProviderEndpoint, IsWhatTheEnvironmentNamesOrSaysWhatIsWrongWithIt) {
+  FakePlatform system;
+  const auto bad = "VELMOR_OPENAI_URL is not a whole address that begins with http:// or https://.";
+  const std::tuple<const char*, const char*, const char*> cases[] = {
+      {"", ProviderEndpoint::openAIDefault, ""},
+      {" \n", ProviderEndpoint::openAIDefault, ""},
+      {" HTTP://localhost:8080/v1\n", "HTTP://localhost:8080/v1", ""},
+      {"localhost:8080", "localhost:8080", bad},
+      {"https:///v1", "https:///v1", bad},
+      {"http://a b", "http://a b", bad}};
+  for (const auto& [given, address, fault] : cases) {
+    system.environment.variables["VELMOR_OPENAI_URL"] = given;
+    const auto endpoint = ProviderEndpoint::of(system.platform, ModelProvider::OpenAI);
+    EXPECT_EQ(endpoint.address, address);
+    EXPECT_EQ(endpoint.fault, fault);
+  }
+}
+
+TEST(ProviderProbe, TellsWhatStandsInTheWay) {
+  using Fault = ProviderProbe::Fault;
+  FakePlatform system;
+  HttpResponse answer;
+  system.http.handler = [&](const HttpRequest&) { return answer; };
+  const auto repeated = R"({"error":{"message":"Incorrect key sk-secret"}})";
+  const std::tuple<int, const char*, Fault> cases[] = {
+      {200, "{}", Fault::none},
+      {401, repeated, Fault::key},
+      {403, "", Fault::key},
+      {404, R"({"error":{"message":"no"}})", Fault::model},
+      {429, "slow", Fault::service},
+      {503, "<html>", Fault::service},
+      {200, "<html>", Fault::reachability},
+      {200, "OK", Fault::reachability}};
+  for (const auto* const model : {"gpt-5", "some/model"}) {
+    for (const auto& [status, body, fault] : cases) {
+      answer = {status, body};
+      const auto probe = ProviderProbe::ask(system.platform, "sk-secret", model);
+      EXPECT_EQ(probe.fault, fault) << status << body;
+      EXPECT_THAT(probe.detail, testing::Not(testing::HasSubstr("sk-"))) << status;
+      EXPECT_EQ(Json::parse(system.http.requests.back().body).at("model"), model);
+    }
+  }
+  system.http.handler = [](const HttpRequest&) -> HttpResponse { throw TransportError("gone"); };
+  EXPECT_EQ(ProviderProbe::ask(system.platform, "k", "gpt-5").detail, "gone");
+  EXPECT_EQ(ProviderProbe::ask(system.platform, "k\n", "gpt-5").fault, Fault::key);
 }

@@ -48,6 +48,7 @@ std::string outcome(const std::function<Analysis()>& parse) {
 
 const auto unusable = "OpenAI did not return structured recommendations";
 const auto undecodable = "decode recommendations";
+const auto garbled = "The data couldn't be read because it isn't in the correct format.";
 
 } // namespace
 
@@ -61,7 +62,12 @@ TEST(OpenAIAnswer, IsReadFromTheFirstUsableCall) {
       {output({call(good, "other"), call(twoTracks())}), unusable},
       {output({1, call(good)}), unusable},
       {"[]", "invalid OpenAI response"},
-      {"<html>", "The data couldn't be read because it isn't in the correct format."},
+      {" <html>", "OpenAI answered with a web page: is this network asking you to log in?"},
+      {std::string("{}\0x", 4), garbled},
+      {R"({"error":{"message":" \n"}})", "OpenAI reported an error without a reason."},
+      {R"({"output":[],"incomplete_details":{"reason":"max_output_tokens"}})",
+       "OpenAI's answer was cut off; ask for fewer songs"},
+      {R"({"output":[],"incomplete_details":{"reason":"content_filter"}})", unusable},
       {R"({"error":{"message":"No “quota” left."},"output":[]})", "No “quota” left."},
       {R"({"error":null,"output":null})", unusable},
       {R"({"error":{"message":")" + std::string(20'000, 'x') + "\"}}", std::string(10'000, 'x')},
@@ -91,6 +97,11 @@ TEST(TinkerAnswer, IsReadFromTheToolCallOrElseTheText) {
       {R"({"content":"text"})", undecodable},
       {"7", "decode Tinker response"},
       {R"({"error":{"message":"overloaded"},"content":[]})", "overloaded"},
+      {R"({"error":{"message":""},"content":[]})", "Tinker reported an error without a reason."},
+      {Json{{"content", {toolUse({{"playbackDetected", true}})}}, {"stop_reason", "max_tokens"}}
+           .dump(),
+       "Tinker's answer was cut off; ask for fewer songs"},
+      {"{} {", garbled},
       // No fallback once the tool was called.
       {content({toolUse(Json::object()), words(good)}),
        "The data couldn't be read because “playbackDetected” is missing."},

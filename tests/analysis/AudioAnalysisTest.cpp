@@ -1,4 +1,5 @@
 #include "analysis/AudioAnalysisService.h"
+#include "analysis/SoundLevel.h"
 #include "base/VelmorError.h"
 #include "tests/fakes/FakePlatform.h"
 
@@ -27,7 +28,7 @@ protected:
         return extractor;
       }
       const auto& device = child.arguments.at(child.arguments.size() - 9);
-      if (device == missing) return {1, "", ""};
+      if (device == missing) return {1, "no such\ndevice\n", ""};
       system.files.files[child.arguments.back()].bytes = device == silent ? "" : "RIFF";
       return {0, "", ""};
     };
@@ -119,6 +120,46 @@ TEST_F(AudioAnalysisTest, FailsWithASentenceAndLeavesNothing) {
   EXPECT_TRUE(system.files.folders.empty()) << "nothing is left";
   system.files.writeFailure = "The disk is full.";
   EXPECT_EQ(outcome(), "The disk is full.");
+}
+
+TEST_F(AudioAnalysisTest, RemovesWhatKilledRunsHaveLeftAndNothingElse) {
+  const std::filesystem::path left = "/tmp/velmor-audio-LEFT";
+  const std::filesystem::path inUse = "/tmp/velmor-audio-USED";
+  for (const auto& folder : {left, inUse, std::filesystem::path("/tmp/other")})
+    system.files.folders[folder] = 0700;
+  system.files.files[left / "sample.wav"].bytes = "RIFF";
+  system.files.held.insert(inUse);
+  EXPECT_EQ(outcome(), measured);
+  EXPECT_FALSE(system.files.files.contains(left / "sample.wav"));
+  EXPECT_EQ(system.files.folders.size(), 2U);
+  for (const auto& child : system.processes.started)
+    EXPECT_TRUE(child.endsWithVelmor);
+}
+
+TEST_F(AudioAnalysisTest, LogsWhyNoDeviceCouldBeRecorded) {
+  silent = ":Silent";
+  system.record.captureDevices = {missing, silent};
+  EXPECT_TRUE(outcome().starts_with("system audio capture requires"));
+  EXPECT_THAT(system.log.lines,
+              ElementsAre("Velmor: could not record ?: exit 1 (no such device)",
+                          "Velmor: could not record :Silent: the recording is empty"));
+}
+
+TEST(SoundLevel, IsReadFromTheSamplesOfAWholeFile) {
+  const auto wav = [](const std::string& bits, const std::string& samples) {
+    const auto size = std::string(1, static_cast<char>(samples.size())) + std::string(3, '\0');
+    return std::string("RIFF\0\0\0\0WAVEfmt \x10\0\0\0\1\0\2\0\x44\xac\0\0\0\0\0\0\4\0", 34) +
+           bits + std::string("LIST\3\0\0\0abc\0data", 16) + size + samples;
+  };
+  const std::string sixteen("\x10\0", 2);
+  const auto loud = SoundLevel::of(wav(sixteen, std::string("\0\x80\0\0\0\0\0\0", 8)));
+  ASSERT_TRUE(loud);
+  EXPECT_NEAR(loud->peak, 0, 0.01);
+  EXPECT_NEAR(loud->average, -6.02, 0.01);
+  EXPECT_EQ(SoundLevel::of(wav(sixteen, std::string(4, '\0')))->peak, SoundLevel::silence);
+  for (const auto& bad : {std::string("RIFF"), std::string("MThd"), wav(sixteen, ""),
+                          wav(std::string("\x18\0", 2), "abc")})
+    EXPECT_FALSE(SoundLevel::of(bad)) << bad.size();
 }
 
 TEST_F(AudioAnalysisTest, ReadsReportsLeniently) {

@@ -15,8 +15,15 @@ TEST(CommandLine, AcceptsWhatItKnowsAndNothingElse) {
   EXPECT_EQ(parse({"bridge"})->command, Command::bridge);
   EXPECT_FALSE(parse({"now"})->json);
   EXPECT_TRUE(parse({"suggest", "--json"})->json);
-  for (const std::vector<std::string>& wrong : std::vector<std::vector<std::string>>{
-           {"--json"}, {"now", "--json", "--json"}, {"bridge", "--json"}, {""}, {"Now"}}) {
+  const auto doctor = parse({"doctor", "--listen", "--json", "--ask"});
+  EXPECT_TRUE(doctor->json && doctor->ask && doctor->listen);
+  for (const std::vector<std::string>& wrong :
+       std::vector<std::vector<std::string>>{{"--json"},
+                                             {"now", "--json", "--json"},
+                                             {"now", "--ask"},
+                                             {"bridge", "--json"},
+                                             {""},
+                                             {"Now"}}) {
     EXPECT_FALSE(parse(wrong)) << wrong.front();
   }
 }
@@ -33,4 +40,9 @@ TEST(TrackText, PrintsNoControlCharacters) {
             R"({"album":"","artist":"","bpm":0,"detection":"","genre":"","key":"","source":"",)"
             R"("title":"\u001b"})"
             "\n");
+}
+
+TEST(TrackText, SaysThatTheModelSeesNoPlayback) {
+  EXPECT_EQ(TrackText::readable(VisionResult{.source = "S + Tinker", .notice = "Detected."}),
+            "The model sees no playback, so it suggests nothing.\nDetected. S + Tinker\n");
 }

@@ -1,5 +1,4 @@
-#include "app/Doctor.h"
-
+#include "app/DoctorTrials.h"
 #include "base/Json.h"
 #include "model/AppConfig.h"
 #include "platform/SystemStatus.h"
@@ -138,4 +137,46 @@ TEST_F(DoctorTest, SaysWhereTheKeyIsButNeverTheKey) {
   }
   system.files.writeFailure = "The disk is full.";
   EXPECT_EQ(find(examine(), "Model provider").advice, "The disk is full.");
+}
+
+TEST_F(DoctorTest, ListensToTheDeviceAndRepeatsTheToolsOwnWords) {
+  system.environment.variables["ESSENTIA_EXTRACTOR"] = "/opt/extractor";
+  for (const auto* const program : {"/opt/extractor", "/usr/local/bin/ffmpeg"})
+    system.files.files[program].permissions = 0755;
+  const auto silence = std::string("RIFF\0\0\0\0WAVEfmt \x10\0\0\0", 20) + std::string(14, '\0') +
+                       std::string("\x10\0data\4\0\0\0\0\0\0\0", 14);
+  const std::tuple<std::string, int, std::string> cases[] = {
+      {silence, 0, "Recording!: :BlackHole 2ch, loudest -100.0 dB, average -100.0 dB: silence"},
+      {"RIFF", 0, "Recording!: :BlackHole 2ch gives no sound file that Velmor can read"},
+      {"RIFF", 1, "Recording!: :BlackHole 2ch: exit 1 (no such device)"}};
+  for (const auto& [recorded, exitStatus, expected] : cases) {
+    system.record.captureDevices.resize(1);
+    system.processes.handler = [&](const ChildProcess& child) -> ChildResult {
+      if (child.executable == "/opt/extractor") return {2, "\x1B[1mtoo\nquiet", ""};
+      system.files.files[child.arguments.back()].bytes = recorded;
+      return {exitStatus, "no such device\n", ""};
+    };
+    std::string text;
+    for (const auto& finding : DoctorTrials::listen(system.platform))
+      text +=
+          finding.name + (finding.state == State::faulty ? "!: " : ": ") + finding.detail + "\n";
+    const auto measured = "Measurement!: /opt/extractor: exit 2 ([1mtoo quiet)\n";
+    EXPECT_EQ(text, expected + "\n" + (exitStatus == 0 ? measured : ""));
+  }
+  EXPECT_TRUE(std::ranges::none_of(system.files.folders, [](const auto& folder) {
+    return folder.first.string().starts_with("/tmp/velmor-audio-");
+  }));
+}
+
+TEST_F(DoctorTest, AsksOnlyWithAKeyAndIsNotReadyWhenATrialFails) {
+  EXPECT_THAT(DoctorTrials::ask(system.platform).at(0).detail, HasSubstr("no key for Tinker"));
+  EXPECT_TRUE(system.http.requests.empty());
+  system.environment.variables["TINKER_API_KEY"] = "tk-given";
+  system.http.handler = [](const HttpRequest&) { return HttpResponse{401, ""}; };
+  const auto refused = DoctorTrials::ask(system.platform).at(0);
+  EXPECT_EQ(refused.detail, "Tinker refuses the key (status 401).");
+  DoctorReport report{.trackCanBeFound = true, .suggestionCanBeAsked = true};
+  EXPECT_TRUE(report.isReady());
+  report.trials = {refused};
+  EXPECT_FALSE(report.isReady());
 }

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <sstream>
 #include <string>
 
@@ -18,4 +19,12 @@ TEST(StreamWebView, DeliversAMessageToItsOwnHandlerAlone) {
   EXPECT_EQ(heard, "velmor {\"id\":\"1\"}\n");
   view.evaluateJavaScript("reply();");
   EXPECT_EQ(out.str(), "reply();\n");
+}
+
+TEST(StreamWebView, TellsWhenAnAnswerCouldNotBeWritten) {
+  std::ofstream full("/dev/full");
+  int failures = 0;
+  StreamWebView view(full, [&] { ++failures; });
+  view.evaluateJavaScript("reply();");
+  EXPECT_EQ(failures, 1);
 }

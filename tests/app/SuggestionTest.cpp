@@ -2,6 +2,8 @@
 #include "tests/nowplaying/RekordboxScreen.h"
 #include "tests/support/Outcome.h"
 
+#include <algorithm>
+
 using namespace velmor;
 
 namespace {
@@ -25,7 +27,7 @@ protected:
   std::string listen(int status, const std::string& report) {
     installExtractor([=, this](const ChildProcess& child) -> ChildResult {
       system.files.files[child.arguments.back()].bytes = report;
-      return {child.executable == "/opt/extractor" ? status : 0, "", ""};
+      return {child.executable == "/opt/extractor" ? status : 0, "no tempo", ""};
     });
     return analyze({.title = "T", .artist = "A", .bpm = 100, .key = "Am", .detection = "sight"});
   }
@@ -47,6 +49,23 @@ TEST_F(SuggestionTest, NeedsAKey) {
   EXPECT_TRUE(system.http.requests.empty());
   system.environment.variables["OPENAI_API_KEY"] = "env";
   EXPECT_EQ(state(), (AppState{true, false, "OpenAI recommendations ready"}));
+}
+
+TEST_F(SuggestionTest, RecordsNothingForAQuestionThatCannotBeAsked) {
+  const std::tuple<const char*, const char*, const char*> cases[] = {
+      {" \n", "", "Tinker API key is not configured"},
+      {"key\r", "", "The API key contains a line break. Enter it again without one."},
+      {"key", "ftp://x",
+       "VELMOR_TINKER_URL is not a whole address that begins with http:// or https://."}};
+  play("Song");
+  installExtractor([](const ChildProcess&) { return ChildResult{1, "", ""}; });
+  for (const auto& [key, address, message] : cases) {
+    system.environment.variables["TINKER_API_KEY"] = key;
+    system.environment.variables["VELMOR_TINKER_URL"] = address;
+    AppController fresh(system.platform, store);
+    EXPECT_EQ(outcomeOf(fresh.suggestTracks()), message);
+  }
+  EXPECT_TRUE(std::ranges::none_of(system.processes.started, &ChildProcess::endsWithVelmor));
 }
 
 TEST_F(SuggestionTest, LabelsEverySource) {
@@ -78,9 +97,11 @@ TEST_F(SuggestionTest, PutsWhatItHearsInPlaceOfWhatItWasTold) {
   EXPECT_NE(prompt.find("- BPM: 127.90\n- Key: 11A\n"), std::string::npos);
   EXPECT_EQ(result.currentTrack.other, "Essentia audio analysis; average loudness 0.877");
   EXPECT_EQ(result.notice, "Detected through sight and analyzed with Essentia.");
-  EXPECT_EQ(listen(2, ""), "ok");
+  EXPECT_EQ(listen(2, "{}"), "ok");
   EXPECT_EQ(result.notice, "Detected through sight; Essentia audio analysis was unavailable for "
                            "this sample.");
+  EXPECT_EQ(system.log.lines.back(),
+            "Velmor: the sample could not be measured: run Essentia: exit 2 (no tempo)");
   EXPECT_NE(prompt.find("- BPM: 100.00\n- Key: 8A\n"), std::string::npos);
   EXPECT_EQ(listen(0, "{}"), "ok");
   EXPECT_EQ(result.currentTrack.key, "");
@@ -90,7 +111,7 @@ TEST_F(SuggestionTest, AsksTheDefaultProviderAboutWhatPlays) {
   play("Song");
   EXPECT_EQ(suggest(), "ok");
   EXPECT_EQ(result.currentTrack.song, "Song");
-  EXPECT_EQ(system.http.requests.back().url, AIClient::defaultTinkerEndpoint);
+  EXPECT_EQ(system.http.requests.back().url, ProviderEndpoint::tinkerDefault);
 }
 
 TEST_F(SuggestionTest, TellsRekordboxsDecksApartByASecondLook) {

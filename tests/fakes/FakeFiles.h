@@ -3,6 +3,7 @@
 #include "platform/FileManager.h"
 
 #include <map>
+#include <set>
 
 namespace velmor {
 
@@ -22,7 +23,8 @@ public:
   }
   std::optional<std::string> read(const Path& path) const override {
     const auto found = files.find(path);
-    return found == files.end() ? std::nullopt : std::optional(found->second.bytes);
+    if (found == files.end() || (found->second.permissions & 0400U) == 0) return std::nullopt;
+    return found->second.bytes;
   }
   void writeAtomically(const Path& path, std::string_view bytes) override {
     failWith(writeFailure);
@@ -32,6 +34,13 @@ public:
     failWith(permissionFailure);
     files[path].permissions = permissions;
   }
+  void move(const Path& from, const Path& to) override {
+    failWith(writeFailure);
+    auto moved = files.extract(from);
+    moved.key() = to;
+    files.erase(to);
+    files.insert(std::move(moved));
+  }
   void remove(const Path& path) override {
     const auto isInside = [&](const auto& item) {
       const auto relative = item.first.lexically_relative(path);
@@ -39,6 +48,10 @@ public:
     };
     std::erase_if(files, isInside);
     std::erase_if(folders, isInside);
+  }
+  std::unique_ptr<FolderHold> hold(const Path& folder) override {
+    if (!folders.contains(folder) || held.contains(folder)) return nullptr;
+    return std::make_unique<FolderHold>();
   }
   bool exists(const Path& path) const override {
     return files.contains(path) || folders.contains(path);
@@ -56,11 +69,16 @@ public:
     for (const auto& [path, file] : files) {
       if (path.parent_path() == folder) entries.push_back({path, file.modified});
     }
+    for (const auto& [path, permissions] : folders) {
+      if (path.parent_path() == folder) entries.push_back({path, std::nullopt});
+    }
     return entries;
   }
 
   std::map<Path, File> files;
   std::map<Path, unsigned> folders;
+  /// Folders that another run has.
+  std::set<Path> held;
   /// Every write and every folder creation throws FileError with this text while it is not empty.
   std::string writeFailure;
   std::string permissionFailure;

@@ -8,7 +8,7 @@ import unittest
 
 from model_provider import ModelProvider
 from players import configure, playSong
-from session import Session
+from session import Session, builtVelmor
 
 ODD = "\"quoted\" back\\slash \u2028 </script> \u0001 \t 東京"
 
@@ -77,6 +77,14 @@ class BridgeTest(unittest.TestCase):
         with Session(display=False, bus=False) as desktop:
             replies = self.converse(desktop, [message("1", "Quit"), message("2", "GetState")])
             self.assertEqual(replies[0], ("Resolve", "1", None))
+
+    def testKeepsNothingToItselfWhenItsAnswersAreLost(self):
+        with Session(display=False, bus=False) as desktop:
+            for command in ("bridge", "--help"):
+                ran = desktop.run(["/bin/sh", "-c", f'exec "$0" {command} > /dev/full',
+                                   builtVelmor()], input=message("1", "GetState"))
+                self.assertEqual(ran.returncode, 1, command)
+                self.assertIn("could not be written", ran.stderr)
 
 
 if __name__ == "__main__":

@@ -114,6 +114,37 @@ TEST_F(ConfigStoreTest, AFailedSaveChangesNothing) {
   EXPECT_THROW(ConfigStore{system.platform}, FileError);
 }
 
+TEST_F(ConfigStoreTest, ChangesOnlyTheFrameOfWhatOthersHaveSavedMeanwhile) {
+  ConfigStore open(system.platform);
+  const WindowSettings frame{1, 2, 400, 500};
+  open.saveWindow(frame);
+  EXPECT_EQ(loaded().window, frame);
+  put(configPath, configJson({{"tinkerApiKey", "new"}, {"theme", "red"}}));
+  open.saveWindow({3, 4, 400, 500});
+  const AppConfig merged = Json::parse(system.files.files.at(configPath).bytes);
+  EXPECT_EQ(std::tie(merged.tinkerApiKey, merged.theme, merged.window.x),
+            std::tuple("new", "red", 3));
+  EXPECT_EQ(open.current(), merged);
+}
+
+TEST_F(ConfigStoreTest, KeepsOneCopyOfAFileThatIsNoSettings) {
+  const auto kept = std::string(configPath) + ".bad";
+  ConfigStore store(system.platform);
+  const std::tuple<const char*, unsigned, const char*> cases[] = {
+      {"{\"tinkerApiKey\": \"tk\",", 0644, "{\"tinkerApiKey\": \"tk\","},
+      {"", 0644, "{\"tinkerApiKey\": \"tk\","},
+      {"not to be read", 0, "not to be read"}};
+  for (const auto& [bytes, permissions, expected] : cases) {
+    system.files.files[configPath] = {bytes, permissions};
+    store.saveWindow({});
+    EXPECT_EQ(system.files.files.at(kept).bytes, expected);
+    EXPECT_EQ(system.files.files.at(kept).permissions, 0600U);
+    EXPECT_EQ(loaded(), store.current());
+  }
+  store.saveWindow({});
+  EXPECT_EQ(system.files.files.at(kept).bytes, "not to be read") << "settings are no reason";
+}
+
 TEST_F(ConfigStoreTest, PrefersTheEnvironmentsKey) {
   put(configPath, configJson({{"openaiApiKey", "file-o"}, {"tinkerApiKey", "file-t"}}));
   ConfigStore store(system.platform);

@@ -109,6 +109,17 @@ def wantedBody(path, model, prompt, count):
             "tool_choice": {"type": "tool", "name": TOOL}}
 
 
+def probeBody(path, model):
+    """The small request that only tries whether key and model are taken."""
+    def question(kind):
+        return [{"role": "user", "content": [{"type": kind, "text": "Answer with the word OK."}]}]
+
+    if path == RESPONSES:
+        return {"model": model, "input": question("input_text"), "max_output_tokens": 16}
+    return {"model": model, "messages": question("text"), "max_tokens": 16,
+            "thinking": {"type": "disabled"}}
+
+
 # Whether it is
 
 
@@ -180,8 +191,13 @@ def textAt(value, *place):
     return value if isinstance(value, str) else ""
 
 
+def checkModel(path, model):
+    if not model.strip() or model.strip().lower().startswith("gpt-") != (path == RESPONSES):
+        raise Refused(400, "/model", "names no model of this provider")
+
+
 def checkBody(path, text):
-    """The body and the values of its prompt."""
+    """The body and the values of its prompt; none for the small request."""
     try:
         body = json.loads(text, object_pairs_hook=onceEach)
     except ValueError as error:
@@ -189,11 +205,13 @@ def checkBody(path, text):
     question = "input" if path == RESPONSES else "messages"
     model = textAt(body, "model")
     prompt = textAt(body, question, 0, "content", 0, "text")
+    if body == probeBody(path, model):
+        checkModel(path, model)
+        return body, None
     # Without a prompt the comparison ends at its place, before it comes to the count.
     values = readPrompt(prompt, f"/{question}/0/content/0/text") if prompt else {"count": "0"}
     compare(wantedBody(path, model, prompt, int(values["count"])), body)
-    if not model.strip() or model.strip().lower().startswith("gpt-") != (path == RESPONSES):
-        raise Refused(400, "/model", "names no model of this provider")
+    checkModel(path, model)
     return body, values
 
 
@@ -299,7 +317,7 @@ class ModelProvider(http.server.ThreadingHTTPServer):
         else:
             body, values = right
             form = responsesAnswer if path == RESPONSES else messagesAnswer
-            answer = form(body, analysis(values, self.songs))
+            answer = form(body, analysis(values, self.songs) if values else {})
         return self.status, json.dumps(answer)
 
 

@@ -95,13 +95,49 @@ TEST_F(WebBridgeTest, ChecksArguments) {
   EXPECT_EQ(call("getState"), rejected("Unknown method getState"));
 }
 
+TEST_F(WebBridgeTest, AnswersEveryMessageWhateverItsValues) {
+  const auto deep = std::string(200'000, '[') + std::string(200'000, ']');
+  const auto with = [&](const std::string& value) {
+    auto config = app->config;
+    config.theme = "HERE";
+    return text::replacingAll(Json(config).dump(), "\"HERE\"", value);
+  };
+  const std::pair<std::string, std::string> cases[] = {
+      {R"("method":"BrowserOpenURL","args":["\ud800"])", "Invalid arguments"},
+      {R"("method":"BrowserOpenURL","args":["x\\\udc00\ud800"])", "Invalid arguments"},
+      {R"("method":"BrowserOpenURL","args":[)" + deep + "]", "Invalid arguments"},
+      {R"("method":"SaveSettings","args":[)" + with("1e400") + "]", "Invalid arguments"},
+      {R"("method":"SaveSettings","args":[)" + with("\"\\uDfff\"") + "]", "Invalid arguments"},
+      {R"("method":"A\u0000B")", std::string("Unknown method A\0B", 18)},
+      {R"("method":"\ud800")", "Unknown method \uFFFD"}};
+  for (const auto& [members, expected] : cases)
+    EXPECT_EQ(post(R"({"id":"1",)" + members + "}"), rejected(expected)) << members.substr(0, 99);
+  auto config = Json(app->config);
+  for (const auto* const member : {"recommendationCount", "version"}) {
+    for (const auto* const number : {"18446744073709551618", "9223372036854775808", "-1e19"}) {
+      config[member] = "HERE";
+      EXPECT_EQ(post(R"({"id":"1","method":"SaveSettings","args":[)" +
+                     text::replacingAll(config.dump(), "\"HERE\"", number) + "]}"),
+                rejected("Invalid arguments"));
+    }
+    config = app->config;
+  }
+  // What a command does not take cannot hurt it.
+  EXPECT_EQ(post(R"({"id":"1","method":"Quit","args":[-1.5E+999,)" + deep + R"(],"x":"\udbff"})"),
+            resolved());
+  EXPECT_EQ(post(R"({"id":"1","method":"BrowserOpenURL","args":["\ud83d\uDE00"]})"), resolved());
+  EXPECT_THAT(app->calls, ElementsAre("quit", "openURL 😀"));
+}
+
 TEST_F(WebBridgeTest, IgnoresWhatIsNoMessage) {
   for (const auto* message :
        {R"({"method":"Quit"})", R"({"id":7,"method":"Quit"})", R"({"id":"7","method":null})", "[]",
         "{", "{\"id\":\"\xFF\",\"method\":\"Quit\"}"}) {
     EXPECT_EQ(post(message), "") << message;
   }
-  EXPECT_EQ(post(R"({"id":"7","method":"Quit"})", {}, "other"), "");
+  const std::string whole = R"({"id":"7","method":"Quit"})";
+  EXPECT_EQ(post(whole + std::string("\0{}", 3)), "");
+  EXPECT_EQ(post(whole, {}, "other"), "");
   EXPECT_THAT(app->calls, IsEmpty());
 }
 

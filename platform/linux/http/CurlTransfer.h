@@ -60,6 +60,7 @@ private:
   void waitForAnswer(const Limits& limits);
   [[nodiscard]] Progress progress() const;
   [[nodiscard]] HttpResponse answer();
+  [[nodiscard]] std::string failureMessage(CURLcode failure) const;
   static std::size_t receive(char* bytes, std::size_t size, std::size_t count, void* transfer);
 
   std::unique_ptr<CURLM, MultiCleanup> multi;

@@ -4,6 +4,7 @@
 #include "platform/linux/system/RegularFile.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/random.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -17,6 +18,7 @@
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 namespace velmor {
 
@@ -53,6 +55,21 @@ fs::path resolved(const fs::path& path) {
   std::error_code failure;
   const auto real = fs::canonical(path, failure);
   return failure ? path : real;
+}
+
+/// A link that leads nowhere, or to a file of somebody else, is not what the user meant to have
+/// written through. Throws FileError.
+void refuseStrangeLink(const fs::path& path) {
+  struct stat link {};
+  struct stat file {};
+  if (::lstat(path.c_str(), &link) != 0 || !S_ISLNK(link.st_mode)) return;
+  const auto refuse = [&](const std::string& why) {
+    throw FileError("The file \"" + path.string() + "\" is a link " + why +
+                    ". Remove the link, or let it lead to a file of yours.");
+  };
+  if (::stat(path.c_str(), &file) != 0) refuse("that leads nowhere");
+  const auto user = ::geteuid();
+  if (link.st_uid != user || file.st_uid != user) refuse("that involves another user");
 }
 
 fs::path folderOf(const fs::path& path) {
@@ -141,6 +158,15 @@ void ReplacementFile::fail(int error) const {
                   "\" could not be written: " + systemMessage(error) + ".");
 }
 
+/// The system gives a lock free with the descriptor that it was taken with.
+class LockedFolder final : public FolderHold {
+public:
+  explicit LockedFolder(FileDescriptor locked) : folder(std::move(locked)) {}
+
+private:
+  FileDescriptor folder;
+};
+
 std::optional<std::chrono::system_clock::time_point> modificationTime(const fs::path& path) {
   std::error_code failure;
   const auto time = fs::last_write_time(path, failure);
@@ -169,6 +195,7 @@ std::optional<std::string> PosixFileManager::read(const fs::path& path) const {
 }
 
 void PosixFileManager::writeAtomically(const fs::path& path, std::string_view bytes) {
+  refuseStrangeLink(path);
   ReplacementFile::removeAbandoned(path);
   ReplacementFile replacement(path);
   replacement.write(bytes);
@@ -181,9 +208,26 @@ void PosixFileManager::setPermissions(const fs::path& path, unsigned permissions
                   "\" could not be changed: " + systemMessage(errno) + ".");
 }
 
+void PosixFileManager::move(const fs::path& from, const fs::path& to) {
+  if (::rename(from.c_str(), to.c_str()) == 0) return;
+  throw FileError("The file \"" + from.string() + "\" could not be moved: " + systemMessage(errno) +
+                  ".");
+}
+
 void PosixFileManager::remove(const fs::path& path) {
   std::error_code ignored;
   fs::remove_all(path, ignored);
+}
+
+std::unique_ptr<FolderHold> PosixFileManager::hold(const fs::path& folder) {
+  FileDescriptor opened(
+      ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+  if (!opened || ::flock(opened.get(), LOCK_EX | LOCK_NB) != 0) return nullptr;
+  // Whoever had it until now may have removed it.
+  struct stat state {};
+  if (::fstat(opened.get(), &state) != 0 || state.st_nlink == 0) return nullptr;
+  if (state.st_uid != ::geteuid()) return nullptr;
+  return std::make_unique<LockedFolder>(std::move(opened));
 }
 
 bool PosixFileManager::exists(const fs::path& path) const {

@@ -18,7 +18,9 @@ public:
   [[nodiscard]] std::optional<std::string> read(const std::filesystem::path& path) const override;
   void writeAtomically(const std::filesystem::path& path, std::string_view bytes) override;
   void setPermissions(const std::filesystem::path& path, unsigned permissions) override;
+  void move(const std::filesystem::path& from, const std::filesystem::path& to) override;
   void remove(const std::filesystem::path& path) override;
+  [[nodiscard]] std::unique_ptr<FolderHold> hold(const std::filesystem::path& folder) override;
   [[nodiscard]] bool exists(const std::filesystem::path& path) const override;
   [[nodiscard]] bool isExecutable(const std::filesystem::path& path) const override;
   [[nodiscard]] std::optional<std::uint64_t> size(const std::filesystem::path& path) const override;

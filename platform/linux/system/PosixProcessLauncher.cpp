@@ -84,13 +84,26 @@ int endDescriptorOf(pid_t process) {
   return static_cast<int>(::syscall(SYS_pidfd_open, process, 0));
 }
 
-/// The arguments as the system takes them; they point into `child`.
-std::vector<char*> argumentList(const ChildProcess& child) {
+/// The child's own command line, or that of the tool which has the system kill the child with its
+/// parent and then becomes the child. posix_spawn cannot say that itself.
+std::vector<std::string> commandLine(const ChildProcess& child) {
+  constexpr auto tool = "/usr/bin/setpriv";
+  std::vector<std::string> line;
+  // What the tool could not start either fails below, with the system's own words.
+  const bool canStart = ::access(child.executable.c_str(), X_OK) == 0;
+  if (child.endsWithVelmor && canStart && ::access(tool, X_OK) == 0)
+    line = {tool, "--pdeathsig", "KILL", "--"};
+  line.push_back(child.executable);
+  line.insert(line.end(), child.arguments.begin(), child.arguments.end());
+  return line;
+}
+
+/// The arguments as the system takes them; they point into `line`.
+std::vector<char*> argumentList(std::vector<std::string>& line) {
   std::vector<char*> list;
-  list.reserve(child.arguments.size() + 2);
-  list.push_back(const_cast<char*>(child.executable.c_str()));
-  for (const auto& argument : child.arguments)
-    list.push_back(const_cast<char*>(argument.c_str()));
+  list.reserve(line.size() + 1);
+  for (auto& argument : line)
+    list.push_back(argument.data());
   list.push_back(nullptr);
   return list;
 }
@@ -147,8 +160,9 @@ SpawnedChild::SpawnedChild(const ChildProcess& child) {
   ::posix_spawn_file_actions_adddup2(&plan.actions, errorEnd.get(), STDERR_FILENO);
   ::posix_spawn_file_actions_addclosefrom_np(&plan.actions, highestStandardDescriptor + 1);
 
-  const int error = ::posix_spawn(&process, child.executable.c_str(), &plan.actions,
-                                  &plan.attributes, argumentList(child).data(), environ);
+  auto line = commandLine(child);
+  const int error = ::posix_spawn(&process, line.front().c_str(), &plan.actions, &plan.attributes,
+                                  argumentList(line).data(), environ);
   if (error != 0) throw LaunchError(systemMessage(error));
   endEvent = FileDescriptor(endDescriptorOf(process));
   if (!endEvent) {

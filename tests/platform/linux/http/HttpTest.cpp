@@ -107,10 +107,21 @@ TEST_F(HttpTest, OnlyOtherMachinesAreReachedThroughProxies) {
   ::unsetenv("http_proxy");
 }
 
+TEST_F(HttpTest, AProxyThatWantsALoginIsNamed) {
+  ::setenv("https_proxy", first.url("").c_str(), 1);
+  EXPECT_THAT(failure({.url = "https://provider.invalid/"}),
+              StartsWith("The proxy server asks for a name and a password"));
+  ::unsetenv("https_proxy");
+}
+
+TEST_F(HttpTest, CompressedAnswersAreUnpacked) {
+  EXPECT_EQ(send({.url = first.url("/gzip")}).body, "{}");
+}
+
 TEST_F(HttpTest, FailuresAreSentences) {
   const auto wrongScheme = "The address does not begin with http:// or https://.";
   const std::pair<std::string, const char*> cases[] = {
-      {"http://no-such-host.invalid/", "The server could not be found."},
+      {"http://no-such-host.invalid/", "The server could not be found. Is this computer online?"},
       {"ftp://127.0.0.1/", wrongScheme},
       {"/etc/passwd", wrongScheme},
       {"", wrongScheme},

@@ -6,6 +6,7 @@
 #include <condition_variable>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <thread>
 
 namespace velmor {
@@ -19,7 +20,8 @@ inline void waitUntilRunning(const httplib::Server& server) {
 /// A web server on a free port of this machine. Its paths:
 /// /echo answers with the request line, the headers in small letters and the body;
 /// /redirect?status=S&to=URL; /bytes?count=N; /silent answers once the server ends;
-/// /trickle?count=N sends N bytes with short pauses; /loop leads back to itself.
+/// /gzip answers with {}, compressed; /trickle?count=N sends N bytes with short pauses; /loop leads
+/// back to itself.
 class TestServer {
 public:
   TestServer() {
@@ -32,6 +34,19 @@ public:
     });
     on("/bytes", [](const Request& request, Response& response) {
       response.set_content(std::string(count(request), 'x'), "x/y");
+    });
+    on("/gzip", [](const Request&, Response& response) {
+      constexpr std::string_view bytes("\x1f\x8b\x08\x00\x00\x00\x00\x00\x02\x03\xab\xae\x05\x00"
+                                       "\x43\xbf\xa6\xa3\x02\x00\x00\x00",
+                                       22);
+      response.set_header("Content-Encoding", "gzip");
+      response.set_content(bytes.data(), bytes.size(), "application/json");
+    });
+    // As a proxy it wants to know who asks.
+    server.set_pre_routing_handler([](const Request& request, Response& response) {
+      if (request.method != "CONNECT") return httplib::Server::HandlerResponse::Unhandled;
+      response.status = 407;
+      return httplib::Server::HandlerResponse::Handled;
     });
     on("/loop", [this](const Request&, Response& response) {
       ++loopRequests;

@@ -4,11 +4,14 @@
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <thread>
 
 namespace velmor {
@@ -138,6 +141,36 @@ TEST_F(ChildProcessTest, QuittingAsksChildrenToEndAndMakesThem) {
   }
   quit.request_stop();
   EXPECT_EQ(launchFailure("/bin/true"), "Operation canceled");
+}
+
+TEST_F(ChildProcessTest, AChildThatEndsWithVelmorOutlivesNoKill) {
+  const auto note = folder.path / "pid";
+  const auto parent = ::fork();
+  if (parent == 0) {
+    const auto line = "echo $$ > " + note.string() + "; exec sleep 600";
+    const ChildProcess child{
+        .executable = "/bin/sh", .arguments = {"-c", line}, .endsWithVelmor = true};
+    static_cast<void>(launcher.run(child));
+    ::_exit(0);
+  }
+  const auto waitUntil = [](const std::function<bool()>& condition) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(1);
+    while (!condition() && std::chrono::steady_clock::now() < end)
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    return condition();
+  };
+  pid_t process = 0;
+  EXPECT_TRUE(waitUntil([&] { return static_cast<bool>(std::ifstream(note) >> process); }));
+  ::kill(parent, SIGKILL);
+  ::waitpid(parent, nullptr, 0);
+  // Until somebody collects it, a process that has ended still has its number.
+  EXPECT_TRUE(waitUntil([&] {
+    std::string number;
+    std::string name;
+    std::string state;
+    std::ifstream status("/proc/" + std::to_string(process) + "/stat");
+    return !(status >> number >> name >> state) || state == "Z" || state == "X";
+  }));
 }
 
 } // namespace

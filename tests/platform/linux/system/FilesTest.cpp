@@ -47,6 +47,22 @@ TEST_F(FilesTest, ALinkStaysAndItsFileIsReplaced) {
   EXPECT_EQ(files.read(other.path / "real"), "new");
 }
 
+TEST_F(FilesTest, StrangeLinksAreNotWrittenThrough) {
+  std::ofstream(folder.path / "foreign") << "x";
+  constexpr uid_t nobody = 65534;
+  const bool given = ::chown((folder.path / "foreign").c_str(), nobody, nobody) == 0;
+  for (const auto* const target : {"nowhere", "config.json", given ? "foreign" : "/proc/version"}) {
+    fs::remove(path);
+    fs::create_symlink(target, path);
+    EXPECT_THROW(files.writeAtomically(path, "key"), FileError) << target;
+    EXPECT_TRUE(fs::is_symlink(path)) << target;
+  }
+  EXPECT_EQ(filesInFolder(), 2U);
+  files.move(path, folder.path / "kept");
+  EXPECT_TRUE(fs::is_symlink(folder.path / "kept"));
+  EXPECT_THROW(files.move(path, folder.path / "kept"), FileError);
+}
+
 TEST_F(FilesTest, FailedWritesKeepTheOldFileAndCleanUp) {
   files.writeAtomically(path, "old");
   std::signal(SIGXFSZ, SIG_IGN);
@@ -104,6 +120,25 @@ TEST_F(FilesTest, TemporariesOfLivingWritersAreLeftAlone) {
     std::ofstream(folder.path / name) << "half";
   files.writeAtomically(path, "new");
   EXPECT_EQ(filesInFolder(), 3U);
+}
+
+TEST_F(FilesTest, AFolderIsHeldByOneUntilItsHolderIsKilled) {
+  std::array<int, 2> ends{};
+  ASSERT_EQ(::pipe(ends.data()), 0);
+  const auto holder = ::fork();
+  if (holder == 0) {
+    const auto hold = files.hold(folder.path);
+    [[maybe_unused]] const auto written = ::write(ends[1], hold ? "+" : "-", 1);
+    ::pause();
+  }
+  char told = 0;
+  ASSERT_EQ(::read(ends[0], &told, 1), 1);
+  EXPECT_EQ(told, '+');
+  EXPECT_FALSE(files.hold(folder.path));
+  ::kill(holder, SIGKILL);
+  ::waitpid(holder, nullptr, 0);
+  EXPECT_TRUE(files.hold(folder.path));
+  EXPECT_FALSE(files.hold(folder.path / "none"));
 }
 
 TEST_F(FilesTest, ToldApartFilesFoldersAndPrograms) {
