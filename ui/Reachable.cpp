@@ -34,8 +34,8 @@ Rect reachable(const Rect& frame, const std::vector<Screen>& screens) {
   for (const auto& screen : screens) {
     if (showsEnough(screen.visibleFrame, frame)) return frame;
     const auto moved = movedInto(screen.visibleFrame, frame);
-    const bool isNearer = squaredDistance(moved.origin, frame.origin) <
-                          squaredDistance(nearest.origin, frame.origin);
+    const bool isNearer =
+        squaredDistance(moved.origin, frame.origin) < squaredDistance(nearest.origin, frame.origin);
     if (nearest == frame || isNearer) nearest = moved;
   }
   return nearest;

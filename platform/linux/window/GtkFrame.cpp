@@ -9,8 +9,8 @@ namespace velmor {
 namespace {
 
 constexpr Seconds longestAnswer{0.5};
-/// What did not come as ordered is ordered again so often: an order can overtake the hints about the
-/// size, and some window managers put a new window a title bar's height aside.
+/// What did not come as ordered is ordered again so often: an order can overtake the hints about
+/// the size, and some window managers put a new window a title bar's height aside.
 constexpr int mostRepeats = 1;
 
 } // namespace
