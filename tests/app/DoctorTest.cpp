@@ -83,7 +83,8 @@ TEST_F(DoctorTest, TellsOfEverySourceToolAndServiceWithWhatToDo) {
 
 TEST_F(DoctorTest, NamesTheRefusalOfRekordboxsWindowAndThatNobodyElseIsAskedThen) {
   system.mediaRemote.playing = true;
-  system.mediaRemote.info = {{nowPlayingKey::title, "T"}, {nowPlayingKey::artist, "A"}};
+  system.mediaRemote.info =
+      NowPlayingInfo{{nowPlayingKey::title, "T"}, {nowPlayingKey::artist, "A"}};
   EXPECT_TRUE(examine().trackCanBeFound);
   system.applications.running = {{"com.pioneerdj.rekordboxdj", "rekordbox", 7}};
   system.accessibility.errorCode = accessibilityError::apiDisabled;
@@ -98,7 +99,7 @@ TEST_F(DoctorTest, NamesTheRefusalOfRekordboxsWindowAndThatNobodyElseIsAskedThen
 
 TEST_F(DoctorTest, SaysWhyATrackThatPlaysCannotBeTold) {
   system.mediaRemote.playing = true;
-  system.mediaRemote.info = {{nowPlayingKey::title, "A film"}};
+  system.mediaRemote.info = NowPlayingInfo{{nowPlayingKey::title, "A film"}};
   system.processes.running = {"mixxx", "serato dj"};
   system.applications.running = {{"", "Mixxx", 5}};
   system.windows.windows = {{5, "Only A Title | Mixxx"}};
