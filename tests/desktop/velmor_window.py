@@ -121,7 +121,7 @@ class VelmorDesktop(Session):
     def clients(self):
         if not self.manager:
             return [window for window in self.rootWindow.query_tree().children
-                    if self._isViewable(window)]
+                    if self._isShown(window)]
         numbers = self._property(self.rootWindow, "_NET_CLIENT_LIST") or []
         return [self.x.create_resource_object("window", number) for number in numbers]
 
@@ -132,11 +132,13 @@ class VelmorDesktop(Session):
                 if window.id != main.id and self._text(window, "_NET_WM_NAME") == "Velmor"]
 
     @staticmethod
-    def _isViewable(window):
+    def _isShown(window):
         try:
-            return window.get_attributes().map_state == X.IsViewable
+            attributes = window.get_attributes()
         except error.BadWindow:
             return False
+        # Tooltips and menus are not what a window manager would list.
+        return attributes.map_state == X.IsViewable and not attributes.override_redirect
 
     def frame(self):
         """Origin at the bottom left, as Velmor counts; None while it is not on the screen."""
