@@ -2,6 +2,7 @@
 
 #include "analysis/AudioAnalysisService.h"
 #include "model/ModelProvider.h"
+#include "nowplaying/MixxxLibrary.h"
 #include "platform/Environment.h"
 #include "platform/Workspace.h"
 #include "platform/async/Waiting.h"
@@ -16,6 +17,10 @@ std::string endpoint(const Platform& platform, const char* variable, const char*
   return chosen.empty() ? standard : chosen;
 }
 
+CratePlaces placesOfMusic(const Platform& platform) {
+  return {.mixxxLibraries = MixxxLibrary::libraryDatabasePaths(platform)};
+}
+
 } // namespace
 
 AppController::AppController(const Platform& thePlatform, std::shared_ptr<ConfigStore> store,
@@ -27,6 +32,7 @@ AppController::AppController(const Platform& thePlatform, std::shared_ptr<Config
     , updateService(std::make_shared<UpdateService>(platform, "macos", buildInfo.version()))
     , aiClient(platform, endpoint(platform, "VELMOR_TINKER_URL", AIClient::defaultTinkerEndpoint),
                endpoint(platform, "VELMOR_OPENAI_URL", AIClient::defaultOpenAIEndpoint))
+    , crate(platform.mainLoop, [system = platform] { return placesOfMusic(system); })
     , nowPlaying(std::make_shared<NowPlayingDetector>(platform))
     , tasks(platform.mainLoop) {
   if (desktop) {
@@ -36,15 +42,22 @@ AppController::AppController(const Platform& thePlatform, std::shared_ptr<Config
 
 Task<AppState> AppController::getState() {
   const auto model = configStore->current().aiModel;
-  const bool available = !configStore->apiKey(model).empty();
+  const bool isCrate = modelProvider(model) == ModelProvider::Crate;
+  AppState state;
+  if (isCrate) {
+    const auto music = co_await crate.contents();
+    state.aiAvailable = !music->tracks.empty();
+    state.provider = music->status();
+  } else {
+    state.aiAvailable = !configStore->apiKey(model).empty();
+    state.provider =
+        state.aiAvailable ? providerName(model) + " recommendations ready" : "API key required";
+  }
   const auto isExtractorThere = [system = platform] {
     return AudioAnalysisService::extractorPath(system).has_value();
   };
-  const bool extractor = co_await occupied(platform.mainLoop, isExtractorThere);
-  co_return AppState{.aiAvailable = available,
-                     .essentiaAvailable = extractor,
-                     .provider = available ? providerName(model) + " recommendations ready"
-                                           : "API key required"};
+  state.essentiaAvailable = co_await occupied(platform.mainLoop, isExtractorThere);
+  co_return state;
 }
 
 AppInfo AppController::appInfo() {

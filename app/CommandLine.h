@@ -8,13 +8,18 @@ namespace velmor {
 
 /// What the program was started for.
 struct CommandLine {
-  enum class Command { window, now, suggest, doctor, bridge, version, help };
+  enum class Command { window, now, suggest, after, crate, doctor, bridge, version, help };
 
   Command command = Command::window;
   /// Prints one compact JSON object instead of text to read.
   bool json = false;
+  /// Suggests from the DJ's own music, whatever the model is.
+  bool fromCrate = false;
+  /// The track that the suggestions shall follow, as "Artist - Title".
+  std::string track;
 
-  static constexpr auto usage = "usage: velmor [now [--json] | suggest [--json] | "
+  static constexpr auto usage = "usage: velmor [now [--json] | suggest [--crate] [--json] | "
+                                "after \"ARTIST - TITLE\" [--json] | crate [--json] | "
                                 "doctor [--json] | bridge | --version | --help]";
   static const char* const help;
 

@@ -10,18 +10,8 @@ namespace velmor {
 
 namespace {
 
-std::string printable(std::string_view given) {
-  auto result = text::withValidUtf8(given);
-  for (char& character : result) {
-    const auto code = static_cast<unsigned char>(character);
-    if (code < 0x20 || code == 0x7F) character = ' ';
-  }
-  // The second set of control characters, U+0080 to U+009F, takes two bytes.
-  for (std::size_t position = 0; position + 1 < result.size(); ++position) {
-    const auto next = static_cast<unsigned char>(result[position + 1]);
-    if (result[position] == '\xC2' && next < 0xA0) result.replace(position, 2, " ");
-  }
-  return result;
+std::string printable(std::string_view text) {
+  return TrackText::printable(text);
 }
 
 /// The parts that are there, between commas.
@@ -41,6 +31,20 @@ std::string named(const std::string& artist, const std::string& title,
 
 } // namespace
 
+std::string TrackText::printable(std::string_view given) {
+  auto result = text::withValidUtf8(given);
+  for (char& character : result) {
+    const auto code = static_cast<unsigned char>(character);
+    if (code < 0x20 || code == 0x7F) character = ' ';
+  }
+  // The second set of control characters, U+0080 to U+009F, takes two bytes.
+  for (std::size_t position = 0; position + 1 < result.size(); ++position) {
+    const auto next = static_cast<unsigned char>(result[position + 1]);
+    if (result[position] == '\xC2' && next < 0xA0) result.replace(position, 2, " ");
+  }
+  return result;
+}
+
 std::string TrackText::readable(const NowPlayingTrack& track) {
   const auto album = track.album.empty() ? "" : " from " + printable(track.album);
   return named(track.artist, track.title, details(track.bpm, track.key, track.genre)) + album +
@@ -51,10 +55,10 @@ std::string TrackText::json(const NowPlayingTrack& track) {
   return jsonEncoder().encode(track) + "\n";
 }
 
-std::string TrackText::readable(const VisionResult& result) {
+std::string TrackText::readable(const VisionResult& result, const std::string& label) {
   const auto& current = result.currentTrack;
   std::string lines =
-      "Now playing: " +
+      label + ": " +
       named(current.artist, current.song, details(current.bpm, current.key, current.genre)) + "\n" +
       printable(result.notice) + " " + printable(result.source) + "\n\n";
   int rank = 0;

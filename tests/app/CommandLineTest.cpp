@@ -15,8 +15,18 @@ TEST(CommandLine, AcceptsWhatItKnowsAndNothingElse) {
   EXPECT_EQ(parse({"bridge"})->command, Command::bridge);
   EXPECT_FALSE(parse({"now"})->json);
   EXPECT_TRUE(parse({"suggest", "--json"})->json);
-  for (const std::vector<std::string>& wrong : std::vector<std::vector<std::string>>{
-           {"--json"}, {"now", "--json", "--json"}, {"bridge", "--json"}, {""}, {"Now"}}) {
+  EXPECT_TRUE(parse({"suggest", "--json", "--crate"})->fromCrate);
+  EXPECT_EQ(parse({"after", "--json", "--json"})->track, "--json");
+  EXPECT_TRUE(parse({"after", "A - B", "--json"})->json);
+  for (const std::vector<std::string>& wrong :
+       std::vector<std::vector<std::string>>{{"--json"},
+                                             {"now", "--json", "--json"},
+                                             {"bridge", "--json"},
+                                             {""},
+                                             {"Now"},
+                                             {"now", "--crate"},
+                                             {"after"},
+                                             {"crate", "A"}}) {
     EXPECT_FALSE(parse(wrong)) << wrong.front();
   }
 }
