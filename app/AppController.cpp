@@ -1,6 +1,7 @@
 #include "app/AppController.h"
 
 #include "analysis/AudioAnalysisService.h"
+#include "base/Text.h"
 #include "model/ModelProvider.h"
 #include "nowplaying/MixxxLibrary.h"
 #include "platform/Environment.h"
@@ -18,7 +19,20 @@ std::string endpoint(const Platform& platform, const char* variable, const char*
 }
 
 CratePlaces placesOfMusic(const Platform& platform) {
-  return {.mixxxLibraries = MixxxLibrary::libraryDatabasePaths(platform)};
+  const auto& environment = platform.environment;
+  CratePlaces places{.mixxxLibraries = MixxxLibrary::libraryDatabasePaths(platform),
+                     .tagCache = environment.cacheDirectory() / "Velmor" / "tags.sqlite"};
+  if (const auto named = environment.variable("VELMOR_CRATE")) {
+    for (const auto place : text::split(*named, ':'))
+      places.musicFolders.emplace_back(place);
+  } else if (const auto music = environment.musicDirectory()) {
+    places.musicFolders.push_back(*music);
+  }
+  std::erase_if(places.musicFolders, [](const auto& folder) {
+    std::error_code unreadable;
+    return !std::filesystem::is_directory(folder, unreadable);
+  });
+  return places;
 }
 
 } // namespace

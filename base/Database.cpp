@@ -44,6 +44,29 @@ Query::Query(sqlite3* database, const std::string& statement)
   if (!handle) throw DatabaseError("there is no statement");
 }
 
+Query& Query::bind(std::string_view text) {
+  sqlite3_bind_text(handle.get(), ++bound, text.data(), static_cast<int>(text.size()),
+                    SQLITE_TRANSIENT); // NOLINT: the constant is a cast in C
+  return *this;
+}
+
+Query& Query::bind(std::int64_t number) {
+  sqlite3_bind_int64(handle.get(), ++bound, number);
+  return *this;
+}
+
+Query& Query::bind(double number) {
+  sqlite3_bind_double(handle.get(), ++bound, number);
+  return *this;
+}
+
+void Query::run() {
+  const int result = sqlite3_step(handle.get());
+  if (result != SQLITE_DONE) throw failure(connection, result);
+  sqlite3_reset(handle.get());
+  bound = 0;
+}
+
 bool Query::next() {
   const int result = sqlite3_step(handle.get());
   if (result != SQLITE_ROW && result != SQLITE_DONE) throw failure(connection, result);
@@ -67,18 +90,31 @@ std::int64_t Query::integer(int column) const {
 
 Database::Database(sqlite3* opened) : handle(opened, &sqlite3_close) {}
 
-Database Database::forReading(const std::filesystem::path& path,
-                              std::chrono::milliseconds patience) {
-  const bool immutable = isLeftBehind(path);
-  const auto name = immutable ? "file:" + text::percentEncoded(path.string(), "/") + "?immutable=1"
-                              : path.string();
-  const int flags = SQLITE_OPEN_READONLY | (immutable ? SQLITE_OPEN_URI : 0);
+Database Database::open(const std::string& name, int flags, std::chrono::milliseconds patience) {
   sqlite3* opened = nullptr;
   const int result = sqlite3_open_v2(name.c_str(), &opened, flags, nullptr);
   Database database(opened);
   if (result != SQLITE_OK || !opened) throw failure(opened, result);
   sqlite3_busy_timeout(opened, static_cast<int>(patience.count()));
   return database;
+}
+
+Database Database::forReading(const std::filesystem::path& path,
+                              std::chrono::milliseconds patience) {
+  const bool immutable = isLeftBehind(path);
+  const auto name = immutable ? "file:" + text::percentEncoded(path.string(), "/") + "?immutable=1"
+                              : path.string();
+  return open(name, SQLITE_OPEN_READONLY | (immutable ? SQLITE_OPEN_URI : 0), patience);
+}
+
+Database Database::forWriting(const std::filesystem::path& path,
+                              std::chrono::milliseconds patience) {
+  return open(path.string(), SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, patience);
+}
+
+void Database::run(const std::string& statements) const {
+  const int result = sqlite3_exec(handle.get(), statements.c_str(), nullptr, nullptr, nullptr);
+  if (result != SQLITE_OK) throw failure(handle.get(), result);
 }
 
 Query Database::query(const std::string& statement) const {

@@ -25,6 +25,14 @@ class Query {
 public:
   Query(sqlite3* database, const std::string& statement);
 
+  /// Sets the statement's next question mark, from the first on.
+  Query& bind(std::string_view text);
+  Query& bind(std::int64_t number);
+  Query& bind(double number);
+  /// Carries out a statement that has no rows, and makes it ready to be bound again. Throws
+  /// DatabaseError.
+  void run();
+
   /// Goes to the next row; false behind the last one. Throws DatabaseError, also when somebody
   /// else holds the lock for longer than the database waits.
   [[nodiscard]] bool next();
@@ -38,6 +46,7 @@ public:
 private:
   std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)> handle;
   sqlite3* connection;
+  int bound = 0;
 };
 
 /// An SQLite database. One thread at a time.
@@ -49,11 +58,21 @@ public:
   [[nodiscard]] static Database forReading(const std::filesystem::path& path,
                                            std::chrono::milliseconds patience);
 
+  /// Opens a database of Velmor's own, making it when it is missing. Waits as long as `forReading`
+  /// does. Throws DatabaseError.
+  [[nodiscard]] static Database forWriting(const std::filesystem::path& path,
+                                           std::chrono::milliseconds patience);
+
+  /// Carries out statements that have no rows. Throws DatabaseError.
+  void run(const std::string& statements) const;
+
   /// Throws DatabaseError when the statement is wrong.
   [[nodiscard]] Query query(const std::string& statement) const;
 
 private:
   explicit Database(sqlite3* opened);
+  [[nodiscard]] static Database open(const std::string& name, int flags,
+                                     std::chrono::milliseconds patience);
 
   std::unique_ptr<sqlite3, int (*)(sqlite3*)> handle;
 };

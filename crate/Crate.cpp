@@ -1,6 +1,7 @@
 #include "crate/Crate.h"
 
 #include "crate/MixxxCrate.h"
+#include "crate/MusicFolder.h"
 #include "platform/async/Waiting.h"
 
 namespace velmor {
@@ -14,23 +15,27 @@ Task<Crate::Contents> Crate::contents() {
   co_return last.contents;
 }
 
-std::vector<Crate::Stamp> Crate::stampsOf(const CratePlaces& places) {
-  std::vector<Stamp> stamps;
-  for (const auto& library : places.mixxxLibraries) {
-    std::error_code unreadable;
-    stamps.push_back({library, std::filesystem::last_write_time(library, unreadable),
-                      std::filesystem::file_size(library, unreadable)});
-  }
-  return stamps;
+Crate::Stamp Crate::stampOf(const std::filesystem::path& file) {
+  std::error_code unreadable;
+  return {file, std::filesystem::last_write_time(file, unreadable),
+          std::filesystem::file_size(file, unreadable)};
 }
 
 Crate::Reading Crate::read(const CratePlaces& places, const Reading& last) {
   // Taken before the reading: what changes meanwhile is read the next time.
-  auto stamps = stampsOf(places);
+  std::vector<Stamp> stamps;
+  for (const auto& library : places.mixxxLibraries)
+    stamps.push_back(stampOf(library));
+  std::vector<MusicFolder> folders(places.musicFolders.begin(), places.musicFolders.end());
+  for (std::size_t index = 0; index < folders.size(); ++index)
+    stamps.push_back({places.musicFolders[index], {}, folders[index].state()});
   if (last.contents && stamps == last.stamps) return last;
+
   std::vector<CrateSource> sources;
   for (const auto& library : places.mixxxLibraries)
     sources.push_back(MixxxCrate::read(library));
+  for (const auto& folder : folders)
+    sources.push_back(folder.read(places.tagCache));
   auto contents = std::make_shared<CrateContents>(CrateContents::joined(std::move(sources)));
   return {std::move(stamps), std::move(contents)};
 }

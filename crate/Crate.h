@@ -15,6 +15,10 @@ namespace velmor {
 struct CratePlaces {
   /// Mixxx's libraries, the preferred one first.
   std::vector<std::filesystem::path> mixxxLibraries;
+  /// Folders with tagged music files.
+  std::vector<std::filesystem::path> musicFolders;
+  /// Where the files' tags are kept between runs.
+  std::filesystem::path tagCache;
 
   bool operator==(const CratePlaces&) const = default;
 };
@@ -32,11 +36,12 @@ public:
   [[nodiscard]] Task<Contents> contents();
 
 private:
-  /// The state of a source's file, which changes whenever its content does.
+  /// The state of a source's file or folder, which changes whenever its content does.
   struct Stamp {
-    std::filesystem::path file;
+    std::filesystem::path place;
     std::filesystem::file_time_type modified;
-    std::uintmax_t size = 0;
+    /// The size of a file; MusicFolder::state() of a folder.
+    std::uintmax_t state = 0;
 
     bool operator==(const Stamp&) const = default;
   };
@@ -45,7 +50,7 @@ private:
     Contents contents;
   };
 
-  [[nodiscard]] static std::vector<Stamp> stampsOf(const CratePlaces& places);
+  [[nodiscard]] static Stamp stampOf(const std::filesystem::path& file);
   [[nodiscard]] static Reading read(const CratePlaces& places, const Reading& last);
 
   MainLoop& loop;
