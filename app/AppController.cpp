@@ -2,11 +2,35 @@
 
 #include "analysis/AudioAnalysisService.h"
 #include "analysis/WorkingFolder.h"
+#include "base/Text.h"
 #include "model/ModelProvider.h"
+#include "nowplaying/MixxxLibrary.h"
+#include "platform/Environment.h"
 #include "platform/Workspace.h"
 #include "platform/async/Waiting.h"
 
 namespace velmor {
+
+namespace {
+
+CratePlaces placesOfMusic(const Platform& platform) {
+  const auto& environment = platform.environment;
+  CratePlaces places{.mixxxLibraries = MixxxLibrary::libraryDatabasePaths(platform),
+                     .tagCache = environment.cacheDirectory() / "Velmor" / "tags.sqlite"};
+  if (const auto named = environment.variable("VELMOR_CRATE")) {
+    for (const auto place : text::split(*named, ':'))
+      places.musicFolders.emplace_back(place);
+  } else if (const auto music = environment.musicDirectory()) {
+    places.musicFolders.push_back(*music);
+  }
+  std::erase_if(places.musicFolders, [](const auto& folder) {
+    std::error_code unreadable;
+    return !std::filesystem::is_directory(folder, unreadable);
+  });
+  return places;
+}
+
+} // namespace
 
 AppController::AppController(const Platform& thePlatform, std::shared_ptr<ConfigStore> store,
                              std::optional<Desktop> theDesktop)
@@ -17,6 +41,7 @@ AppController::AppController(const Platform& thePlatform, std::shared_ptr<Config
     , updateService(std::make_shared<UpdateService>(platform, "macos", buildInfo.version()))
     , aiClient(platform, ProviderEndpoint::of(platform, ModelProvider::Tinker),
                ProviderEndpoint::of(platform, ModelProvider::OpenAI))
+    , crate(platform.mainLoop, [system = platform] { return placesOfMusic(system); })
     , nowPlaying(std::make_shared<NowPlayingDetector>(platform))
     , tasks(platform.mainLoop) {
   WorkingFolder::removeAbandoned(platform);
@@ -27,15 +52,22 @@ AppController::AppController(const Platform& thePlatform, std::shared_ptr<Config
 
 Task<AppState> AppController::getState() {
   const auto model = configStore->current().aiModel;
-  const bool available = !configStore->apiKey(model).empty();
+  const bool isCrate = modelProvider(model) == ModelProvider::Crate;
+  AppState state;
+  if (isCrate) {
+    const auto music = co_await crate.contents();
+    state.aiAvailable = !music->tracks.empty();
+    state.provider = music->status();
+  } else {
+    state.aiAvailable = !configStore->apiKey(model).empty();
+    state.provider =
+        state.aiAvailable ? providerName(model) + " recommendations ready" : "API key required";
+  }
   const auto isExtractorThere = [system = platform] {
     return AudioAnalysisService::extractorPath(system).has_value();
   };
-  const bool extractor = co_await occupied(platform.mainLoop, isExtractorThere);
-  co_return AppState{.aiAvailable = available,
-                     .essentiaAvailable = extractor,
-                     .provider = available ? providerName(model) + " recommendations ready"
-                                           : "API key required"};
+  state.essentiaAvailable = co_await occupied(platform.mainLoop, isExtractorThere);
+  co_return state;
 }
 
 AppInfo AppController::appInfo() {

@@ -3,6 +3,7 @@
 #include "ai/AIClient.h"
 #include "app/BuildInfo.h"
 #include "base/Json.h"
+#include "crate/Crate.h"
 #include "model/ConfigStore.h"
 #include "nowplaying/NowPlayingDetector.h"
 #include "platform/Desktop.h"
@@ -51,6 +52,16 @@ public:
   /// model's client throws.
   [[nodiscard]] Task<VisionResult> analyzeNowPlaying(NowPlayingTrack track);
 
+  // The DJ's own music
+
+  /// As `suggestTracks`, from the crate whatever the model is.
+  [[nodiscard]] Task<VisionResult> suggestFromCrate();
+  /// Suggestions from the crate after the track that is named as "Artist - Title". Throws
+  /// VelmorError when the crate has no such track.
+  [[nodiscard]] Task<VisionResult> suggestAfter(std::string name);
+  /// All music that was found. Never null.
+  [[nodiscard]] Task<Crate::Contents> crateContents() { return crate.contents(); }
+
   [[nodiscard]] Task<AppState> getState() override;
 
   // Automatic detection
@@ -90,6 +101,14 @@ public:
   void quit() override;
 
 private:
+  /// The rest of a suggestion with these settings.
+  [[nodiscard]] Task<VisionResult> analyze(NowPlayingTrack track, AppConfig config);
+  [[nodiscard]] AIClient::Request modelRequest(TrackMetadata current, std::string source,
+                                               const AppConfig& config) const;
+  /// Never empty. Throws VelmorError when there is no music.
+  [[nodiscard]] Task<Crate::Contents> knownMusic();
+  [[nodiscard]] Task<Analysis> askCrate(TrackMetadata current, Crate::Contents music,
+                                        AppConfig config);
   /// The track as the page and the model see it.
   [[nodiscard]] static TrackMetadata metadata(const NowPlayingTrack& track);
 
@@ -134,6 +153,7 @@ private:
   /// Shared with a check under way, which may end after the controller.
   const std::shared_ptr<const UpdateService> updateService;
   AIClient aiClient;
+  Crate crate;
   /// Shared with a look under way, which may end after the controller.
   const std::shared_ptr<NowPlayingDetector> nowPlaying;
   /// Null without a desktop.

@@ -3,6 +3,7 @@
 #include "base/Number.h"
 #include "base/Text.h"
 #include "base/VelmorError.h"
+#include "crate/CrateAnswer.h"
 #include "model/CamelotKey.h"
 #include "model/ModelProvider.h"
 #include "nowplaying/NowPlayingError.h"
@@ -89,7 +90,8 @@ void addMeasurement(TrackMetadata& track, const AudioAnalysisService::Features& 
 
 void AppController::requireKey() const {
   const auto model = configStore->current().aiModel;
-  if (!configStore->apiKey(model).empty()) return;
+  const bool needsKey = modelProvider(model) != ModelProvider::Crate;
+  if (!needsKey || !configStore->apiKey(model).empty()) return;
   throw VelmorError(providerName(model) + " API key is required for recommendations");
 }
 
@@ -118,28 +120,48 @@ Task<NowPlayingTrack> AppController::detectTrack() {
 }
 
 Task<VisionResult> AppController::analyzeNowPlaying(NowPlayingTrack track) {
-  const auto config = configStore->current();
-  AIClient::Request request{.apiKey = configStore->apiKey(config.aiModel),
-                            .model = config.aiModel,
-                            .current = metadata(track),
-                            .source = track.source,
-                            .bpmTolerance = config.bpmTolerance,
-                            .recommendationCount = config.recommendationCount};
-  // Nothing is recorded for a question that could not be asked.
-  aiClient.check(request);
-  const auto listen = [system = platform] { return measure(system); };
-  const auto measurement = co_await occupied(platform.mainLoop, listen);
-  if (measurement.features) addMeasurement(request.current, *measurement.features);
+  return analyze(std::move(track), configStore->current());
+}
+
+Task<VisionResult> AppController::analyze(NowPlayingTrack track, AppConfig config) {
+  const bool isCrate = modelProvider(config.aiModel) == ModelProvider::Crate;
+  auto current = metadata(track);
+  Crate::Contents music;
+  if (isCrate) {
+    music = co_await knownMusic();
+    current = CrateAnswer::completed(std::move(current), *music);
+  } else {
+    // Nothing is recorded for a question that could not be asked.
+    aiClient.check(modelRequest(current, track.source, config));
+  }
+  Measurement measurement;
+  const bool isKnown = isCrate && current.bpm > 0 && !current.key.empty();
+  if (!isKnown) {
+    const auto listen = [system = platform] { return measure(system); };
+    measurement = co_await occupied(platform.mainLoop, listen);
+  }
+  if (measurement.features) addMeasurement(current, *measurement.features);
   // A request costs money: none is sent for a track that has gone meanwhile.
   const bool cancelled = co_await isCancelled();
   if (cancelled) throw VelmorError("The suggestion was cancelled.");
 
-  request.apiKey = configStore->apiKey(config.aiModel);
-  Analysis analysis = co_await aiClient.recommend(std::move(request));
+  auto question = isCrate ? askCrate(current, music, config)
+                          : aiClient.recommend(modelRequest(current, track.source, config));
+  Analysis analysis = co_await question;
   co_return VisionResult{.currentTrack = analysis.currentTrack,
                          .recommendations = analysis.recommendations,
                          .source = labelPrefix(track.detection) + providerName(config.aiModel),
                          .notice = noticeFor(track.detection, measurement)};
+}
+
+AIClient::Request AppController::modelRequest(TrackMetadata current, std::string source,
+                                             const AppConfig& config) const {
+  return {.apiKey = configStore->apiKey(config.aiModel),
+          .model = config.aiModel,
+          .current = std::move(current),
+          .source = std::move(source),
+          .bpmTolerance = config.bpmTolerance,
+          .recommendationCount = config.recommendationCount};
 }
 
 TrackMetadata AppController::metadata(const NowPlayingTrack& track) {

@@ -151,9 +151,15 @@ bool AppController::recommendationSettingsChanged(const AppConfig& previous,
   if (previous.aiModel != next.aiModel) return true;
   if (previous.recommendationCount != next.recommendationCount) return true;
   if (previous.bpmTolerance != next.bpmTolerance) return true;
-  return modelProvider(next.aiModel) == ModelProvider::OpenAI
-             ? previous.openaiApiKey != next.openaiApiKey
-             : previous.tinkerApiKey != next.tinkerApiKey;
+  switch (modelProvider(next.aiModel)) {
+  case ModelProvider::OpenAI:
+    return previous.openaiApiKey != next.openaiApiKey;
+  case ModelProvider::Tinker:
+    return previous.tinkerApiKey != next.tinkerApiKey;
+  case ModelProvider::Crate:
+    return false;
+  }
+  return false;
 }
 
 } // namespace velmor

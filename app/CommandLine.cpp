@@ -1,17 +1,23 @@
 #include "app/CommandLine.h"
 
+#include <algorithm>
 #include <map>
 
 namespace velmor {
 
 const char* const CommandLine::help =
-    R"(Velmor tells which track is playing and asks a language model what to mix in next.
+    R"(Velmor tells which track is playing and suggests what to mix in next.
 
 usage: velmor [COMMAND]
 
   (none)             open the window
   now [--json]       say which track is playing
-  suggest [--json]   suggest next tracks for the one that is playing
+  suggest [--crate] [--json]
+                     suggest next tracks for the one that is playing; with --crate from
+                     your own music, without a key
+  after "ARTIST - TITLE" [--json]
+                     suggest next tracks for this one of your own music
+  crate [--json]     say what of your own music Velmor knows
   doctor [--json]    say which sources, tools and keys are there, and what to do about the rest
          [--ask]     also send the model provider one small request, to try key and model
          [--listen]  also record and measure five seconds of what the computer plays
@@ -24,28 +30,46 @@ VELMOR_OPENAI_URL and VELMOR_TINKER_URL replace the providers' addresses.
 Settings lie in ~/.config/Velmor/config.json. See velmor(1) for the rest.
 )";
 
+namespace {
+
+bool hasJson(CommandLine::Command command) {
+  using Command = CommandLine::Command;
+  return command == Command::now || command == Command::suggest || command == Command::after ||
+         command == Command::crate || command == Command::doctor;
+}
+
+} // namespace
+
 std::optional<CommandLine> CommandLine::parse(const std::vector<std::string>& arguments) {
   static const std::map<std::string, Command, std::less<>> commands{
-      {"now", Command::now},       {"suggest", Command::suggest},   {"doctor", Command::doctor},
-      {"bridge", Command::bridge}, {"--version", Command::version}, {"--help", Command::help},
-      {"-h", Command::help},
+      {"now", Command::now},           {"suggest", Command::suggest}, {"doctor", Command::doctor},
+      {"after", Command::after},       {"crate", Command::crate},     {"bridge", Command::bridge},
+      {"--version", Command::version}, {"--help", Command::help},     {"-h", Command::help},
   };
   CommandLine line;
   if (arguments.empty()) return line;
   const auto command = commands.find(arguments.front());
   if (command == commands.end()) return std::nullopt;
   line.command = command->second;
-  const bool isDoctor = line.command == Command::doctor;
-  const bool hasJson = isDoctor || line.command == Command::now || line.command == Command::suggest;
-  for (auto option = arguments.begin() + 1; option != arguments.end(); ++option) {
-    bool* const meant = *option == "--json" && hasJson      ? &line.json
-                        : *option == "--ask" && isDoctor    ? &line.ask
-                        : *option == "--listen" && isDoctor ? &line.listen
-                                                            : nullptr;
-    if (!meant || *meant) return std::nullopt;
-    *meant = true;
+  std::vector<std::string> options(arguments.begin() + 1, arguments.end());
+  if (line.command == Command::after) {
+    if (options.empty()) return std::nullopt;
+    line.track = options.front();
+    options.erase(options.begin());
   }
-  return line;
+  const auto take = [&options](const char* option) {
+    const auto found = std::ranges::find(options, option);
+    if (found == options.end()) return false;
+    options.erase(found);
+    return true;
+  };
+  if (hasJson(line.command)) line.json = take("--json");
+  if (line.command == Command::suggest) line.fromCrate = take("--crate");
+  if (line.command == Command::doctor) {
+    line.ask = take("--ask");
+    line.listen = take("--listen");
+  }
+  return options.empty() ? std::optional(line) : std::nullopt;
 }
 
 } // namespace velmor

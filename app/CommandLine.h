@@ -8,7 +8,7 @@ namespace velmor {
 
 /// What the program was started for.
 struct CommandLine {
-  enum class Command { window, now, suggest, doctor, bridge, version, help };
+  enum class Command { window, now, suggest, after, crate, doctor, bridge, version, help };
 
   Command command = Command::window;
   /// Prints one compact JSON object instead of text to read.
@@ -17,9 +17,15 @@ struct CommandLine {
   bool ask = false;
   /// Doctor records and measures a few seconds of sound.
   bool listen = false;
+  /// Suggests from the DJ's own music, whatever the model is.
+  bool fromCrate = false;
+  /// The track that the suggestions shall follow, as "Artist - Title".
+  std::string track;
 
-  static constexpr auto usage = "usage: velmor [now [--json] | suggest [--json] | "
-                                "doctor [--json] [--ask] [--listen] | bridge | --version | --help]";
+  static constexpr auto usage =
+      "usage: velmor [now [--json] | suggest [--crate] [--json] | "
+      "after \"ARTIST - TITLE\" [--json] | crate [--json] | "
+      "doctor [--json] [--ask] [--listen] | bridge | --version | --help]";
   static const char* const help;
 
   /// Nothing when an argument is unknown or out of place.

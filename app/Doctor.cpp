@@ -146,6 +146,9 @@ DoctorFinding Doctor::provider() const {
   try {
     const ConfigStore settings(platform);
     const auto model = settings.current().aiModel;
+    if (modelProvider(model) == ModelProvider::Crate) {
+      return {providerLabel, State::ready, "your own music; velmor crate tells what is known", ""};
+    }
     const auto who = providerName(model) + " with " + model;
     const auto* const variable = environmentName(modelProvider(model));
     switch (settings.keyOrigin(model)) {

@@ -1,6 +1,7 @@
 #include "app/Program.h"
 
 #include "app/AppDelegate.h"
+#include "app/CrateText.h"
 #include "app/DoctorTrials.h"
 #include "app/StreamWebView.h"
 #include "app/TrackText.h"
@@ -58,7 +59,12 @@ int Program::carryOut(const CommandLine& line) {
   case CommandLine::Command::now:
     return runCommand(&Program::now, line.json);
   case CommandLine::Command::suggest:
-    return runCommand(&Program::suggest, line.json);
+    return runCommand(line.fromCrate ? &Program::suggestFromCrate : &Program::suggest, line.json);
+  case CommandLine::Command::after:
+    trackName = line.track;
+    return runCommand(&Program::after, line.json);
+  case CommandLine::Command::crate:
+    return runCommand(&Program::crate, line.json);
   case CommandLine::Command::doctor:
     return runDoctor(line);
   case CommandLine::Command::bridge:
@@ -191,6 +197,23 @@ Task<void> Program::suggest(AppController& controller, bool json) {
   // What was found is worth having without the model too.
   out << (json ? TrackText::json(track) : TrackText::readable(track)) << std::flush;
   throw VelmorError(*failed);
+}
+
+Task<void> Program::suggestFromCrate(AppController& controller, bool json) {
+  const auto result = co_await controller.suggestFromCrate();
+  out << (json ? jsonEncoder().encode(result) + "\n" : TrackText::readable(result)) << std::flush;
+}
+
+Task<void> Program::after(AppController& controller, bool json) {
+  const auto result = co_await controller.suggestAfter(trackName);
+  out << (json ? jsonEncoder().encode(result) + "\n" : TrackText::readable(result, "After"))
+      << std::flush;
+}
+
+Task<void> Program::crate(AppController& controller, bool json) {
+  const auto music = co_await controller.crateContents();
+  out << (json ? CrateText::json(*music) : CrateText::readable(*music)) << std::flush;
+  if (music->tracks.empty()) status = failure;
 }
 
 int Program::fail(const std::string& message) {

@@ -36,6 +36,9 @@ private:
   [[nodiscard]] Task<void> reporting(Task<void> command);
   [[nodiscard]] Task<void> now(AppController& controller, bool json);
   [[nodiscard]] Task<void> suggest(AppController& controller, bool json);
+  [[nodiscard]] Task<void> suggestFromCrate(AppController& controller, bool json);
+  [[nodiscard]] Task<void> after(AppController& controller, bool json);
+  [[nodiscard]] Task<void> crate(AppController& controller, bool json);
   /// Prints the message and gives the status of a failure.
   [[nodiscard]] int fail(const std::string& message);
 
@@ -43,6 +46,8 @@ private:
   std::ostream& out;
   std::ostream& err;
   int status = 0;
+  /// The track that `after` is asked for.
+  std::string trackName;
 };
 
 } // namespace velmor

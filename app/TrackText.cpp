@@ -39,14 +39,14 @@ std::string TrackText::json(const NowPlayingTrack& track) {
   return jsonEncoder().encode(track) + "\n";
 }
 
-std::string TrackText::readable(const VisionResult& result) {
+std::string TrackText::readable(const VisionResult& result, const std::string& label) {
   const auto& current = result.currentTrack;
   if (current.song.empty() && result.recommendations.empty()) {
     return "The model sees no playback, so it suggests nothing.\n" + printable(result.notice) +
            " " + printable(result.source) + "\n";
   }
   std::string lines =
-      "Now playing: " +
+      label + ": " +
       named(current.artist, current.song, details(current.bpm, current.key, current.genre)) + "\n" +
       printable(result.notice) + " " + printable(result.source) + "\n\n";
   int rank = 0;

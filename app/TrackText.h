@@ -3,6 +3,7 @@
 #include "model/Records.h"
 
 #include <string>
+#include <string_view>
 
 namespace velmor {
 
@@ -13,8 +14,10 @@ struct TrackText {
   [[nodiscard]] static std::string readable(const NowPlayingTrack& track);
   /// One line with a JSON object. Throws EncodingError when the tempo is not a number.
   [[nodiscard]] static std::string json(const NowPlayingTrack& track);
-  /// The playing track and the numbered list of suggestions, for people.
-  [[nodiscard]] static std::string readable(const VisionResult& result);
+  /// The track and the numbered list of suggestions, for people. The label says what the track is.
+  [[nodiscard]] static std::string readable(const VisionResult& result,
+                                            const std::string& label = "Now playing");
+  /// The text without control characters, and with valid UTF-8.
 };
 
 } // namespace velmor

@@ -7,7 +7,9 @@
 #include <unicode/utf8.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
+#include <utility>
 
 namespace velmor::text {
 
@@ -75,6 +77,34 @@ std::string composed(std::string_view text) {
   if (U_FAILURE(status)) return std::string(text);
   const auto result = normalizer->normalize(icu::UnicodeString::fromUTF8(piece(text)), status);
   return U_FAILURE(status) ? std::string(text) : utf8(result);
+}
+
+std::string folded(std::string_view text) {
+  const auto isAscii = [](char character) { return static_cast<unsigned char>(character) < 0x80; };
+  if (std::ranges::all_of(text, isAscii)) {
+    std::string lower(text);
+    for (char& letter : lower) {
+      if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
+    }
+    return lower;
+  }
+  UErrorCode status = U_ZERO_ERROR;
+  const auto* normalizer = icu::Normalizer2::getNFKDInstance(status);
+  if (U_FAILURE(status)) return lowercased(text);
+  const auto letters =
+      normalizer->normalize(icu::UnicodeString::fromUTF8(piece(text)).foldCase(), status);
+  icu::UnicodeString result;
+  for (std::int32_t position = 0; position < letters.length();
+       position = letters.moveIndex32(position, 1)) {
+    const UChar32 letter = letters.char32At(position);
+    if (u_charType(letter) != U_NON_SPACING_MARK) result.append(letter);
+  }
+  // Letters that are no accented forms of others, but are often typed as such.
+  constexpr std::array<std::pair<const char16_t*, const char16_t*>, 6> alike{
+      {{u"ø", u"o"}, {u"ł", u"l"}, {u"đ", u"d"}, {u"æ", u"ae"}, {u"œ", u"oe"}, {u"ı", u"i"}}};
+  for (const auto& [special, plain] : alike)
+    result.findAndReplace(special, plain);
+  return utf8(result);
 }
 
 bool isValidUtf8(std::string_view bytes) {

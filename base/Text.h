@@ -24,6 +24,10 @@ constexpr std::size_t mostCharacters = 10'000;
 /// The form in which texts that look the same have the same bytes (composed accents).
 [[nodiscard]] std::string composed(std::string_view text);
 
+/// In lower case and without accents ("Sigur Rós" as "sigur ros"), to compare names that people
+/// spell in several ways.
+[[nodiscard]] std::string folded(std::string_view text);
+
 [[nodiscard]] bool isValidUtf8(std::string_view bytes);
 
 /// The text with every byte sequence that is not UTF-8 replaced by U+FFFD.

@@ -14,6 +14,7 @@ constexpr unsigned privateFile = 0600;
 
 /// "" when the environment has none.
 std::string environmentKey(const Platform& platform, std::string_view model) {
+  if (modelProvider(model) == ModelProvider::Crate) return "";
   const bool openAI = modelProvider(model) == ModelProvider::OpenAI;
   return platform.environment.variable(openAI ? "OPENAI_API_KEY" : "TINKER_API_KEY").value_or("");
 }
@@ -70,9 +71,10 @@ void ConfigStore::keepUnreadableFile() {
 
 std::string ConfigStore::apiKey(std::string_view model) const {
   if (auto key = environmentKey(platform, model); !key.empty()) return key;
-  const bool openAI = modelProvider(model) == ModelProvider::OpenAI;
+  const auto provider = modelProvider(model);
+  if (provider == ModelProvider::Crate) return "";
   const std::lock_guard guard(lock);
-  return openAI ? config.openaiApiKey : config.tinkerApiKey;
+  return provider == ModelProvider::OpenAI ? config.openaiApiKey : config.tinkerApiKey;
 }
 
 ConfigStore::KeyOrigin ConfigStore::keyOrigin(std::string_view model) const {

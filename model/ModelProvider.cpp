@@ -5,12 +5,21 @@
 namespace velmor {
 
 ModelProvider modelProvider(std::string_view model) {
-  const bool openAI = text::lowercased(text::trimmed(model)).starts_with("gpt-");
-  return openAI ? ModelProvider::OpenAI : ModelProvider::Tinker;
+  const auto name = text::lowercased(text::trimmed(model));
+  if (name == crateModel) return ModelProvider::Crate;
+  return name.starts_with("gpt-") ? ModelProvider::OpenAI : ModelProvider::Tinker;
 }
 
 std::string providerName(std::string_view model) {
-  return modelProvider(model) == ModelProvider::OpenAI ? "OpenAI" : "Tinker";
+  switch (modelProvider(model)) {
+  case ModelProvider::OpenAI:
+    return "OpenAI";
+  case ModelProvider::Tinker:
+    return "Tinker";
+  case ModelProvider::Crate:
+    return "Your crate";
+  }
+  return "";
 }
 
 } // namespace velmor

@@ -21,6 +21,12 @@ public:
   /// Where applications keep their settings, each in a folder of its own. It need not exist yet.
   [[nodiscard]] virtual std::filesystem::path applicationSupportDirectory() const = 0;
 
+  /// Where applications keep what they can make anew. It need not exist yet.
+  [[nodiscard]] virtual std::filesystem::path cacheDirectory() const = 0;
+
+  /// The user's music; nothing when the user has chosen to have no such folder. It need not exist.
+  [[nodiscard]] virtual std::optional<std::filesystem::path> musicDirectory() const = 0;
+
   /// For files that nobody needs after this run.
   [[nodiscard]] virtual std::filesystem::path temporaryDirectory() const = 0;
 };

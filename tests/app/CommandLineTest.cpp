@@ -17,13 +17,19 @@ TEST(CommandLine, AcceptsWhatItKnowsAndNothingElse) {
   EXPECT_TRUE(parse({"suggest", "--json"})->json);
   const auto doctor = parse({"doctor", "--listen", "--json", "--ask"});
   EXPECT_TRUE(doctor->json && doctor->ask && doctor->listen);
+  EXPECT_TRUE(parse({"suggest", "--json", "--crate"})->fromCrate);
+  EXPECT_EQ(parse({"after", "--json", "--json"})->track, "--json");
+  EXPECT_TRUE(parse({"after", "A - B", "--json"})->json);
   for (const std::vector<std::string>& wrong :
        std::vector<std::vector<std::string>>{{"--json"},
                                              {"now", "--json", "--json"},
-                                             {"now", "--ask"},
                                              {"bridge", "--json"},
                                              {""},
-                                             {"Now"}}) {
+                                             {"Now"},
+                                             {"now", "--crate"},
+                                             {"now", "--ask"},
+                                             {"after"},
+                                             {"crate", "A"}}) {
     EXPECT_FALSE(parse(wrong)) << wrong.front();
   }
 }

@@ -1,5 +1,6 @@
 #include "tests/app/ControllerFixture.h"
 #include "tests/nowplaying/RekordboxScreen.h"
+#include "tests/support/DatabaseFile.h"
 #include "tests/support/Outcome.h"
 
 #include <algorithm>
@@ -131,6 +132,49 @@ TEST_F(SuggestionTest, TellsRekordboxsDecksApartByASecondLook) {
   EXPECT_EQ(result.currentTrack.song, "Playing");
   show("0:02", "3:43");
   EXPECT_EQ(suggest(), "ok") << "at once, since the clocks are known";
+}
+
+TEST_F(SuggestionTest, SuggestsFromTheDjsOwnMusicWithoutAKeyOrANetwork) {
+  auto config = store->current();
+  config.aiModel = " Velmor/Crate";
+  config.tinkerApiKey = "";
+  store->save(config);
+  play("Song");
+  EXPECT_EQ(state(), (AppState{false, false, "No music found for your crate"}));
+  EXPECT_EQ(suggest(), "No music found for your crate");
+
+  TemporaryFolder home;
+  system.environment.home = home.path;
+  const auto library = home.path / ".mixxx/mixxxdb.sqlite";
+  system.files.files[library];
+  DatabaseFile mixxx(library, R"(
+    CREATE TABLE library(id INTEGER PRIMARY KEY, artist, title, album, genre, bpm, key, location,
+                         mixxx_deleted);
+    CREATE TABLE track_locations(id INTEGER PRIMARY KEY, location, fs_deleted);
+    CREATE TABLE Playlists(id INTEGER PRIMARY KEY, hidden);
+    CREATE TABLE PlaylistTracks(playlist_id, track_id, position, pl_datetime_added);
+    INSERT INTO track_locations VALUES(1, '/m/1', 0);
+    INSERT INTO library VALUES (1, 'ARTIST', 'song', '', 'House', 128, 'Am', 1, 0),
+      (2, 'B', 'Far', '', 'House', 100, 'Am', 1, 0), (3, 'C', 'Near', '', 'House', 127, 'Em', 1, 0),
+      (4, 'D', 'Fair', '', 'House', 122, 'Em', 1, 0), (5, 'E', 'None', '', 'House', 180, '', 1, 0))");
+  EXPECT_EQ(suggest(), "ok");
+  EXPECT_EQ(std::tie(result.currentTrack.bpm, result.currentTrack.key), std::tuple(128.0, "8A"))
+      << "the crate knows what the player does not say";
+  ASSERT_EQ(result.recommendations.size(), 3U);
+  EXPECT_EQ(result.recommendations[0].song, "Near");
+  EXPECT_EQ(result.recommendations[1].song, "Fair");
+  EXPECT_EQ(result.recommendations[0].key, "9A");
+  EXPECT_EQ(result.source, "macOS Media Control + Your crate");
+  EXPECT_EQ(state(), (AppState{true, false, "Your crate: 5 tracks"}));
+  mixxx.run("DELETE FROM library WHERE id > 4");
+  EXPECT_EQ(state().provider, "Your crate: 4 tracks") << "what changes is read again";
+  EXPECT_TRUE(system.http.requests.empty());
+
+  EXPECT_EQ(outcomeOf(controller.suggestAfter("d - fair")), "ok");
+  EXPECT_EQ(result.currentTrack.song, "Fair");
+  EXPECT_EQ(result.source, "Your crate");
+  EXPECT_EQ(outcomeOf(controller.suggestAfter("nothing")),
+            "Your crate has no track with the name \"nothing\". Give it as \"Artist - Title\".");
 }
 
 TEST_F(SuggestionTest, TellsVersionAndBuildDate) {

@@ -30,6 +30,8 @@ public:
   }
   std::filesystem::path homeDirectory() const override { return home; }
   std::filesystem::path applicationSupportDirectory() const override { return "/home/dj/.config"; }
+  std::filesystem::path cacheDirectory() const override { return home / ".cache"; }
+  std::optional<std::filesystem::path> musicDirectory() const override { return home / "Music"; }
   std::filesystem::path temporaryDirectory() const override { return "/tmp"; }
 
   std::map<std::string, std::string, std::less<>> variables;

@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdlib>
 #include <cstring>
+#include <fstream>
 #include <vector>
 
 namespace velmor {
@@ -53,6 +54,28 @@ std::filesystem::path PosixEnvironment::homeDirectory() const {
 std::filesystem::path PosixEnvironment::applicationSupportDirectory() const {
   const std::filesystem::path folder = variable("XDG_CONFIG_HOME").value_or("");
   return folder.is_absolute() ? folder : homeDirectory() / ".config";
+}
+
+std::filesystem::path PosixEnvironment::cacheDirectory() const {
+  const std::filesystem::path folder = variable("XDG_CACHE_HOME").value_or("");
+  return folder.is_absolute() ? folder : homeDirectory() / ".cache";
+}
+
+std::optional<std::filesystem::path> PosixEnvironment::musicDirectory() const {
+  constexpr std::string_view start = "XDG_MUSIC_DIR=\"";
+  constexpr std::string_view inHome = "$HOME";
+  const auto home = homeDirectory();
+  auto folder = home / "Music";
+  std::ifstream file(applicationSupportDirectory() / "user-dirs.dirs");
+  for (std::string line; std::getline(file, line);) {
+    if (!line.starts_with(start) || !line.ends_with('"')) continue;
+    auto value = line.substr(start.size(), line.size() - start.size() - 1);
+    if (value.starts_with(inHome)) value = home.string() + value.substr(inHome.size());
+    folder = value;
+  }
+  // The home folder itself stands for none.
+  const bool isHome = (folder / "").lexically_normal() == (home / "").lexically_normal();
+  return folder.is_absolute() && !isHome ? std::optional(folder) : std::nullopt;
 }
 
 std::filesystem::path PosixEnvironment::temporaryDirectory() const {

@@ -21,6 +21,9 @@ public:
   [[nodiscard]] std::optional<std::string> variable(std::string_view name) const override;
   [[nodiscard]] std::filesystem::path homeDirectory() const override;
   [[nodiscard]] std::filesystem::path applicationSupportDirectory() const override;
+  [[nodiscard]] std::filesystem::path cacheDirectory() const override;
+  /// As the file user-dirs.dirs names it, else ~/Music.
+  [[nodiscard]] std::optional<std::filesystem::path> musicDirectory() const override;
   [[nodiscard]] std::filesystem::path temporaryDirectory() const override;
 
 private:
