@@ -155,7 +155,7 @@ Task<VisionResult> AppController::analyze(NowPlayingTrack track, AppConfig confi
 }
 
 AIClient::Request AppController::modelRequest(TrackMetadata current, std::string source,
-                                             const AppConfig& config) const {
+                                              const AppConfig& config) const {
   return {.apiKey = configStore->apiKey(config.aiModel),
           .model = config.aiModel,
           .current = std::move(current),

@@ -22,10 +22,9 @@ struct CommandLine {
   /// The track that the suggestions shall follow, as "Artist - Title".
   std::string track;
 
-  static constexpr auto usage =
-      "usage: velmor [now [--json] | suggest [--crate] [--json] | "
-      "after \"ARTIST - TITLE\" [--json] | crate [--json] | "
-      "doctor [--json] [--ask] [--listen] | bridge | --version | --help]";
+  static constexpr auto usage = "usage: velmor [now [--json] | suggest [--crate] [--json] | "
+                                "after \"ARTIST - TITLE\" [--json] | crate [--json] | "
+                                "doctor [--json] [--ask] [--listen] | bridge | --version | --help]";
   static const char* const help;
 
   /// Nothing when an argument is unknown or out of place.

@@ -1,9 +1,8 @@
 #include "app/CrateText.h"
 
-#include "base/Text.h"
-
 #include "app/TrackText.h"
 #include "base/Json.h"
+#include "base/Text.h"
 
 #include <algorithm>
 

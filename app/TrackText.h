@@ -3,7 +3,6 @@
 #include "model/Records.h"
 
 #include <string>
-#include <string_view>
 
 namespace velmor {
 
@@ -17,7 +16,6 @@ struct TrackText {
   /// The track and the numbered list of suggestions, for people. The label says what the track is.
   [[nodiscard]] static std::string readable(const VisionResult& result,
                                             const std::string& label = "Now playing");
-  /// The text without control characters, and with valid UTF-8.
 };
 
 } // namespace velmor
