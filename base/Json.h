@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 /// JSON in and out. A record (base/Record.h) is one JSON object with its fields' keys:
@@ -126,14 +127,16 @@ void readAll(const nlohmann::json& json, Type& record, AbsentMember absent) {
 /// What makes a record convertible to and from nlohmann::json.
 template <Record Type>
 void to_json(nlohmann::json& json, const Type& record) {
-  json = nlohmann::json::object();
+  // Handed over whole: a value that throws while it is made would leave behind what it had so far.
+  auto object = nlohmann::json::object();
   forEachField<Type>([&](const auto& field) {
     const auto& value = record.*field.member;
     if constexpr (std::is_floating_point_v<std::decay_t<decltype(value)>>)
-      json[field.key] = jsonNumber(value);
+      object[field.key] = jsonNumber(value);
     else
-      json[field.key] = value;
+      object[field.key] = value;
   });
+  json = std::move(object);
 }
 
 template <Record Type>
