@@ -84,8 +84,4 @@ template <typename Object>
 /// Takes over a text that GLib made and gives it as a string; "" for null.
 [[nodiscard]] std::string takeText(char* made);
 
-/// The old name, until nobody uses it.
-template <typename Object>
-using GObjectPtr = GlibPtr<Object>;
-
 } // namespace velmor
