@@ -1,7 +1,8 @@
 """A window laid out like a DJ program's screen: rekordbox_window.py LAYOUT-FILE STATE-FILE
 
 The layout gives each text its place; a text of the form {deck.field} shows what the state file
-says of that deck. The clocks of decks that play go on by themselves.
+says of that deck. The clocks of decks that play go on by themselves. The state that is on screen
+stands in a second file, STATE-FILE.shown.
 """
 
 import json
@@ -34,11 +35,14 @@ def shown(deck):
 
 
 def update():
-    decks = {name: shown(deck) for name, deck in load(stateFile).items()}
+    state = load(stateFile)
+    decks = {name: shown(deck) for name, deck in state.items()}
     for label, text in labels:
         if text.startswith("{"):
             deck, field = text.strip("{}").split(".")
             label.set_text(decks[deck][field])
+    with open(stateFile + ".shown", "w", encoding="utf-8") as file:
+        json.dump(state, file)
     return True
 
 

@@ -22,15 +22,26 @@ SECOND = {"title": "東京 | Nights", "artist": "DJ A - DJ B", "bpm": "174.5", "
           "elapsed": 34, "length": 600, "plays": True}
 
 
+def writeDecks(desktop, first, second):
+    return writeState(desktop, "decks", {"1": {**FIRST, **first},
+                                         "2": {**SECOND, **second}})
+
+
 def showDecks(desktop, first, second):
-    state = {"1": {**FIRST, **first}, "2": {**SECOND, **second}}
-    return writeState(desktop, "decks", state)
+    """Changes what the window shows, and waits until it shows it."""
+    file = writeDecks(desktop, first, second)
+    waitUntil(lambda: contents(file + ".shown") == contents(file), "the decks are on screen")
+
+
+def contents(path):
+    with open(path, encoding="utf-8") as file:
+        return file.read()
 
 
 def showWindow(desktop, first, second):
     """Brings the window up and waits until the window manager shows it."""
     process = runScriptAs(desktop, "rekordbox", WINDOW, LAYOUT,
-                          showDecks(desktop, first, second))
+                          writeDecks(desktop, first, second))
     waitUntil(lambda: desktop.run(["xdotool", "search", "--onlyvisible", "--name",
                                    "^rekordbox$"]).stdout, "the window is there")
     return process
