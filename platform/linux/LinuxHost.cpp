@@ -1,6 +1,7 @@
 #include "platform/linux/LinuxHost.h"
 
-#include "platform/linux/LinuxRecord.h"
+#include "platform/linux/desktop/SoundServer.h"
+#include "platform/linux/media/MprisScripts.h"
 #include "platform/linux/page/WebKitProfile.h"
 
 #include <cstdlib>
@@ -11,6 +12,20 @@ namespace {
 
 /// What is left of three seconds is for starting and ending a process on a busy machine.
 constexpr std::chrono::milliseconds timeToEnd{2500};
+
+/// Where tools lie on Linux, and how sound is captured there; media players are asked over
+/// the session bus. Launcher and players must outlive the record.
+PlatformRecord linuxRecord(ProcessLauncher& processes, MprisBusSource& players) {
+  return {.lsof = "/usr/bin/lsof",
+          .which = "/usr/bin/which",
+          .ffmpegLocations = {"/usr/bin/ffmpeg", "/usr/local/bin/ffmpeg"},
+          .captureFormat = "pulse",
+          // Otherwise the time stamps of the sound server cut the beginning of the sample off.
+          .captureOptions = {"-wallclock", "0"},
+          .captureDevices = {"@DEFAULT_MONITOR@"},
+          .existingCaptureDevices = [&processes] { return SoundServer::outputMonitors(processes); },
+          .answerScript = [&players](const auto& script) { return answerScript(script, players); }};
+}
 
 } // namespace
 

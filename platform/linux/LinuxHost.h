@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Clock.h"
 #include "platform/Host.h"
 #include "platform/linux/ProcessSetup.h"
 #include "platform/linux/SessionStatus.h"
@@ -8,10 +9,9 @@
 #include "platform/linux/desktop/EwmhWindowList.h"
 #include "platform/linux/desktop/GioWorkspace.h"
 #include "platform/linux/http/CurlHttpClient.h"
-#include "platform/linux/loop/EndDeadline.h"
 #include "platform/linux/loop/GlibMainLoop.h"
+#include "platform/linux/loop/ProgramEnd.h"
 #include "platform/linux/loop/StandardInputLines.h"
-#include "platform/linux/loop/TerminationSignals.h"
 #include "platform/linux/media/MprisBus.h"
 #include "platform/linux/media/MprisMediaRemote.h"
 #include "platform/linux/system/FolderBundle.h"
@@ -20,10 +20,15 @@
 #include "platform/linux/system/PosixProcessLauncher.h"
 #include "platform/linux/system/RememberingLauncher.h"
 #include "platform/linux/system/Syslog.h"
-#include "platform/linux/system/SystemClock.h"
 #include "platform/linux/window/GtkDesktop.h"
 
 namespace velmor {
+
+/// The system's wall clock.
+class SystemClock final : public Clock {
+public:
+  [[nodiscard]] TimePoint now() const override { return std::chrono::system_clock::now(); }
+};
 
 /// The Linux backend.
 class LinuxHost final : public Host {

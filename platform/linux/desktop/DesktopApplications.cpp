@@ -3,7 +3,7 @@
 #include "platform/linux/desktop/EwmhWindowList.h"
 #include "platform/linux/glib/GlibHandles.h"
 #include "platform/linux/media/MprisBus.h"
-#include "platform/linux/system/ProcessNames.h"
+#include "platform/linux/system/ProcessTable.h"
 
 #include <glib.h>
 

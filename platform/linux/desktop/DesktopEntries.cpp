@@ -2,7 +2,7 @@
 
 #include "platform/Environment.h"
 #include "platform/linux/glib/GlibHandles.h"
-#include "platform/linux/system/RegularFile.h"
+#include "platform/linux/system/FileDescriptor.h"
 
 #include <glib.h>
 

@@ -2,8 +2,8 @@
 
 #include "platform/SystemLog.h"
 #include "platform/linux/glib/GlibHandles.h"
-#include "platform/linux/loop/EndDeadline.h"
 #include "platform/linux/loop/GlibMainLoop.h"
+#include "platform/linux/loop/ProgramEnd.h"
 
 #include <gio/gio.h>
 

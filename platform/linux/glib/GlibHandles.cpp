@@ -2,6 +2,8 @@
 
 #include <glib-object.h>
 
+#include <utility>
+
 namespace velmor {
 
 void GlibRelease<void>::operator()(void* object) const {
@@ -43,6 +45,22 @@ void* takeReference(void* object) {
 std::string takeText(char* made) {
   const GlibPtr<char> text(made);
   return text ? text.get() : "";
+}
+
+void SignalConnections::add(void* object, const char* signal, void (*handler)(), void* data,
+                            bool after) {
+  const auto flags = after ? G_CONNECT_AFTER : GConnectFlags{};
+  const auto number = g_signal_connect_data(object, signal, handler, data, nullptr, flags);
+  connections.push_back({g_object_ref(object), number});
+}
+
+void SignalConnections::disconnect() {
+  for (const auto& [object, handler] : std::exchange(connections, {})) {
+    // A destroyed widget has dropped its handlers already.
+    if (g_signal_handler_is_connected(object, handler) != FALSE)
+      g_signal_handler_disconnect(object, handler);
+    g_object_unref(object);
+  }
 }
 
 } // namespace velmor

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/Geometry.h"
-#include "platform/linux/glib/SignalConnections.h"
+#include "platform/linux/glib/GlibHandles.h"
 
 #include <functional>
 

@@ -3,7 +3,6 @@
 #include "platform/MainLoop.h"
 #include "platform/PageView.h"
 #include "platform/linux/glib/GlibHandles.h"
-#include "platform/linux/glib/SignalConnections.h"
 #include "platform/linux/page/WebKitPageDrag.h"
 
 #include <filesystem>

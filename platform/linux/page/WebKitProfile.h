@@ -1,7 +1,6 @@
 #pragma once
 
 #include "platform/linux/glib/GlibHandles.h"
-#include "platform/linux/glib/SignalConnections.h"
 
 #include <filesystem>
 

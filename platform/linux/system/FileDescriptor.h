@@ -2,7 +2,10 @@
 
 #include <unistd.h>
 
+#include <cstddef>
 #include <cstring>
+#include <filesystem>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -44,5 +47,11 @@ private:
   const char* description = ::strerrordesc_np(error);
   return description ? description : "Unknown error " + std::to_string(error);
 }
+
+/// The whole file. Nothing when it cannot be read, is longer than `limit` bytes, also because it
+/// grows while it is read, or is no regular file: a pipe or a device in its place is not opened,
+/// since that alone may wait for ever. Links are followed. Any thread.
+[[nodiscard]] std::optional<std::string> readRegularFile(const std::filesystem::path& path,
+                                                         std::size_t limit);
 
 } // namespace velmor

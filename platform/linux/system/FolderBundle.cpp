@@ -1,6 +1,6 @@
 #include "platform/linux/system/FolderBundle.h"
 
-#include "platform/linux/system/RegularFile.h"
+#include "platform/linux/system/FileDescriptor.h"
 
 #include <nlohmann/json.hpp>
 

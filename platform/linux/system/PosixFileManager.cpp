@@ -1,7 +1,6 @@
 #include "platform/linux/system/PosixFileManager.h"
 
 #include "platform/linux/system/FileDescriptor.h"
-#include "platform/linux/system/RegularFile.h"
 
 #include <fcntl.h>
 #include <sys/file.h>

@@ -7,6 +7,8 @@
 #include <array>
 #include <cerrno>
 #include <charconv>
+#include <filesystem>
+#include <fstream>
 #include <string_view>
 
 namespace velmor {
@@ -107,6 +109,20 @@ std::optional<ProcessStart> startOfProcess(std::int32_t number) {
 
 std::string describe(std::int32_t number, const ProcessStart& start) {
   return std::to_string(number) + ' ' + start.time + ' ' + start.name + '\n';
+}
+
+bool ProcessNames::areDifferent() const {
+  return !program.empty() && !program.starts_with(shown);
+}
+
+std::optional<ProcessNames> ProcessNames::of(std::int32_t process) {
+  const auto folder = std::filesystem::path("/proc") / std::to_string(process);
+  ProcessNames names;
+  std::ifstream file(folder / "comm");
+  if (!std::getline(file, names.shown)) return std::nullopt;
+  std::error_code error;
+  names.program = std::filesystem::read_symlink(folder / "exe", error).filename();
+  return names;
 }
 
 } // namespace velmor

@@ -68,4 +68,19 @@ struct ProcessStart {
 /// A process's entry in an answer's grounds: number, start and name.
 [[nodiscard]] std::string describe(std::int32_t number, const ProcessStart& start);
 
+/// The names of a running process.
+struct ProcessNames {
+  /// The base name of the executable file; "" when it is not ours to see.
+  std::string program;
+  /// The name that the process goes by, at most 15 bytes: the start of the program's name, unless
+  /// it is a script or has chosen another.
+  std::string shown;
+
+  /// Whether the process goes by another name than its program's, as scripts do.
+  [[nodiscard]] bool areDifferent() const;
+
+  /// Nothing when the process does not run any more.
+  [[nodiscard]] static std::optional<ProcessNames> of(std::int32_t process);
+};
+
 } // namespace velmor

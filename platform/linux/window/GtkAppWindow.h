@@ -4,7 +4,6 @@
 #include "platform/MainLoop.h"
 #include "platform/Window.h"
 #include "platform/linux/glib/GlibHandles.h"
-#include "platform/linux/glib/SignalConnections.h"
 #include "platform/linux/window/GtkFrame.h"
 #include "platform/linux/window/GtkFullScreenCompanion.h"
 #include "platform/linux/window/GtkGlass.h"

@@ -7,7 +7,6 @@
 #include "platform/WindowServer.h"
 #include "platform/linux/desktop/WindowProperties.h"
 #include "platform/linux/glib/GlibHandles.h"
-#include "platform/linux/glib/SignalConnections.h"
 #include "platform/linux/page/WebKitProfile.h"
 #include "platform/linux/window/GtkMainMenu.h"
 

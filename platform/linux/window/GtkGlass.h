@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/OverlayView.h"
-#include "platform/linux/glib/SignalConnections.h"
+#include "platform/linux/glib/GlibHandles.h"
 
 #include <functional>
 #include <memory>

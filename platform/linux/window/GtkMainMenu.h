@@ -2,7 +2,6 @@
 
 #include "platform/Application.h"
 #include "platform/linux/glib/GlibHandles.h"
-#include "platform/linux/glib/SignalConnections.h"
 
 #include <vector>
 

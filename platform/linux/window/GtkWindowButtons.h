@@ -2,7 +2,7 @@
 
 #include "platform/Geometry.h"
 #include "platform/Window.h"
-#include "platform/linux/glib/SignalConnections.h"
+#include "platform/linux/glib/GlibHandles.h"
 
 #include <functional>
 #include <map>

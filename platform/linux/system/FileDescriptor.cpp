@@ -1,5 +1,3 @@
-#include "platform/linux/system/RegularFile.h"
-
 #include "platform/linux/system/FileDescriptor.h"
 
 #include <fcntl.h>

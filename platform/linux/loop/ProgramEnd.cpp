@@ -1,8 +1,9 @@
-#include "platform/linux/loop/TerminationSignals.h"
+#include "platform/linux/loop/ProgramEnd.h"
 
 #include <glib-unix.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <utility>
 
 namespace velmor {
@@ -31,6 +32,16 @@ TerminationSignals::TerminationSignals(std::function<void()> onSignal)
 TerminationSignals::~TerminationSignals() {
   for (const auto source : sources)
     g_source_remove(source);
+}
+
+void EndDeadline::start() {
+  if (thread.joinable()) return;
+  thread = std::jthread([this, end = time, exitStatus = status](const std::stop_token& calledOff) {
+    std::unique_lock guard(lock);
+    wake.wait_for(guard, calledOff, end, [] { return false; });
+    // Nothing is cleaned up: what hangs may hold any lock.
+    if (!calledOff.stop_requested()) std::_Exit(exitStatus);
+  });
 }
 
 } // namespace velmor

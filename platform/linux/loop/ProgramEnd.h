@@ -1,11 +1,30 @@
 #pragma once
 
+// How the program comes to its end: it is asked to by a signal, and made to when it takes too long.
+
 #include <chrono>
 #include <condition_variable>
+#include <functional>
 #include <mutex>
 #include <thread>
+#include <vector>
 
 namespace velmor {
+
+/// Hears the signals that ask the program to end: TERM, INT and HUP. Signals that the program's
+/// starter has set to be ignored stay ignored. Main thread only.
+class TerminationSignals {
+public:
+  /// The main loop calls `onSignal` each time, and no more once this is destroyed.
+  explicit TerminationSignals(std::function<void()> onSignal);
+  TerminationSignals(const TerminationSignals&) = delete;
+  TerminationSignals& operator=(const TerminationSignals&) = delete;
+  ~TerminationSignals();
+
+private:
+  std::function<void()> heard;
+  std::vector<unsigned> sources;
+};
 
 /// Ends the process by force when it takes too long to end by itself: a thread that waits for a
 /// dead disk cannot be told to stop. Destroying it in time calls that off. Main thread only.
