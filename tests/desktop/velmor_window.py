@@ -149,6 +149,15 @@ class VelmorDesktop(Session):
         place = window.translate_coords(self.rootWindow, 0, 0)
         return (-place.x, SCREEN[1] + place.y - size.height, size.width, size.height)
 
+    def isCentred(self):
+        """Whether it is in the middle of what panels leave free, which may lie between pixels."""
+        area = self._property(self.rootWindow, "_NET_WORKAREA") or (0, 0, *SCREEN)
+        left, top, width, height = area[:4]
+        bottom = SCREEN[1] - top - height
+        x, y, *size = self.frame() or (0, 0, 0, 0)
+        return (tuple(size) == FULL and abs(x - left - (width - FULL[0]) / 2) < 1
+                and abs(y - bottom - (height - FULL[1]) / 2) < 1)
+
     def states(self, window=None):
         window = window or self.client()
         names = self._property(window, "_NET_WM_STATE") or []
