@@ -74,17 +74,17 @@ Task<Analysis> AIClient::requestTinker(const Request& request, const std::string
 
 Task<std::string> AIClient::postJSON(const std::string& url, const Headers& headers,
                                      const nlohmann::json& body) {
-  std::stop_source stop;
+  const Cancellation cancellation;
   HttpRequest request{.method = "POST",
                       .url = url,
                       .headers = headers,
                       .body = jsonEncoder().encode(body),
                       .timeout = requestTimeout,
-                      .stop = stop.get_token()};
+                      .cancellation = cancellation};
   const auto send = [session = session, request = std::move(request)] {
     return session->send(request);
   };
-  HttpResponse response = co_await onWorker(loop, send, stop);
+  HttpResponse response = co_await onWorker(loop, send, cancellation);
   if (response.status < 200 || response.status > 299) {
     throw VelmorError("request failed with status " + std::to_string(response.status),
                       response.status);

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "platform/Cancellation.h"
 #include "platform/MainLoop.h"
 
 #include <cstddef>
 #include <memory>
 #include <stdexcept>
-#include <stop_token>
 #include <string>
 #include <utility>
 #include <vector>
@@ -24,8 +24,8 @@ struct HttpRequest {
   std::string body;
   /// The longest time without any progress. The session's own limit counts when it is smaller.
   Seconds timeout{60};
-  /// Ends the exchange at once, with an error, when it is requested.
-  std::stop_token stop;
+  /// Ends the exchange at once, with an error.
+  Cancellation cancellation;
 };
 
 /// What the server has answered; a status such as 404 is an answer too.
@@ -66,7 +66,7 @@ public:
   virtual ~HttpSession() = default;
 
   /// Sends the request and waits for the whole answer. When Velmor quits meanwhile, or the request
-  /// is told to stop, the call ends at once, with an error. Throws TransportError, and
+  /// is cancelled, the call ends at once, with an error. Throws TransportError, and
   /// AnswerTooLarge for a body over `bodyLimit`.
   [[nodiscard]] virtual HttpResponse send(const HttpRequest& request) const = 0;
 };

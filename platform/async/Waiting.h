@@ -1,12 +1,12 @@
 #pragma once
 
+#include "platform/Cancellation.h"
 #include "platform/MainLoop.h"
 #include "platform/async/Task.h"
 
 #include <exception>
 #include <memory>
 #include <optional>
-#include <stop_token>
 #include <type_traits>
 
 namespace velmor {
@@ -83,10 +83,10 @@ public:
   using Start = void (MainLoop::*)(MainLoop::Work work, MainLoop::Work done);
 
   WorkerCall(MainLoop& mainLoop, Start startOnLoop, Function function,
-             std::stop_source stopSource = std::stop_source(std::nostopstate))
+             std::optional<Cancellation> toCancel = std::nullopt)
       : loop(mainLoop)
       , start(startOnLoop)
-      , stop(std::move(stopSource))
+      , cancellation(std::move(toCancel))
       , state(std::make_shared<State>(std::move(function))) {}
   WorkerCall(const WorkerCall&) = delete;
   WorkerCall& operator=(const WorkerCall&) = delete;
@@ -100,9 +100,9 @@ public:
   template <typename Promise>
   void await_suspend(std::coroutine_handle<Promise> waiting) {
     state->waiting = waiting;
-    if (stop.stop_possible()) context = waiting.promise().context;
-    if (context) context->wake = [source = stop]() mutable { source.request_stop(); };
-    if (context && context->cancelled) stop.request_stop();
+    if (cancellation) context = waiting.promise().context;
+    if (context) context->wake = [toCancel = *cancellation]() mutable { toCancel.cancel(); };
+    if (context && context->cancelled) cancellation->cancel();
     (loop.*start)([state = state] { state->run(); },
                   [state = state] {
                     if (state->waiting) state->waiting.resume();
@@ -140,7 +140,7 @@ private:
 
   MainLoop& loop;
   Start start;
-  std::stop_source stop;
+  std::optional<Cancellation> cancellation;
   std::shared_ptr<State> state;
   TaskContext* context = nullptr;
 };
@@ -156,10 +156,11 @@ detail::WorkerCall<Function> onWorker(MainLoop& loop, Function function) {
   return {loop, &MainLoop::startWorker, std::move(function)};
 }
 
-/// As above; cancelling the task requests `stop`, which makes the function end early.
+/// As above; cancelling the task cancels the function's work too, which makes it end early.
 template <typename Function>
-detail::WorkerCall<Function> onWorker(MainLoop& loop, Function function, std::stop_source stop) {
-  return {loop, &MainLoop::startWorker, std::move(function), std::move(stop)};
+detail::WorkerCall<Function> onWorker(MainLoop& loop, Function function,
+                                      Cancellation cancellation) {
+  return {loop, &MainLoop::startWorker, std::move(function), std::move(cancellation)};
 }
 
 /// As `onWorker`, but nothing else runs in the actor lane until the task goes on

@@ -135,8 +135,8 @@ TEST_F(AIClientTest, CancellingEndsTheExchangeAndNoOther) {
   first.cancel();
   system.loop.finishWorkers();
   ASSERT_EQ(system.http.requests.size(), 2U);
-  EXPECT_TRUE(system.http.requests.at(0).stop.stop_requested());
-  EXPECT_FALSE(system.http.requests.at(1).stop.stop_requested());
+  EXPECT_TRUE(system.http.requests.at(0).cancellation.isCancelled());
+  EXPECT_FALSE(system.http.requests.at(1).cancellation.isCancelled());
 }
 
 TEST_F(AIClientTest, FailsWithASentence) {

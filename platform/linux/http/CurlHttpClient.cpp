@@ -67,7 +67,7 @@ HttpResponse CurlHttpSession::send(const HttpRequest& original) const {
   std::stop_source stop;
   const auto end = [&stop] { stop.request_stop(); };
   const std::stop_callback onQuit(quit, end);
-  const std::stop_callback onRequest(request.stop, end);
+  const Cancellation::Hook onRequest(request.cancellation, end);
   const CurlTransfer::Limits limits{
       .idle = limited(std::min(configuration.requestTimeout, request.timeout)),
       .end = CurlTransfer::Clock::now() + limited(configuration.resourceTimeout),

@@ -163,16 +163,16 @@ TEST_F(HttpTest, IdleTimeAndTotalTimeAreTwoLimits) {
 }
 
 TEST_F(HttpTest, ARequestThatIsNotWantedAnyMoreEndsAlone) {
-  std::stop_source unwanted;
+  Cancellation unwanted;
   const auto session = client.makeSession({});
   auto kept = std::async(std::launch::async, [&] {
     return session->send({.url = first.url("/trickle?count=30")}).status;
   });
   auto stopped = std::async(std::launch::async, [&] {
-    return failure({.url = first.url("/silent"), .stop = unwanted.get_token()});
+    return failure({.url = first.url("/silent"), .cancellation = unwanted});
   });
   EXPECT_EQ(stopped.wait_for(std::chrono::milliseconds{300}), std::future_status::timeout);
-  unwanted.request_stop();
+  unwanted.cancel();
   EXPECT_EQ(stopped.get(), "The request was stopped.");
   EXPECT_EQ(kept.get(), 200);
 }
