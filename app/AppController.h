@@ -87,6 +87,8 @@ public:
   }
   void configureWindow(VelmorWindow& window) override;
   void shutdown(VelmorWindow& window) override;
+  /// Saves where the window was seen last; for when it cannot be asked any more.
+  void saveLastSeenFrame();
   void restoreWindow() override;
   void bringToFront() override;
   void minimize() override;

@@ -70,6 +70,11 @@ void AppController::shutdown(VelmorWindow& window) {
   saveWindow(normal.value_or(frameSettings(window.native().frame())));
 }
 
+void AppController::saveLastSeenFrame() {
+  const auto frame = windowMode ? windowMode->lastSeenBounds() : std::nullopt;
+  if (frame) saveWindow(*frame);
+}
+
 void AppController::saveWindow(const WindowSettings& window) {
   try {
     configStore->saveWindow(window);

@@ -27,6 +27,10 @@ void AppDelegate::applicationShouldHandleReopen() {
   if (appController) appController->bringToFront();
 }
 
+void AppDelegate::applicationHasLostDisplay() {
+  if (appController) appController->saveLastSeenFrame();
+}
+
 void AppDelegate::applicationShouldClose() {
   if (windowController) {
     windowController->window().native().close();

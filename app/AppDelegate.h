@@ -21,6 +21,7 @@ public:
   [[nodiscard]] bool applicationDidFinishLaunching();
   [[nodiscard]] bool applicationShouldTerminateAfterLastWindowClosed() override { return true; }
   void applicationShouldHandleReopen() override;
+  void applicationHasLostDisplay() override;
   /// The system asks the application to end: the window closes as if the user had closed it.
   void applicationShouldClose();
 

@@ -24,6 +24,9 @@ public:
   [[nodiscard]] virtual bool applicationShouldTerminateAfterLastWindowClosed() = 0;
   /// The user has started the application again.
   virtual void applicationShouldHandleReopen() = 0;
+  /// The connection to the display is lost. No window answers any more, and the process ends when
+  /// this returns: what is worth keeping has to be saved now.
+  virtual void applicationHasLostDisplay() = 0;
 };
 
 /// This application in the user's session. Main thread only.

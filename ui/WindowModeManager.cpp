@@ -143,6 +143,11 @@ std::optional<WindowSettings> WindowModeManager::savedBoundsIfCompact() const {
   return frameSettings(normalFrame);
 }
 
+std::optional<WindowSettings> WindowModeManager::lastSeenBounds() const {
+  const std::lock_guard guard(lock);
+  return wasSeen && hasArea(normalFrame) ? std::optional(frameSettings(normalFrame)) : std::nullopt;
+}
+
 void WindowModeManager::check() {
   const auto watched = window.lock();
   if (!watched) return;
@@ -155,6 +160,7 @@ void WindowModeManager::check() {
   } else if (native.isVisible()) {
     const std::lock_guard guard(lock);
     normalFrame = native.frame();
+    wasSeen = true;
   }
 }
 

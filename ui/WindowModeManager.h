@@ -19,8 +19,9 @@ class OverlayView;
 /// it comes up there the next time. Neither is left where no screen shows it: not when it comes up,
 /// and not when the screens change.
 ///
-/// `start`, `stop`, `restore` and `savedBoundsIfCompact` may be called from any thread; all else
-/// happens in the display lane. Frames are in points, as the window server counts them.
+/// `start`, `stop`, `restore`, `savedBoundsIfCompact` and `lastSeenBounds` may be called from any
+/// thread; all else happens in the display lane. Frames are in points, as the window server counts
+/// them.
 class WindowModeManager : public std::enable_shared_from_this<WindowModeManager> {
 public:
   static constexpr Size compactSize{82, 82};
@@ -39,6 +40,9 @@ public:
   void restore();
   /// The full window's frame in whole points while it is compact; else nothing.
   [[nodiscard]] std::optional<WindowSettings> savedBoundsIfCompact() const;
+  /// The full window's frame in whole points, as it was seen last, up to a tenth of a second ago;
+  /// nothing before it has been seen. For when the window itself cannot be asked any more.
+  [[nodiscard]] std::optional<WindowSettings> lastSeenBounds() const;
 
 private:
   void startTimer();
@@ -57,11 +61,12 @@ private:
   MainLoop& loop;
   WindowServer& server;
 
-  /// Guards `normalFrame` and `compact`: any thread may ask for them. The display lane alone writes
-  /// them, so that it reads them without the lock.
+  /// Guards `normalFrame`, `wasSeen` and `compact`: any thread may ask for them. The display lane
+  /// alone writes them, so that it reads them without the lock.
   mutable std::mutex lock;
   /// The full window's last frame while it was shown.
   Rect normalFrame{{0, 0}, {461, 592}};
+  bool wasSeen = false;
   bool compact = false;
 
   // No lock from here on: the display lane alone touches these, and it runs on the main thread.

@@ -114,6 +114,22 @@ class LifecycleTest(unittest.TestCase):
                   "no child is left")
         self.assertEqual(os.listdir(self.desktop.environment["TMPDIR"]), [])
 
+    def testALostDisplayOrBusEndsItWithTheFrameSaved(self):
+        for name, program, status, line in (
+                ("display", "Xvfb", 1, "Velmor: the connection to the display is lost."),
+                ("bus", "dbus-daemon", 0, "Velmor: the session bus is gone: the end.")):
+            with self.subTest(name):
+                desktop = self.desktop = self.enterContext(VelmorDesktop())
+                desktop.environment["VELMOR_LOG_STDERR"] = "1"
+                process = desktop.open(200, 150)
+                desktop.drag((200, 4), 50, 0)
+                desktop.waitForFrame((250, 150, *FULL))
+                time.sleep(0.2)  # it looks at its own window ten times a second
+                desktop.lose(program)
+                self.assertEqual(desktop.ended(process, ENDS_WITHIN), status)
+                self.assertIn(line, desktop.log("velmor"))
+                self.assertEqual(desktop.saved(), (250, 150, *FULL))
+
     def testWithoutADisplayASentenceSaysWhatWorks(self):
         with Session(display=False) as desktop:
             for display in ({}, {"DISPLAY": ":999999"}):

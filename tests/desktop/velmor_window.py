@@ -101,6 +101,14 @@ class VelmorDesktop(Session):
         """Presses the button that asks for suggestions."""
         self.click((250, 137))
 
+    def lose(self, program):
+        """Kills one of the programs that make the desktop."""
+        [process] = [one for one in self.processes if one.args[0] == program]
+        process.kill()
+        process.wait()
+        if program == "Xvfb":
+            self.x = None
+
     def shrink(self):
         self.click(MINIMISE)
         self.waitForSize(SQUARE)

@@ -8,9 +8,12 @@
 #include "platform/linux/window/GtkPropertyWatch.h"
 #include "platform/linux/window/GtkScreens.h"
 
+#include <X11/Xlib.h>
+#include <gdk/gdkx.h>
 #include <gtk/gtk.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <list>
 #include <stdexcept>
 #include <string_view>
@@ -121,7 +124,9 @@ std::unique_ptr<GtkDesktop> GtkDesktop::open(const Platform& platform) {
 GtkDesktop::GtkDesktop(const Platform& thePlatform)
     : platform(thePlatform)
     , application(g_application_new(applicationIdentifier, G_APPLICATION_DEFAULT_FLAGS))
-    , observers(std::make_unique<Observers>(platform.mainLoop)) {}
+    , observers(std::make_unique<Observers>(platform.mainLoop)) {
+  watchDisplay();
+}
 
 GtkDesktop::~GtkDesktop() = default;
 
@@ -135,6 +140,20 @@ std::shared_ptr<Window> GtkDesktop::makeWindow(const Rect& content, unsigned sty
                                      content, styleMask);
   windows.emplace_back(made);
   return made;
+}
+
+void GtkDesktop::watchDisplay() {
+  const auto lost = [](Display*, void* data) { static_cast<GtkDesktop*>(data)->displayLost(); };
+  // The toolkit's own handler comes before ours and would end the process.
+  XSetIOErrorHandler([](Display*) { return 0; });
+  XSetIOErrorExitHandler(gdk_x11_get_default_xdisplay(), lost, this);
+}
+
+void GtkDesktop::displayLost() {
+  platform.log.write("Velmor: the connection to the display is lost.");
+  if (const auto told = delegate.lock()) told->applicationHasLostDisplay();
+  // Nothing is cleaned up: every window would ask the display once more.
+  std::_Exit(EXIT_FAILURE);
 }
 
 WebKitProfile& GtkDesktop::webProfile() {
@@ -182,10 +201,21 @@ bool GtkDesktop::handOverToRunningInstance() {
   signals.connect(self, "activate", +startedAgain, this);
   // Without a session bus nobody can be asked, and there may be several.
   if (g_application_register(self, nullptr, nullptr) == FALSE) return false;
-  if (g_application_get_is_remote(self) == FALSE) return false;
+  if (g_application_get_is_remote(self) == FALSE) {
+    watchSessionBus();
+    return false;
+  }
   g_application_activate(self);
   g_dbus_connection_flush_sync(g_application_get_dbus_connection(self), nullptr, nullptr);
   return true;
+}
+
+void GtkDesktop::watchSessionBus() {
+  const auto closed = [](GDBusConnection*, gboolean, GError*, gpointer data) {
+    static_cast<GtkDesktop*>(data)->platform.log.write("Velmor: the session bus is gone: the end.");
+  };
+  // The toolkit then asks the process to end, as a system that ends the session does.
+  signals.connect(g_application_get_dbus_connection(application.get()), "closed", +closed, this);
 }
 
 void GtkDesktop::activateIgnoringOtherApps() {

@@ -56,6 +56,10 @@ private:
   explicit GtkDesktop(const Platform& thePlatform);
 
   void windowClosed();
+  /// Called in the middle of whatever has found out; does not return.
+  [[noreturn]] void displayLost();
+  void watchDisplay();
+  void watchSessionBus();
   [[nodiscard]] WebKitProfile& webProfile();
 
   Platform platform;
