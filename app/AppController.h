@@ -142,6 +142,7 @@ private:
   // The window.
   /// Centres the window, and saves that, when hardly anything of it is on a screen.
   void ensureWindowIsVisible(VelmorWindow& window);
+  void keepTopInSight(Window& native) const;
   void compactModeChanged(bool compact);
   /// Failures go to the log.
   void saveWindow(const WindowSettings& window);

@@ -3,6 +3,7 @@
 #include "platform/SystemLog.h"
 #include "ui/FrameSettings.h"
 #include "ui/MainWindowController.h"
+#include "ui/Reachable.h"
 
 #include <algorithm>
 #include <cmath>
@@ -37,9 +38,18 @@ void applySavedWindowFrame(const WindowSettings& saved, VelmorWindow& window) {
 void AppController::configureWindow(VelmorWindow& window) {
   applySavedWindowFrame(configStore->current().window, window);
   ensureWindowIsVisible(window);
+  // It is as large as ever on a screen that is too small for it, and is saved so.
+  keepTopInSight(window.native());
   window.makeKeyAndOrderFront();
   if (!windowMode) return;
   windowMode->start(window.weak_from_this(), [this](bool compact) { compactModeChanged(compact); });
+}
+
+void AppController::keepTopInSight(Window& native) const {
+  if (!desktop) return;
+  const auto frame = native.frame();
+  const auto lowered = withTopInSight(frame, desktop->windows.screens());
+  if (lowered != frame) native.setFrame(lowered);
 }
 
 void AppController::compactModeChanged(bool compact) {

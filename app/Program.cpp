@@ -84,7 +84,8 @@ int Program::carryOut(const CommandLine& line) {
 int Program::runWindow() {
   const auto desktop = host.openDesktop();
   if (!desktop) {
-    err << "velmor: the window needs an X11 display (see DISPLAY); the commands now, suggest and "
+    err << "velmor: the window needs an X11 display (see DISPLAY; under Wayland that is XWayland); "
+           "the commands now, suggest and "
            "bridge and the demo work without one.\n";
     return unusable;
   }

@@ -41,4 +41,17 @@ Rect reachable(const Rect& frame, const std::vector<Screen>& screens) {
   return nearest;
 }
 
+Rect withTopInSight(Rect frame, const std::vector<Screen>& screens) {
+  const auto shown = [&](const Screen& screen) {
+    const auto overlap = screen.visibleFrame.intersection(frame);
+    return overlap.width() * overlap.height();
+  };
+  const auto screen = std::ranges::max_element(screens, {}, shown);
+  if (screen == screens.end()) return frame;
+  const auto& area = screen->visibleFrame;
+  if (frame.height() > area.height())
+    frame.origin.y = std::min(frame.minY(), area.maxY() - frame.height());
+  return frame;
+}
+
 } // namespace velmor

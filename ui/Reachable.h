@@ -11,4 +11,8 @@ namespace velmor {
 /// nearest screen; what is larger than the screen shows its top left. Without screens it stays.
 [[nodiscard]] Rect reachable(const Rect& frame, const std::vector<Screen>& screens);
 
+/// The frame, lowered until its top is seen when it is higher than the screen that shows most of
+/// it: the window's buttons are at its top. What fits the screen, and without screens, it stays.
+[[nodiscard]] Rect withTopInSight(Rect frame, const std::vector<Screen>& screens);
+
 } // namespace velmor

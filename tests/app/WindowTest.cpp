@@ -78,6 +78,18 @@ TEST_F(WindowTest, ComesUpWhereItWasIfThatCanBeSeen) {
   }
 }
 
+TEST_F(WindowTest, ShowsItsTopWhereItIsHigherThanTheScreenAndKeepsItsSize) {
+  desktop.windows.attached = {
+      {.frame = {{0, 0}, {800, 600}}, .visibleFrame = {{0, 20}, {800, 580}}}};
+  for (const std::int64_t x : {100, -1}) {
+    saveWindow({.x = x, .y = 50, .width = 500, .height = 651});
+    launch();
+    EXPECT_EQ(native().frame().maxY(), 600);
+    native().close();
+    EXPECT_EQ(savedWindow().height, 651);
+  }
+}
+
 TEST_F(WindowTest, ALaunchRaisesItAndSavesNothing) {
   launch();
   EXPECT_FALSE(system.files.files.contains(configFile));

@@ -27,6 +27,8 @@ MANAGERS = {
     "fluxbox": ("fluxbox",),
     "i3": ("i3",),
     "none": (),
+    # GNOME's compositor, started by a class of its own.
+    "wayland": (),
 }
 SCREEN = (1440, 900)
 FULL = (507, 651)
@@ -208,8 +210,11 @@ class VelmorDesktop(Session):
     def screenshot(self, name):
         """Kept in the folder that VELMOR_SHOTS names, for looking at."""
         if folder := os.environ.get("VELMOR_SHOTS"):
-            subprocess.run(["import", "-window", "root", os.path.join(folder, name + ".png")],
+            subprocess.run(["import", "-window", self.pictured(), os.path.join(folder, name + ".png")],
                            env={**os.environ, **self.environment}, check=True)
+
+    def pictured(self):
+        return "root"
 
     def close(self):
         """As the window manager closes a window."""
