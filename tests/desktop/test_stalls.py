@@ -1,50 +1,106 @@
-"""The window goes on while Velmor looks for the track or listens."""
+"""The window goes on while Velmor looks for the track or listens, measured from outside."""
 
-import os
+import signal
 import time
 import unittest
 
-from stalls import ANIMATION, dragPause, paintingPause
-from velmor_window import VelmorDesktop, hungPlayer, withScript
+from Xlib import X
+from Xlib.ext import xtest
+from velmor_window import BACKGROUND, VelmorDesktop, hungPlayer, withScript
 
 from model_provider import ModelProvider
 from players import configure, playSong
 from session import waitUntil
 
-FROZEN = os.path.join(os.path.dirname(os.path.abspath(os.environ["VELMOR"])), "velmor-frozen")
 SMOOTH = 0.4
 """Far more than a frame, for machines under load; far less than a poll of a player that hangs."""
-STOOD_STILL = 1.0
+STOPPED = 1.0
+PROBE = (500, 640)
+"""Where the page below changes its colour with every frame that it draws."""
+ANIMATION = """
+const probe = document.createElement('i');
+probe.style.cssText = 'position:fixed;right:0;bottom:0;width:16px;height:24px;z-index:9';
+document.body.append(probe);
+let shade = 0;
+function draw() {
+  shade = (shade + 5) % 200;
+  probe.style.setProperty('background', `rgb(${shade}, 0, 0)`);
+  requestAnimationFrame(draw);
+}
+draw();
+"""
 
 
-def forSeconds(seconds):
-    end = time.monotonic() + seconds
-    return lambda: time.monotonic() < end
+def longestPause(sample, act, seconds):
+    """The longest time, in seconds, in which what `sample` gives did not change, though `act` was
+    called all the while."""
+    began = since = time.monotonic()
+    longest, last = 0, None
+    while time.monotonic() < began + seconds:
+        act()
+        now, value = time.monotonic(), sample()
+        longest = max(longest, now - since)
+        if value != last:
+            last, since = value, now
+    return longest
+
+
+def paintingPause(desktop, seconds, act=lambda: time.sleep(0.003)):
+    return longestPause(lambda: desktop.pixel(*PROBE), act, seconds)
+
+
+def dragPause(desktop, seconds):
+    """Moves the window back and forth by the page's background."""
+    x, y = desktop.onScreen(BACKGROUND)
+    window, step = desktop.client(), 0
+
+    def move():
+        nonlocal step
+        step += 1
+        # By two pixels each time: every sample has somewhere new to be.
+        way = abs(step % 200 - 100) * 2
+        desktop.moveTo(x + way, y + way // 2)
+        time.sleep(0.008)
+
+    def place():
+        where = window.translate_coords(desktop.rootWindow, 0, 0)
+        return where.x, where.y
+
+    def isDragged():
+        move()
+        return place() != before
+
+    desktop.moveTo(x, y)
+    desktop.button(1, True)
+    before = place()
+    # The page says first that this is its background.
+    waitUntil(isDragged, "the window is dragged")
+    pause = longestPause(place, move, seconds)
+    desktop.button(1, False)
+    return pause
 
 
 class StallTest(unittest.TestCase):
-    def openWithHungPlayer(self, program):
-        """Polls that wait for a player which does not answer, one after the other."""
-        desktop = self.enterContext(VelmorDesktop(alone=True))
-        desktop.program = withScript(desktop.root, ANIMATION, program)
-        hungPlayer(desktop)
-        configure(desktop, autoSuggestTracks=True)
-        desktop.open()
-        return desktop
-
     def pauses(self, desktop, what, seconds):
-        painting = paintingPause(desktop, forSeconds(seconds))
-        drag = dragPause(desktop, forSeconds(seconds))
+        painting, drag = paintingPause(desktop, seconds), dragPause(desktop, seconds)
         print(f"{what}: painting {painting * 1000:.0f} ms, drag {drag * 1000:.0f} ms at most")
-        return painting, drag
+        return max(painting, drag)
 
     def testNothingStandsStillDuringAPoll(self):
-        desktop = self.openWithHungPlayer(os.environ["VELMOR"])
-        self.assertLess(max(self.pauses(desktop, "poll", 8)), SMOOTH)
+        desktop = self.enterContext(VelmorDesktop(alone=True))
+        desktop.program = withScript(desktop.root, ANIMATION)
+        hungPlayer(desktop)
+        configure(desktop, autoSuggestTracks=True)
+        process = desktop.open()
+        self.assertLess(self.pauses(desktop, "poll", 8), SMOOTH)
 
-    def testTheMeasurementFindsAWindowThatStandsStill(self):
-        painting, _ = self.pauses(self.openWithHungPlayer(FROZEN), "frozen", 8)
-        self.assertGreater(painting, STOOD_STILL)
+        def stop():
+            """The measurement finds a window that stands still."""
+            process.send_signal(signal.SIGSTOP)
+            time.sleep(STOPPED)
+            process.send_signal(signal.SIGCONT)
+
+        self.assertGreater(paintingPause(desktop, STOPPED, stop), STOPPED)
 
     def testNothingStandsStillDuringACapture(self):
         desktop = self.enterContext(VelmorDesktop(sound=True))
@@ -56,7 +112,7 @@ class StallTest(unittest.TestCase):
         process = desktop.open()
         desktop.ask()
         waitUntil(lambda: desktop.listens(process), "the capture has begun")
-        longest = max(self.pauses(desktop, "capture", 5))
+        longest = self.pauses(desktop, "capture", 5)
         self.assertTrue(desktop.listens(process), "the capture outlasts the measurement")
         self.assertLess(longest, SMOOTH)
 

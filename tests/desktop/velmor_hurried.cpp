@@ -1,14 +1,20 @@
-#include "tests/desktop/ChangedHost.h"
+#include "app/Program.h"
+#include "platform/linux/LinuxHost.h"
+
+#include <iostream>
+#include <memory>
+#include <utility>
 
 namespace {
 
 using namespace velmor;
 
-/// The watcher's pauses pass a hundred times as fast, and each is told.
-class HurriedLoop : public ChangedLoop {
+/// The real main loop, but the watcher's pauses pass a hundred times as fast, and each is told.
+class HurriedLoop : public MainLoop {
 public:
-  using ChangedLoop::ChangedLoop;
+  explicit HurriedLoop(MainLoop& loop) : real(loop) {}
 
+  void post(Lane lane, Work work) override { real.post(lane, std::move(work)); }
   std::unique_ptr<Timer> callLater(Lane lane, Seconds delay, Work work) override {
     constexpr Seconds pauseOfWatcher{1.5};
     constexpr double hurry = 100;
@@ -17,10 +23,41 @@ public:
     std::cout << "poll" << std::endl;
     return real.callLater(lane, delay / hurry, std::move(work));
   }
+  std::unique_ptr<Timer> callEvery(Lane lane, Seconds interval, Work work) override {
+    return real.callEvery(lane, interval, std::move(work));
+  }
+  void startWorker(Work work, Work done) override {
+    real.startWorker(std::move(work), std::move(done));
+  }
+  void occupyActor(Work work, Work done) override {
+    real.occupyActor(std::move(work), std::move(done));
+  }
+
+private:
+  MainLoop& real;
+};
+
+/// The Linux backend with that loop.
+class HurriedHost : public Host {
+public:
+  const Platform& platform() const override { return parts; }
+  LineInput& standardInput() override { return host.standardInput(); }
+  SystemStatus& systemStatus() override { return host.systemStatus(); }
+  std::optional<Desktop> openDesktop() override { return host.openDesktop(); }
+  void run() override { host.run(); }
+  void onTerminationRequest(MainLoop::Work work) override {
+    host.onTerminationRequest(std::move(work));
+  }
+
+private:
+  LinuxHost host;
+  HurriedLoop loop{host.platform().mainLoop};
+  Platform parts = host.platform().with(loop);
 };
 
 } // namespace
 
 int main() {
-  return ChangedHost<HurriedLoop>().runWindow();
+  HurriedHost host;
+  return Program(host, std::cout, std::cerr).run({});
 }

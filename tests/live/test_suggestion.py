@@ -71,21 +71,16 @@ class SuggestionTest(unittest.TestCase):
             playSong(desktop, title="T", artist="A")
             # What was found is not lost with the suggestion.
             track = "A – T [mpv: macOS media session]\n"
-            for sentence, changed in (
-                    ("request failed with status 401\n", {"TINKER_API_KEY": "another"}),
-                    ("The server could not be reached.\n",
-                     {"VELMOR_TINKER_URL": "http://127.0.0.1:1/"})):
-                expect(sentence, "suggest", {**provider.environment, **changed}, track)
             for sentence, fault in (
-                    ("request failed with status 503\n", {"status": 503}),
-                    ("decode recommendations\n", {"text": "{}"}),
+                    ("request failed with status 401\n", {"key": "another"}),
                     ("Tinker answered with a web page: is this network asking you to log in?\n",
                      {"text": "<html>"}),
                     ("The network connection was lost.\n", {"cut": True}),
                     ("AI returned 9 recommendations; expected 10\n", {"songs": SONGS[:9]})):
                 with self.subTest(fault):
                     faulty = desktop.enter(ModelProvider(**fault))
-                    expect(sentence, "suggest", faulty.environment, track)
+                    expect(sentence, "suggest",
+                           {**faulty.environment, "TINKER_API_KEY": "local-key"}, track)
 
     def testAnswersWithoutABusOrARightCommandLine(self):
         with Session(display=False, bus=False) as desktop:

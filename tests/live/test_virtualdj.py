@@ -55,12 +55,11 @@ class VirtualDJTest(unittest.TestCase):
                 ("12:36", 241.622, ("Ænima & Co", "Sigur Rós", "VirtualDJ play history")),
                 ("12:40", 241.622, ("A Song", "The Artist", "VirtualDJ play history")),
                 ("12:40", 90, NO_SESSION)):
-            with self.subTest(clock=clock, length=length):
-                entry = (f"#EXTVDJ:<time>{clock}</time><lastplaytime>{started}</lastplaytime>"
-                         f"<songlength>{length}</songlength>")
-                self.writeList("2026-11-22.m3u", entry, "F:\\Music\\The Artist - A Song.mp3")
-                self.writeList("2026-11-21.m3u", entry, "/Music/Stale - List.mp3", age=86400)
-                self.assertEqual(self.desktop.named("title", "artist", "detection"), expected)
+            entry = (f"#EXTVDJ:<time>{clock}</time><lastplaytime>{started}</lastplaytime>"
+                     f"<songlength>{length}</songlength>")
+            self.writeList("2026-11-22.m3u", entry, "F:\\Music\\The Artist - A Song.mp3")
+            self.writeList("2026-11-21.m3u", entry, "/Music/Stale - List.mp3", age=86400)
+            self.assertEqual(self.desktop.named("title", "artist", "detection"), expected, clock)
 
 
 if __name__ == "__main__":

@@ -173,14 +173,6 @@ def readPrompt(prompt, place):
     return values
 
 
-def onceEach(members):
-    names = [name for name, _ in members]
-    for name in names:
-        if names.count(name) > 1:
-            raise Refused(400, name, "is written twice")
-    return dict(members)
-
-
 def textAt(value, *place):
     """The text at a place of a JSON value, "" where there is none."""
     try:
@@ -199,7 +191,7 @@ def checkModel(path, model):
 def checkBody(path, text):
     """The body and the values of its prompt; none for the small request."""
     try:
-        body = json.loads(text, object_pairs_hook=onceEach)
+        body = json.loads(text)
     except ValueError as error:
         raise Refused(400, "body", f"is not JSON: {error}") from error
     question = "input" if path == RESPONSES else "messages"

@@ -63,74 +63,61 @@ class ExtractorTest(unittest.TestCase):
         self.assertEqual(run.stdout, "")
         self.assertEqual(set(self.folder.iterdir()), before)
 
-    def test_report_names_its_origin_and_tells_even_from_uneven_loudness(self):
+    def test_tells_even_from_uneven_loudness(self):
         found = self.measured(self.piece)
-        self.assertEqual(found["metadata"]["version"]["essentia_js"], "0.1.3")
         self.assertAlmostEqual(found["metadata"]["audio_properties"]["length"], 15, delta=0.01)
-        even = found["lowlevel"]["average_loudness"]
+        self.assertGreater(found["lowlevel"]["average_loudness"], 0.9)
         self.convert("-af", "volume='if(lt(t,11),0.05,1)':eval=frame", "-c:a", "pcm_s16le")
-        uneven = self.measured()["lowlevel"]["average_loudness"]
-        self.assertGreater(even, 0.9)
-        self.assertLess(uneven, 0.5)
+        self.assertLess(self.measured()["lowlevel"]["average_loudness"], 0.5)
 
     def test_reads_what_recorders_write(self):
         plain = self.piece.read_bytes()
         data = plain[plain.index(b"data") + 8:]
         extensible = struct.pack("<HHIIHHHHIH", 0xFFFE, 2, RATE, RATE * 4, 4, 16, 22, 16, 3, 1)
         extensible += bytes.fromhex("000000001000800000aa00389b71")
-        odd_note = b"LIST" + struct.pack("<I", 5) + b"INFOx\0"
-
-        def file(*chunks):
-            return b"RIFF\xff\xff\xff\xffWAVE" + b"".join(chunks)
 
         def chunk(name, content, size=None):
             return name + struct.pack("<I", len(content) if size is None else size) + content
 
-        header = chunk(b"fmt ", plain[20:36])
-        files = {
-            "extensible": file(chunk(b"fmt ", extensible), chunk(b"data", data)),
-            "a chunk of odd size": file(header, odd_note, chunk(b"data", data)),
-            "a size that was never filled in": file(header, chunk(b"data", data, 0xFFFFFFFF)),
-            "half a frame at the end": file(header, chunk(b"data", data[:-3], len(data))),
-        }
-        for name, content in files.items():
+        header, odd_note = chunk(b"fmt ", plain[20:36]), chunk(b"LIST", b"INFOx") + b"\0"
+        for name, chunks in {
+                "extensible": (chunk(b"fmt ", extensible), chunk(b"data", data)),
+                "a chunk of odd size": (header, odd_note, chunk(b"data", data)),
+                "a size that was never filled in": (header, chunk(b"data", data, 0xFFFFFFFF)),
+                "half a frame at the end": (header, chunk(b"data", data[:-3], len(data)))}.items():
             with self.subTest(name):
-                self.sound.write_bytes(content)
+                self.sound.write_bytes(b"RIFF\xff\xff\xff\xffWAVE" + b"".join(chunks))
                 self.expect_piece()
         with self.subTest("mono with ffmpeg's own notes"):
             self.convert("-ac", "1", "-metadata", "title=Odd")
             self.expect_piece()
 
-    def test_refuses_what_is_no_music(self):
+    def test_refuses_what_is_no_music_of_the_right_format(self):
         offset = ("-f", "lavfi", "-t", "15", "-i", "aevalsrc=0.3|0.3")
-        for name, filters, source in (("silence", "volume=0", ()), ("an offset", "anull", offset),
-                                      ("nothing", "atrim=end=0", ()),
-                                      ("half a second", "atrim=end=0.5", ()),
-                                      ("then silence", "volume=0:enable='gt(t,0.5)'", ())):
-            with self.subTest(name):
-                self.convert("-af", filters, "-ar", str(RATE), source=source)
-                self.expect_failure(NO_MUSIC, "no audible signal")
-
-    def test_refuses_other_formats(self):
-        for arguments, reason in (
-                (("-ar", "48000"), "sampled at 48000 Hz, not at 44100 Hz"),
-                (("-c:a", "pcm_s24le"), "not 16-bit PCM sound"),
-                (("-c:a", "pcm_f32le"), "not 16-bit PCM sound"),
-                (("-ac", "4"), "of 4 channels, not mono or stereo"),
-                (("-af", "apad=whole_dur=61"), "longer than 60 seconds")):
+        silent = "no audible signal"
+        for status, reason, arguments, source in (
+                (NO_MUSIC, silent, ("-af", "volume=0"), ()),
+                (NO_MUSIC, silent, ("-ar", str(RATE)), offset),
+                (NO_MUSIC, silent, ("-af", "atrim=end=0"), ()),
+                (NO_MUSIC, silent, ("-af", "atrim=end=0.5"), ()),
+                (NO_MUSIC, silent, ("-af", "volume=0:enable='gt(t,0.5)'"), ()),
+                (INPUT, "sampled at 48000 Hz, not at 44100 Hz", ("-ar", "48000"), ()),
+                (INPUT, "not 16-bit PCM sound", ("-c:a", "pcm_s24le"), ()),
+                (INPUT, "not 16-bit PCM sound", ("-c:a", "pcm_f32le"), ()),
+                (INPUT, "of 4 channels, not mono or stereo", ("-ac", "4"), ()),
+                (INPUT, "longer than 60 seconds", ("-af", "apad=whole_dur=61"), ())):
             with self.subTest(arguments):
-                self.convert(*arguments)
-                self.expect_failure(INPUT, f"cannot measure .*: {reason}")
+                self.convert(*arguments, source=source)
+                self.expect_failure(status, f"(cannot measure .*: )?{reason}")
 
     def test_refuses_what_is_no_wav_file(self):
         plain = self.piece.read_bytes()
-        for name, content in (("garbage", b"\x07" * 5000), ("cut", plain[:30]),
-                              ("no sound", plain[:36]), ("no format", plain[:12] + plain[36:])):
-            with self.subTest(name):
+        for content in (b"\x07" * 5000, plain[:30], plain[:36], plain[:12] + plain[36:]):
+            with self.subTest(len(content)):
                 self.sound.write_bytes(content)
                 self.expect_failure(INPUT, "cannot measure .*: (not )?a WAV file.*")
-        missing = self.folder / "missing.wav"
-        self.expect_failure(INPUT, "cannot read .*: no such file or directory", sound=missing)
+        self.expect_failure(INPUT, "cannot read .*: no such file or directory",
+                            sound=self.folder / "missing.wav")
 
     def test_leaves_nothing_where_it_cannot_write(self):
         link = self.folder / "link.json"

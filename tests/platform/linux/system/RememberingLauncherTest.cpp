@@ -4,7 +4,8 @@
 #include "tests/support/TemporaryFolder.h"
 
 #include <arpa/inet.h>
-#include <gmock/gmock.h>
+#include <fcntl.h>
+#include <gtest/gtest.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
@@ -16,8 +17,9 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <memory>
 #include <random>
-#include <thread>
+#include <tuple>
 #include <utility>
 
 namespace velmor {
@@ -31,75 +33,46 @@ using namespace std::chrono_literals;
 class NamedChild {
 public:
   explicit NamedChild(const std::string& name) {
-    std::array<int, 2> ends{};
-    if (::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends.data()) != 0) std::abort();
+    if (::pipe2(names.data(), O_CLOEXEC) != 0) std::abort();
     process = ::fork();
-    if (process == 0) obey(ends[1]);
-    ::close(ends[1]);
-    orders = ends[0];
+    std::array<char, 64> told{};
+    while (process == 0 && ::read(names[0], told.data(), told.size()) > 0)
+      ::prctl(PR_SET_NAME, told.data());
     rename(name);
-  }
-  NamedChild(NamedChild&& other) noexcept
-      : process(std::exchange(other.process, 0)), orders(std::exchange(other.orders, -1)) {}
-  NamedChild& operator=(NamedChild&& other) noexcept {
-    std::swap(process, other.process);
-    std::swap(orders, other.orders);
-    return *this;
   }
   NamedChild(const NamedChild&) = delete;
   NamedChild& operator=(const NamedChild&) = delete;
   ~NamedChild() {
-    if (process == 0) return;
-    if (orders >= 0) ::close(orders);
     die();
     ::waitpid(process, nullptr, 0);
+    ::close(names[0]);
+    ::close(names[1]);
   }
 
-  void rename(const std::string& name) { order("r" + name, name); }
-  /// Runs another program, which takes no orders any more.
-  void execute(const fs::path& program) {
-    if (orders < 0) return;
-    order("x" + program.string(), program.filename());
-    const auto executable = "/proc/" + std::to_string(process) + "/exe";
-    const auto own = fs::read_symlink("/proc/self/exe");
-    std::error_code gone;
-    while (fs::read_symlink(executable, gone) == own)
-      std::this_thread::yield();
-    ::close(std::exchange(orders, -1));
+  /// Returns once the child bears the name; the dead keep theirs.
+  void rename(const std::string& name) const {
+    constexpr std::size_t kernelsLimit = 15;
+    if (isDead) return;
+    ASSERT_GT(::write(names[1], name.c_str(), name.size() + 1), 0);
+    const auto deadline = std::chrono::steady_clock::now() + 30s;
+    for (std::string shown; shown != name.substr(0, kernelsLimit);) {
+      ASSERT_LT(std::chrono::steady_clock::now(), deadline) << "never called " << name;
+      std::getline(std::ifstream("/proc/" + std::to_string(process) + "/comm"), shown);
+    }
   }
+
   /// It stays in the process table until the object is destroyed.
-  void die() const {
+  void die() {
     ::kill(process, SIGKILL);
     siginfo_t ended{};
     ::waitid(P_PID, static_cast<id_t>(process), &ended, WEXITED | WNOWAIT);
+    isDead = true;
   }
 
 private:
-  [[noreturn]] static void obey(int orders) {
-    std::array<char, 256> text{};
-    while (::read(orders, text.data(), text.size()) > 0) {
-      const auto argument = std::string(text.data() + 1);
-      if (text[0] == 'x') ::execl(argument.c_str(), argument.c_str(), "1000", nullptr);
-      ::prctl(PR_SET_NAME, argument.c_str());
-    }
-    ::_exit(0);
-  }
-
-  /// Returns once the child bears the name. After an exec or its death nothing is done any more.
-  void order(const std::string& text, const std::string& name) const {
-    constexpr std::size_t kernelsLimit = 15;
-    if (::send(orders, text.c_str(), text.size() + 1, MSG_NOSIGNAL) < 0) return;
-    const auto comm = "/proc/" + std::to_string(process) + "/comm";
-    const auto deadline = std::chrono::steady_clock::now() + 30s;
-    for (std::string shown; shown != name.substr(0, kernelsLimit);) {
-      if (std::chrono::steady_clock::now() > deadline) FAIL() << "never called " << name;
-      std::this_thread::yield();
-      std::getline(std::ifstream(comm), shown);
-    }
-  }
-
+  std::array<int, 2> names{};
   pid_t process = 0;
-  int orders = -1;
+  bool isDead = false;
 };
 
 /// Counts the children that it passes on; `before` may change the world first.
@@ -125,12 +98,14 @@ ChildProcess pgrep(const std::string& pattern) {
 
 class RememberingLauncherTest : public testing::Test {
 protected:
+  using Changes = std::vector<std::pair<std::string, std::function<void()>>>;
+
   void expectTheSame(const ChildProcess& child, const std::string& when = "") {
     const auto remembered = launcher.run(child);
     const auto asked = direct.run(child);
-    EXPECT_EQ(remembered.output, asked.output) << child.arguments.back() << when;
-    EXPECT_EQ(remembered.errorOutput, asked.errorOutput) << child.arguments.back() << when;
-    EXPECT_EQ(remembered.exitStatus, asked.exitStatus) << child.arguments.back() << when;
+    EXPECT_EQ(std::tie(remembered.output, remembered.errorOutput, remembered.exitStatus),
+              std::tie(asked.output, asked.errorOutput, asked.exitStatus))
+        << child.arguments.back() << when;
   }
 
   /// How many children a question starts.
@@ -138,6 +113,15 @@ protected:
     const int before = real.count;
     static_cast<void>(launcher.run(child));
     return real.count - before;
+  }
+
+  /// After each change the answer is right, and then known.
+  void expectToFollow(const ChildProcess& child, const Changes& changes) {
+    for (const auto& [what, change] : changes) {
+      change();
+      expectTheSame(child, " with " + what);
+      EXPECT_EQ(startedBy(child), 0) << what;
+    }
   }
 
   CountingLauncher real;
@@ -148,48 +132,30 @@ protected:
 };
 
 TEST_F(RememberingLauncherTest, NeverDiffersFromAskingWhileProcessesComeGoAndChangeNames) {
-  const std::vector<std::string> names = {"velm probe",
-                                          "Velm Probe",
-                                          "VELM PROBE",
-                                          "velm_probe",
-                                          "velm probe1",
-                                          "velm  probe",
-                                          "velm.probe",
-                                          "(velm probe)",
-                                          "velm) probe",
-                                          "velmprobelonger",
-                                          "VelmProbeLongerX",
-                                          "velmprobelonge",
-                                          "velm\xC5\xBFprobe",
-                                          "velm prob\xC3\xA9",
-                                          "\xE2\x84\xAA"
-                                          "velm",
-                                          "velm\tprobe",
-                                          "other \xFF\xFE",
-                                          "velm\\probe",
-                                          "kvelm"};
+  const std::vector<std::string> names = {
+      "velm probe",      "Velm Probe",       "VELM PROBE",     "velm_probe",      "velm probe1",
+      "velm  probe",     "velm.probe",       "(velm probe)",   "velm) probe",     "kvelm",
+      "velmprobelonger", "VelmProbeLongerX", "velmprobelonge", "velm\u017Fprobe", "velm prob\u00E9",
+      "\u212Avelm",      "velm\tprobe",      "velm\\probe",    "other \xFF\xFE"};
   const std::vector<std::string> patterns = {"velm probe",      "velm_probe",      "velm.probe",
                                              "velmprobelonge",  "velmprobelonger", "kvelm",
                                              "velmprobelongerx"};
-  for (const auto& name : names)
-    fs::create_symlink("/bin/sleep", folder.path / name);
   constexpr int questions = 400;
   constexpr int changesBetween = 5;
   constexpr std::size_t mostChildren = 8;
   const auto seed = std::random_device{}();
   std::mt19937 random(seed);
   const auto below = [&](std::size_t limit) { return random() % limit; };
-  std::vector<NamedChild> children;
+  std::vector<std::unique_ptr<NamedChild>> children;
   const auto change = [&] {
     const auto& name = names[below(names.size())];
-    const auto kind = children.empty() ? 0 : below(5);
-    if (kind == 0 && children.size() < mostChildren) children.emplace_back(name);
-    if (kind == 0) return;
+    const auto kind = children.empty() ? 0 : below(4);
+    if (kind == 0 && children.size() < mostChildren)
+      children.push_back(std::make_unique<NamedChild>(name));
     const auto child = children.begin() + static_cast<std::ptrdiff_t>(below(children.size()));
-    if (kind == 1) child->rename(name);
-    if (kind == 2) child->execute(folder.path / name);
-    if (kind == 3) child->die();
-    if (kind == 4) children.erase(child);
+    if (kind == 1) (*child)->rename(name);
+    if (kind == 2) (*child)->die();
+    if (kind == 3) children.erase(child);
   };
   for (int question = 0; question < questions && !HasFailure(); ++question) {
     for (int step = 0; step < changesBetween; ++step)
@@ -243,27 +209,21 @@ TEST_F(RememberingLauncherTest, SharesOneLookForAShortTime) {
 }
 
 TEST_F(RememberingLauncherTest, KnowsProgramsOfThePath) {
-  const ChildProcess which{"/usr/bin/which", {"velm-probe"}};
   const auto later = folder.path / "later";
   fs::create_directory(later);
   fs::create_directory(folder.path / "velm-probe");
   const std::string oldPath = std::getenv("PATH");
   ::setenv("PATH", (folder.path.string() + ':' + later.string() + ':' + oldPath).c_str(), 1);
-  const std::vector<std::pair<std::string, std::function<void()>>> changes = {
-      {"a folder of that name", [] {}},
-      {"a file", [&] { std::ofstream(later / "velm-probe") << "#!/bin/sh\n"; }},
-      {"a program", [&] { fs::permissions(later / "velm-probe", fs::perms::all); }},
-      {"one before it",
-       [&] {
-         fs::remove(folder.path / "velm-probe");
-         fs::create_symlink(later / "velm-probe", folder.path / "velm-probe");
-       }},
-      {"none", [&] { fs::remove(later / "velm-probe"); }}};
-  for (const auto& [what, change] : changes) {
-    change();
-    expectTheSame(which, " with " + what);
-    EXPECT_EQ(startedBy(which), 0) << what;
-  }
+  const auto putOneBefore = [&] {
+    fs::remove(folder.path / "velm-probe");
+    fs::create_symlink(later / "velm-probe", folder.path / "velm-probe");
+  };
+  expectToFollow({"/usr/bin/which", {"velm-probe"}},
+                 {{"a folder of that name", [] {}},
+                  {"a file", [&] { std::ofstream(later / "velm-probe") << "#!/bin/sh\n"; }},
+                  {"a program", [&] { fs::permissions(later / "velm-probe", fs::perms::all); }},
+                  {"one before it", putOneBefore},
+                  {"none", [&] { fs::remove(later / "velm-probe"); }}});
   ::setenv("PATH", oldPath.c_str(), 1);
 }
 
@@ -279,21 +239,15 @@ int boundSocket() {
 
 TEST_F(RememberingLauncherTest, KnowsListeningSockets) {
   if (!fs::exists("/usr/bin/lsof")) GTEST_SKIP() << "lsof is not installed";
-  const ChildProcess lsof{"/usr/bin/lsof",
-                          {"-nP", "-iTCP", "-sTCP:LISTEN", "-a", "-p", std::to_string(::getpid())}};
   const int first = boundSocket();
   const int second = boundSocket();
-  const std::vector<std::pair<std::string, std::function<void()>>> changes = {
-      {"bound sockets", [] {}},
-      {"one listening", [&] { ::listen(first, 1); }},
-      {"two listening", [&] { ::listen(second, 1); }},
-      {"one closed", [&] { ::close(first); }},
-      {"none", [&] { ::close(second); }}};
-  for (const auto& [what, change] : changes) {
-    change();
-    expectTheSame(lsof, " with " + what);
-    EXPECT_EQ(startedBy(lsof), 0) << what;
-  }
+  expectToFollow(
+      {"/usr/bin/lsof", {"-nP", "-iTCP", "-sTCP:LISTEN", "-a", "-p", std::to_string(::getpid())}},
+      {{"bound sockets", [] {}},
+       {"one listening", [&] { ::listen(first, 1); }},
+       {"two listening", [&] { ::listen(second, 1); }},
+       {"one closed", [&] { ::close(first); }},
+       {"none", [&] { ::close(second); }}});
 }
 
 } // namespace
