@@ -1,5 +1,6 @@
 #include "analysis/AudioAnalysisService.h"
 #include "analysis/SoundLevel.h"
+#include "analysis/WorkingFolder.h"
 #include "base/VelmorError.h"
 #include "tests/fakes/FakePlatform.h"
 
@@ -10,6 +11,7 @@
 
 using namespace velmor;
 using testing::ElementsAre;
+using testing::MatchesRegex;
 
 namespace {
 
@@ -75,7 +77,11 @@ TEST_F(AudioAnalysisTest, RecordsAndMeasures) {
                           ":BlackHole 2ch", "-t", "15", "-ac", "2", "-ar", "44100", "-y",
                           sample.string()));
   EXPECT_EQ(sample.filename(), "sample.wav");
-  EXPECT_TRUE(sample.parent_path().string().starts_with("/tmp/velmor-audio-"));
+  for (int name = 0; name < 40; ++name) {
+    const auto folder = WorkingFolder(system.platform).sample().parent_path();
+    EXPECT_THAT(folder, MatchesRegex("/tmp/velmor-audio-[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-"
+                                     "[89AB][0-9A-F]{3}-[0-9A-F]{12}"));
+  }
   EXPECT_EQ(children.at(1).arguments.at(1), sample.parent_path() / "features.json");
   EXPECT_EQ(children.at(0).timeLimit, std::chrono::seconds{60});
   EXPECT_EQ(children.at(1).timeLimit, std::chrono::seconds{120});

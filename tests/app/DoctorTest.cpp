@@ -92,6 +92,11 @@ TEST_F(DoctorTest, NamesTheRefusalOfRekordboxsWindowAndThatNobodyElseIsAskedThen
   EXPECT_EQ(find(report, "Media session").state, State::ready);
   EXPECT_EQ(find(report, "Display").state, State::absent);
   EXPECT_EQ(find(report, "Sound server").state, State::ready);
+  system.windows.windows = {{5, "A - T | Mixxx"}};
+  EXPECT_EQ(find(examine(), "Mixxx").state, State::absent);
+  system.processes.running = {"mixxx"};
+  system.applications.running.push_back({"", "Mixxx", 5});
+  EXPECT_EQ(find(examine(), "Mixxx").state, State::ready);
   EXPECT_EQ(find(report, "rekordbox").state, State::faulty);
   EXPECT_THAT(find(report, "rekordbox").advice, HasSubstr("accessibility bus"));
   EXPECT_FALSE(report.trackCanBeFound);
@@ -146,6 +151,8 @@ TEST_F(DoctorTest, ListensToTheDeviceAndRepeatsTheToolsOwnWords) {
     system.files.files[program].permissions = 0755;
   const auto silence = std::string("RIFF\0\0\0\0WAVEfmt \x10\0\0\0", 20) + std::string(14, '\0') +
                        std::string("\x10\0data\4\0\0\0\0\0\0\0", 14);
+  // As long as it may be.
+  const std::string words(400 - std::string("[1mtoo quiet").size(), 'x');
   const std::tuple<std::string, int, std::string> cases[] = {
       {silence, 0, "Recording!: :BlackHole 2ch, loudest -100.0 dB, average -100.0 dB: silence"},
       {"RIFF", 0, "Recording!: :BlackHole 2ch gives no sound file that Velmor can read"},
@@ -153,7 +160,7 @@ TEST_F(DoctorTest, ListensToTheDeviceAndRepeatsTheToolsOwnWords) {
   for (const auto& [recorded, exitStatus, expected] : cases) {
     system.record.captureDevices.resize(1);
     system.processes.handler = [&](const ChildProcess& child) -> ChildResult {
-      if (child.executable == "/opt/extractor") return {2, "\x1B[1mtoo\nquiet", ""};
+      if (child.executable == "/opt/extractor") return {2, "\x1B[1mtoo\nquiet" + words, ""};
       system.files.files[child.arguments.back()].bytes = recorded;
       return {exitStatus, "no such device\n", ""};
     };
@@ -161,7 +168,7 @@ TEST_F(DoctorTest, ListensToTheDeviceAndRepeatsTheToolsOwnWords) {
     for (const auto& finding : DoctorTrials::listen(system.platform))
       text +=
           finding.name + (finding.state == State::faulty ? "!: " : ": ") + finding.detail + "\n";
-    const auto measured = "Measurement!: /opt/extractor: exit 2 ([1mtoo quiet)\n";
+    const auto measured = "Measurement!: /opt/extractor: exit 2 ([1mtoo quiet" + words + ")\n";
     EXPECT_EQ(text, expected + "\n" + (exitStatus == 0 ? measured : ""));
   }
   EXPECT_TRUE(std::ranges::none_of(system.files.folders, [](const auto& folder) {

@@ -157,15 +157,17 @@ TEST_F(SuggestionTest, SuggestsFromTheDjsOwnMusicWithoutAKeyOrANetwork) {
     INSERT INTO library VALUES (1, 'ARTIST', 'song', '', 'House', 128, 'Am', 1, 0),
       (2, 'B', 'Far', '', 'House', 100, 'Am', 1, 0), (3, 'C', 'Near', '', 'House', 127, 'Em', 1, 0),
       (4, 'D', 'Fair', '', 'House', 122, 'Em', 1, 0), (5, 'E', 'None', '', 'House', 180, '', 1, 0))");
+  installExtractor([](const ChildProcess&) { return ChildResult{1, "", ""}; });
   EXPECT_EQ(suggest(), "ok");
+  EXPECT_TRUE(std::ranges::none_of(system.processes.started, &ChildProcess::endsWithVelmor));
   EXPECT_EQ(std::tie(result.currentTrack.bpm, result.currentTrack.key), std::tuple(128.0, "8A"))
-      << "the crate knows what the player does not say";
+      << "the crate knows what the player does not say, so nothing is recorded";
   ASSERT_EQ(result.recommendations.size(), 3U);
   EXPECT_EQ(result.recommendations[0].song, "Near");
   EXPECT_EQ(result.recommendations[1].song, "Fair");
   EXPECT_EQ(result.recommendations[0].key, "9A");
   EXPECT_EQ(result.source, "macOS Media Control + Your crate");
-  EXPECT_EQ(state(), (AppState{true, false, "Your crate: 5 tracks"}));
+  EXPECT_EQ(state(), (AppState{true, true, "Your crate: 5 tracks"}));
   mixxx.run("DELETE FROM library WHERE id > 4");
   EXPECT_EQ(state().provider, "Your crate: 4 tracks") << "what changes is read again";
   EXPECT_TRUE(system.http.requests.empty());

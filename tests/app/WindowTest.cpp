@@ -134,6 +134,8 @@ TEST_F(WindowTest, ItsPlaceIsSavedWhenItCloses) {
   system.files.writeFailure = "No space left on device";
   native().close();
   EXPECT_FALSE(native().visible);
+  EXPECT_THAT(system.log.lines, testing::Contains("Velmor: the window's place was not saved: "
+                                                  "No space left on device"));
 }
 
 TEST_F(WindowTest, IsBroughtToTheFrontWhateverStateItIsIn) {

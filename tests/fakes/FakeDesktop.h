@@ -58,13 +58,17 @@ private:
 /// An application whose messages to the user a test reads.
 class FakeApplication : public Application {
 public:
-  bool handOverToRunningInstance() override { return false; }
-  void setDelegate(std::weak_ptr<ApplicationDelegate>) override {}
+  bool handOverToRunningInstance() override { return runsAlready; }
+  void setDelegate(std::weak_ptr<ApplicationDelegate> heard) override {
+    delegate = std::move(heard);
+  }
   void setMainMenu(std::vector<MenuItem> items) override { menu = std::move(items); }
   void activateIgnoringOtherApps() override { ++activations; }
   void showAlert(const std::string& message) override { alerts.push_back(message); }
   void runAlert(const std::string& message) override { alerts.push_back(message); }
 
+  bool runsAlready = false;
+  std::weak_ptr<ApplicationDelegate> delegate;
   std::vector<MenuItem> menu;
   int activations = 0;
   std::vector<std::string> alerts;

@@ -86,6 +86,11 @@ TEST(MixxxDetector, OfSeveralInstancesTakesTheOneInFrontThatShowsATrack) {
   home.windows.windows = rows[0].first;
   EXPECT_EQ(outcome(MixxxDetector::current, home.platform), "Front / C / ")
       << "though the other one can be read better";
+  home.windows.windows = rows[2].first;
+  for (const AccessibilityValue& useless : {AccessibilityValue(true), {std::string("Mixxx")}}) {
+    window->attributes["AXTitle"] = useless;
+    EXPECT_EQ(outcome(MixxxDetector::current, home.platform), "Only / A / ");
+  }
 }
 
 TEST(MixxxDetector, KeepsABoundedPartOfATitle) {

@@ -40,7 +40,11 @@ TEST(RekordboxDetector, JudgesTextsByTheirPlaces) {
       {{"128", {{580, 117}, {40, 14}}}, "Title, Artist, 128, , 0; "},
       {{"128", {{581, 125}, {40, 14}}}, "Title, Artist, , , 0; "},
       {{"128", {{300, 134}, {40, 14}}}, "Title, Artist, , , 0; "},
-      {{"310", {{300, 125}, {40, 14}}}, "Title, Artist, , 310, 0; "},
+      {{"128", {{91, 125}, {40, 14}}}, "Title, Artist, , , 0; "},
+      {{"30", {{300, 125}, {40, 14}}}, "Title, Artist, 30, , 0; "},
+      {{"29.9", {{300, 125}, {40, 14}}}, "Title, Artist, , 29.9, 0; "},
+      {{"300", {{300, 125}, {40, 14}}}, "Title, Artist, 300, , 0; "},
+      {{"300.1", {{300, 125}, {40, 14}}}, "Title, Artist, , 300.1, 0; "},
       {{"1:05:30", {{300, 125}, {40, 14}}}, "Title, Artist, , 1:05:30, 0; "},
   };
   const Rect root{{0, 0}, {1000, 800}};
@@ -48,6 +52,11 @@ TEST(RekordboxDetector, JudgesTextsByTheirPlaces) {
                                   {"Artist", {{100, 125}, {200, 14}}}};
   for (const auto& [text, decks] : rows)
     EXPECT_EQ(decksOf({pair[0], pair[1], text}, root), decks) << text.name;
+  for (const auto& [x, decks] : {std::pair{91, "Title, A, , , 0; "}, {107, "Title, A, 128, , 0; "}})
+    EXPECT_EQ(
+        decksOf({pair[0], {"A", {{70, 125}, {20, 14}}}, {"128", {{1.0 * x, 125}, {40, 14}}}}, root),
+        decks)
+        << x;
   EXPECT_EQ(RekordboxDetector::parseDecks(pair, root).at(0).top, 100) << "decides between decks";
   const std::vector<UIAText> low{{"Title", {{0, 120}, {300, 20}}},
                                  {"Artist", {{0, 145}, {200, 14}}}};
@@ -89,8 +98,9 @@ protected:
 
 TEST_F(RekordboxWindow, MustBeThereAndLargeEnough) {
   const auto texts = RekordboxScreen::texts(strobe, strobe);
-  const auto app = RekordboxScreen::application(texts);
-  EXPECT_EQ(read(app), "Strobe Strobe ");
+  const auto app = RekordboxScreen::application(texts, {{}, {321, 241}});
+  EXPECT_EQ(read(RekordboxScreen::application(texts)), "Strobe Strobe ");
+  EXPECT_NE(read(app), noSession) << "large enough, though no deck is that narrow";
   EXPECT_EQ(app->written.at("AXEnhancedUserInterface"), AccessibilityValue(true));
   for (const Size size : {Size{320, 600}, Size{600, 240}})
     EXPECT_EQ(read(RekordboxScreen::application(texts, {{}, size})), noSession);
@@ -134,6 +144,8 @@ TEST_F(RekordboxWindow, IsWalkedToADepthOf32ParentsFirst) {
     chain[2]->attributes["AXSize"] = nothing;
     EXPECT_TRUE(read(app).starts_with("0 3 4 ")) << "nothing is visible without a size";
   }
+  chain[2]->attributes.erase("AXSize");
+  EXPECT_TRUE(read(app).starts_with("0 3 4 "));
 }
 
 RekordboxDeck deck(const std::string& title, std::int64_t elapsed, double top = 0) {

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 using namespace velmor;
 
 namespace {
@@ -42,6 +44,7 @@ TEST(TsafArchive, ReadsADurationOfFourBytes) {
       {start().shortNumber("duration", 86401), 0},
       {start().number("duration", 1e40), 0}, // valid in neither form
       {start().number("duration", -240), 0},
+      {start().number("duration", std::numeric_limits<double>::infinity()), 0},
       {start().shortNumber("duration", -1.0F), 0},
       {start(), 0},
   };

@@ -72,9 +72,6 @@ TEST(MprisDescriptionTest, IdentifiesPrograms) {
     described.desktopEntry = entry;
     EXPECT_EQ(bundleIdentifier(described), identifier);
   }
-}
-
-TEST(MprisDescriptionTest, PlayersGoByTheirNames) {
   auto named = player("io.elementary.music", Status::Playing, nullptr);
   EXPECT_FALSE(goesByName(named, "Music"));
   EXPECT_FALSE(goesByName(named, "")) << "though it has no identity";
@@ -136,25 +133,17 @@ TEST(MprisPropertiesTest, ReadsOnlyMembersOfTheRightType) {
 }
 
 TEST(MprisPropertiesTest, TakesPlainTextsForArtistsAndKeepsABoundedPartOfEach) {
-  EXPECT_EQ(playerFromProperties(prefix + "x",
-                                 dictionary("{'Metadata': <{'xesam:artist': <'A'>}>}"), nullptr)
-                .artist,
-            "A");
+  const auto read = [](const std::string& properties) {
+    return playerFromProperties(prefix + "x", dictionary(properties.c_str()), nullptr);
+  };
+  const auto plain = read("{'Rate': <inf>, 'Metadata': <{'xesam:artist': <'A'>}>}");
+  EXPECT_EQ(plain.artist, "A");
+  EXPECT_FALSE(nowPlayingInfo(plain).contains(nowPlayingKey::playbackRate)) << "an infinite one";
   const std::string endless(10'000'000, 'x');
-  const auto read =
-      playerFromProperties(prefix + "x",
-                           dictionary(("{'Metadata': <{'xesam:title': <'" + endless +
-                                       "'>, 'xesam:artist': <['" + endless + "', 'B']>}>}")
-                                          .c_str()),
-                           nullptr);
-  EXPECT_EQ(read.title->size(), text::mostCharacters);
-  EXPECT_EQ(read.artist->size(), text::mostCharacters);
-}
-
-TEST(MprisPropertiesTest, AnInfiniteRateIsNone) {
-  const auto endless = dictionary("{'PlaybackStatus': <'Playing'>, 'Rate': <inf>}");
-  const auto info = nowPlayingInfo(playerFromProperties(prefix + "x", endless, nullptr));
-  EXPECT_FALSE(info.contains(nowPlayingKey::playbackRate));
+  const auto bounded = read("{'Metadata': <{'xesam:title': <'" + endless +
+                            "'>, 'xesam:artist': <['" + endless + "', 'B']>}>}");
+  EXPECT_EQ(bounded.title->size(), text::mostCharacters);
+  EXPECT_EQ(bounded.artist->size(), text::mostCharacters);
 }
 
 TEST(PlaybackHistoryTest, OrdersByWhoBeganToPlayLast) {
