@@ -13,7 +13,7 @@ public:
   using Path = std::filesystem::path;
   struct File {
     std::string bytes;
-    unsigned permissions = 0600;
+    unsigned permissions = 0644;
     std::chrono::system_clock::time_point modified{};
   };
 
@@ -28,7 +28,7 @@ public:
   }
   void writeAtomically(const Path& path, std::string_view bytes) override {
     failWith(writeFailure);
-    files[path].bytes = bytes;
+    files[path] = {std::string(bytes), 0600};
   }
   void setPermissions(const Path& path, unsigned permissions) override {
     failWith(permissionFailure);

@@ -232,6 +232,7 @@ TEST_F(RekordboxSession, KeepsTheDeckForOnePollWithoutAMovingClock) {
   EXPECT_EQ(poll("1:07", "3:42"), "Right / A / ");
   EXPECT_EQ(detector.current().bpm, 0) << "again, and its tempo is no number";
   EXPECT_EQ(current(), noSession);
+  EXPECT_EQ(current(), noSession);
   EXPECT_EQ(poll("1:08", "3:42"), "Left / A / ");
   EXPECT_EQ(detector.current().bpm, 128) << "the patience begins anew";
 }

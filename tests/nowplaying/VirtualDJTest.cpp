@@ -127,6 +127,7 @@ TEST_F(VirtualDJSession, IsReadFromTheLastEntryOfTheList) {
       {entryLine + "\nnetsearch://dz715352532\n", noSession},
       {entryLine + "\n/Users/dj/\xFF - Title.mp3\n", noSession},
       {old + path, noSession},
+      {"#EXTINF" + entryLine.substr(7) + "\n" + path, noSession},
       {entryLine, noSession},
   };
   for (const auto& [list, track] : rows) {
@@ -134,8 +135,9 @@ TEST_F(VirtualDJSession, IsReadFromTheLastEntryOfTheList) {
     EXPECT_EQ(outcome(VirtualDJDetector::current, system.platform), track) << list;
   }
   const std::tuple<const char*, const char*, bool> times[] = {
-      {"1782707891", "100", true},  {"1782707891", "60", false}, {"1782707891", "", false},
-      {"1782707999", "240", false}, {"1e300", "1e300", false},   {"soon", "240", false}};
+      {"1782707891", "100", true}, {"1782707891", "60", false}, {"1782707891", "", false},
+      {"1782707991", "1", true},   {"1782707891", "0", false},  {"1782707999", "240", false},
+      {"1e300", "1e300", false},   {"soon", "240", false}};
   for (const auto& [started, length, plays] : times) {
     addList(home / "History/2026-06-29.m3u", std::string("#EXTVDJ:<lastplaytime>") + started +
                                                  "</lastplaytime><songlength>" + length +

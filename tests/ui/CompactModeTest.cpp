@@ -1,5 +1,6 @@
 #include "tests/fakes/FakeDesktop.h"
 #include "tests/fakes/FakeMainLoop.h"
+#include "ui/Reachable.h"
 #include "ui/WindowModeManager.h"
 
 #include <gmock/gmock.h>
@@ -176,6 +177,12 @@ TEST_F(CompactMode, NothingStaysWhereNoScreenShowsIt) {
     loop.advance(Seconds{1});
     EXPECT_EQ(native().frame(), after) << before.minX() << ", " << before.minY();
   }
+  const std::vector<Screen> three{{{}, {{2000, 0}, {800, 600}}},
+                                  {{}, {{0, 2000}, {800, 600}}},
+                                  {{}, {{-3000, -1000}, {800, 600}}}};
+  EXPECT_EQ(reachable({{0, 1200}, {82, 82}}, three), (Rect{{0, 2000}, {82, 82}}));
+  EXPECT_EQ(reachable({{1500, 1000}, {82, 82}}, three), (Rect{{2000, 518}, {82, 82}}));
+  EXPECT_EQ(reachable({{-1000, -900}, {82, 82}}, three), (Rect{{-2282, -900}, {82, 82}}));
   native().place = normal;
   loop.advance(Seconds{0.2});
   minimise();
