@@ -46,20 +46,6 @@ class LifecycleTest(unittest.TestCase):
         process.send_signal(signal.SIGCONT)
         self.desktop.waitForFrame((200, 150, *FULL))
 
-    def testASecondStartRaisesTheAlert(self):
-        desktop = self.desktop = self.enterContext(VelmorDesktop())
-        folder = os.path.join(desktop.home, ".config", "Velmor")
-        os.makedirs(folder)
-        with open(os.path.join(folder, "config.json"), "w", encoding="utf-8") as file:
-            file.write("not JSON")
-        desktop.start([desktop.program], log="velmor.log")
-        alert = waitUntil(desktop.client, "the alert is there")
-        other = desktop.otherWindow()
-        desktop.activate(other)
-        waitUntil(lambda: desktop.active() == other.id, "the other window is active")
-        self.assertEqual(desktop.run([desktop.program]).returncode, 0)
-        waitUntil(lambda: desktop.topmost() == alert.id, "the alert is raised")
-
     def testEveryEndIsQuickAndLeavesNothing(self):
         for how in ("TERM", "INT", "quit", "close", "TERM while compact"):
             with self.subTest(how):
@@ -142,6 +128,7 @@ class LifecycleTest(unittest.TestCase):
         desktop = self.desktop = self.enterContext(VelmorDesktop())
         desktop.environment["VELMOR_LOG_STDERR"] = "1"
         process = desktop.open(200, 150)
+        self.kill(process, "WebKitNetworkPr")
         self.kill(process, "WebKitWebProces")
         waitUntil(lambda: "Velmor: the page was lost: The page's process ended unexpectedly." in
                   desktop.log("velmor"), "the death is logged")
@@ -154,12 +141,6 @@ class LifecycleTest(unittest.TestCase):
         desktop.activate(desktop.alerts()[0])
         desktop.key("Return")
         waitUntil(lambda: not desktop.alerts(), "the alert has been read")
-        self.livesOn(process)
-
-    def testEveryHelperOfThePageMayDie(self):
-        desktop = self.desktop = self.enterContext(VelmorDesktop())
-        process = desktop.open(200, 150)
-        self.kill(process, "WebKitNetworkPr")
         self.livesOn(process)
 
     def kill(self, process, name):

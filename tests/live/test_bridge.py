@@ -8,7 +8,7 @@ import unittest
 
 from model_provider import ModelProvider
 from players import configure, playSong
-from session import Session, builtVelmor
+from session import Session
 
 ODD = "\"quoted\" back\\slash \u2028 </script> \u0001 \t 東京"
 
@@ -41,11 +41,9 @@ class BridgeTest(unittest.TestCase):
                 message("3", "GetSettings"),
                 message("4", "SaveSettings", "x"),
                 '{"id":"5","method":"GetState"}',
-                message("6", "getState"),
                 message("7", "RestoreWindow"),
                 message("8", "ShowAbout"),
                 message("9", "BrowserOpenURL", "--help"),
-                '{"id":18,"method":"Quit"}', "not JSON", "",
                 message("10", "CheckForUpdate"),
                 message("11", "SuggestTracks"),
             ], {**provider.environment, "ESSENTIA_EXTRACTOR": "/bin/false"})
@@ -60,7 +58,6 @@ class BridgeTest(unittest.TestCase):
                 ("Reject", "4", "Invalid arguments"),
                 ("Resolve", "5", {"aiAvailable": True, "essentiaAvailable": True,
                                   "provider": "Tinker recommendations ready"}),
-                ("Reject", "6", "Unknown method getState"),
                 ("Resolve", "7", None),
                 ("Emit", "velmor:show-about", None),
                 ("Resolve", "8", None),
@@ -72,19 +69,6 @@ class BridgeTest(unittest.TestCase):
             path = os.path.join(desktop.home, ".config", "Velmor", "config.json")
             self.assertEqual(stat.S_IMODE(os.stat(path).st_mode), 0o600)
             self.assertEqual(os.listdir(os.path.dirname(path)), ["config.json"])
-
-    def testQuitEndsItAtOnce(self):
-        with Session(display=False, bus=False) as desktop:
-            replies = self.converse(desktop, [message("1", "Quit"), message("2", "GetState")])
-            self.assertEqual(replies[0], ("Resolve", "1", None))
-
-    def testKeepsNothingToItselfWhenItsAnswersAreLost(self):
-        with Session(display=False, bus=False) as desktop:
-            for command in ("bridge", "--help"):
-                ran = desktop.run(["/bin/sh", "-c", f'exec "$0" {command} > /dev/full',
-                                   builtVelmor()], input=message("1", "GetState"))
-                self.assertEqual(ran.returncode, 1, command)
-                self.assertIn("could not be written", ran.stderr)
 
 
 if __name__ == "__main__":
