@@ -49,6 +49,10 @@ class UseTest(unittest.TestCase):
         mpv(desktop, tagged(desktop, "song.flac", title="Song", artist="Band"))
         desktop.waitForTrack(title="Song")
         self.open()
+        # The button is no place to drag the window by.
+        desktop.drag((250, 137), 60, 500)
+        desktop.waitForFrame(FRAME)
+        self.assertEqual(provider.requests, [])
         desktop.key("s")
         waitUntil(lambda: provider.requests, "it asks")
 
