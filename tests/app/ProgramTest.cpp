@@ -72,10 +72,9 @@ protected:
 
 TEST_F(ProgramTest, CarriesOutEachCommandLine) {
   const std::string track = "A – T [macOS media: macOS media session]\n";
-  const std::string json =
-      R"({"album":"","artist":"A","bpm":0,"detection":"macOS media session",)"
-      R"("genre":"","key":"","source":"macOS media","title":"T"})"
-      "\n";
+  const std::string json = R"({"album":"","artist":"A","bpm":0,"detection":"macOS media session",)"
+                           R"("genre":"","key":"","source":"macOS media","title":"T"})"
+                           "\n";
   const std::string ranking =
       "Now playing: A – T\nDetected through macOS media session. macOS Media "
       "Control + Tinker\n\n1. B – Next 0/100\n   \n2. B – Next 0/100\n   "

@@ -1,3 +1,4 @@
+#include "base/Text.h"
 #include "nowplaying/NowPlayingDetector.h"
 #include "nowplaying/NowPlayingError.h"
 #include "nowplaying/RekordboxDetector.h"
@@ -148,12 +149,18 @@ TEST_F(RekordboxWindow, IsWalkedToADepthOf32ParentsFirst) {
   EXPECT_TRUE(read(app).starts_with("0 3 4 "));
 }
 
-RekordboxDeck deck(const std::string& title, std::int64_t elapsed, double top = 0) {
-  RekordboxDeck result;
-  result.title = title;
-  result.elapsed = elapsed;
-  result.top = top;
-  return result;
+/// Decks such as "a:220 b:65:100", each a title, a clock and, if it matters, a place. A title "_"
+/// is blank.
+std::vector<RekordboxDeck> decksFrom(const char* texts) {
+  std::vector<RekordboxDeck> decks;
+  for (const auto text : text::split(texts, ' ')) {
+    const auto parts = text::split(text, ':');
+    auto& deck = decks.emplace_back();
+    if (parts[0] != "_") deck.title = parts[0];
+    deck.elapsed = std::stoll(std::string(parts[1]));
+    if (parts.size() > 2) deck.top = std::stod(std::string(parts[2]));
+  }
+  return decks;
 }
 
 NowPlayingDetector::Elapsed clocks(const std::vector<RekordboxDeck>& decks) {
@@ -164,38 +171,26 @@ NowPlayingDetector::Elapsed clocks(const std::vector<RekordboxDeck>& decks) {
 }
 
 TEST(RekordboxPolls, SelectTheDeckThatPlaysForTheShortestTime) {
-  const struct {
-    const char* name;
-    std::vector<RekordboxDeck> previous;
-    std::vector<RekordboxDeck> decks;
-    std::string chosen;
-  } rows[] = {
-      {"first poll", {}, {deck("a", 220), deck("b", 65)}, "b"},
-      {"first poll, not started", {}, {deck("a", 0), deck("", 9)}, ""},
-      {"both moved", {deck("a", 1), deck("b", 90)}, {deck("a", 200), deck("b", 91)}, "b"},
-      {"one moved", {deck("a", 199), deck("b", 65)}, {deck("A", 200), deck("b", 65)}, "A"},
-      {"moved back", {deck("a", 199), deck("b", 65)}, {deck("a", 3), deck("b", 65)}, "a"},
-      {"a tie", {deck("a", 1), deck("b", 1)}, {deck("a", 2, 300), deck("b", 2, 100)}, "b"},
-      {"a full tie", {deck("a", 1), deck("b", 1)}, {deck("a", 2, 5), deck("b", 2, 5)}, "a"},
-      {"new deck", {deck("a", 1)}, {deck("a", 1), deck("new", 9)}, ""},
-      {"twins, paused, beside one that plays",
-       {deck("a", 5), deck("a", 20), deck("b", 90)},
-       {deck("a", 5), deck("a", 20), deck("b", 91)},
-       "b"},
-      {"twins, one plays", {deck("a", 19), deck("a", 20)}, {deck("a", 20), deck("a", 20)}, "a"},
-      {"a paused track loaded twice",
-       {deck("a", 20), deck("b", 90)},
-       {deck("a", 0), deck("a", 20), deck("b", 91)},
-       "b"},
-      {"a playing track loaded twice", {deck("a", 20)}, {deck("a", 0, 1), deck("A", 21, 2)}, "A"},
-      {"one of two twins replaced",
-       {deck("a", 5), deck("a", 20)},
-       {deck("c", 0), deck("a", 20)},
-       ""},
+  const std::tuple<const char*, const char*, const char*, const char*> rows[] = {
+      // The decks before and now, and the one that is chosen.
+      {"first poll", "", "a:220 b:65", "b"},
+      {"first poll, not started", "", "a:0 _:9", ""},
+      {"both moved", "a:1 b:90", "a:200 b:91", "b"},
+      {"one moved", "a:199 b:65", "A:200 b:65", "A"},
+      {"moved back", "a:199 b:65", "a:3 b:65", "a"},
+      {"a tie", "a:1 b:1", "a:2:300 b:2:100", "b"},
+      {"a full tie", "a:1 b:1", "a:2:5 b:2:5", "a"},
+      {"new deck", "a:1", "a:1 new:9", ""},
+      {"twins, paused, beside one that plays", "a:5 a:20 b:90", "a:5 a:20 b:91", "b"},
+      {"twins, one plays", "a:19 a:20", "a:20 a:20", "a"},
+      {"a paused track loaded twice", "a:20 b:90", "a:0 a:20 b:91", "b"},
+      {"a playing track loaded twice", "a:20", "a:0:1 A:21:2", "A"},
+      {"one of two twins replaced", "a:5 a:20", "c:0 a:20", ""},
   };
-  for (const auto& row : rows) {
-    const auto chosen = NowPlayingDetector::selectRekordboxDeck(row.decks, clocks(row.previous));
-    EXPECT_EQ(chosen ? chosen->title : "", row.chosen) << row.name;
+  for (const auto& [name, previous, decks, expected] : rows) {
+    const auto now = decksFrom(decks);
+    const auto chosen = NowPlayingDetector::selectRekordboxDeck(now, clocks(decksFrom(previous)));
+    EXPECT_EQ(chosen ? chosen->title : "", expected) << name;
   }
 }
 

@@ -136,7 +136,8 @@ TEST(MprisPropertiesTest, TakesPlainTextsForArtistsAndKeepsABoundedPartOfEach) {
   const auto read = [](const std::string& properties) {
     return playerFromProperties(prefix + "x", dictionary(properties.c_str()), nullptr);
   };
-  const auto plain = read("{'Rate': <inf>, 'Metadata': <{'xesam:artist': <'A'>}>}");
+  const auto plain =
+      read("{'PlaybackStatus': <'Playing'>, 'Rate': <inf>, 'Metadata': <{'xesam:artist': <'A'>}>}");
   EXPECT_EQ(plain.artist, "A");
   EXPECT_FALSE(nowPlayingInfo(plain).contains(nowPlayingKey::playbackRate)) << "an infinite one";
   const std::string endless(10'000'000, 'x');
