@@ -132,7 +132,9 @@ TEST_F(ProgramTest, AnswersTheBridgeUntilItsInputHasEndedAndAllIsSaid) {
   play("T");
   host.lines = {R"({"id":"1","method":"SuggestTracks"})", "not JSON",
                 R"({"id":"2","method":"StartCompactDrag"})"};
+  system.files.folders["/tmp/velmor-audio-left"] = 0700;
   EXPECT_EQ(run({"bridge"}), 0);
+  EXPECT_TRUE(system.files.folders.find("/tmp/velmor-audio-left") == system.files.folders.end());
   EXPECT_THAT(out.str(), HasSubstr("window.__velmorResolve(\"2\", null);\n"));
   EXPECT_THAT(out.str(), HasSubstr("window.__velmorResolve(\"1\", {"));
   EXPECT_EQ(system.workspace.terminations, 1);
