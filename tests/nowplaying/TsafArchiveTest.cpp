@@ -70,6 +70,7 @@ TEST(TsafArchive, NeedsTitleArtistDurationAndStart) {
       {"valid title", complete(start("\xFFx"))},
       {"duration", start().number("startTime", 8e8).bytes()},
       {"start", start().number("duration", 200).bytes()},
+      {"positive start", start().number("duration", 200).number("startTime", -1).bytes()},
   };
   for (const auto& [missing, blob] : incomplete)
     EXPECT_FALSE(TsafArchive::parseHistoryItem(blob)) << "without " << missing;
