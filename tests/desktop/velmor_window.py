@@ -38,6 +38,8 @@ CLOSE, MINIMISE = (18, 20), (41, 20)
 BACKGROUND = (200, 4)
 # The page's ground in the theme that it begins with, blue first.
 LIGHT = bytes([0xF8, 0xF5, 0xF5])
+# The ground of other windows, likewise.
+OTHER = bytes([0x99, 0x66, 0x33])
 
 
 class VelmorDesktop(Session):
@@ -179,6 +181,12 @@ class VelmorDesktop(Session):
     def topmost(self):
         return self._property(self.rootWindow, "_NET_CLIENT_LIST_STACKING")[-1]
 
+    def isSeen(self):
+        """Whether it is drawn above the other windows."""
+        left, top = self.onScreen((4, 4))
+        image = self.rootWindow.get_image(left, top, 1, 1, X.ZPixmap, 0xFFFFFFFF)
+        return bytes(image.data[:3]) != OTHER
+
     def active(self):
         return self._property(self.rootWindow, "_NET_ACTIVE_WINDOW")[0]
 
@@ -279,7 +287,7 @@ class VelmorDesktop(Session):
         window managers know."""
         root = self.x.screen()
         window = root.root.create_window(0, 0, 1400, 850, 0, root.root_depth,
-                                         background_pixel=0x336699)
+                                         background_pixel=int.from_bytes(OTHER, "little"))
         window.set_wm_name("other")
         window.set_wm_hints(flags=Xutil.InputHint, input=1)
         if state:

@@ -116,6 +116,33 @@ public:
     return client;
   }
 
+  struct Family {
+    Window parent = 0;
+    /// The lowest first.
+    std::vector<Window> children;
+  };
+
+  [[nodiscard]] Family family(Window window) {
+    const std::unique_ptr<xcb_query_tree_reply_t, FreeReply> answer(
+        xcb_query_tree_reply(connection.get(), xcb_query_tree(connection.get(), window), nullptr));
+    if (!answer) return {};
+    const auto* const first = xcb_query_tree_children(answer.get());
+    return {answer->parent, {first, first + xcb_query_tree_children_length(answer.get())}};
+  }
+
+  [[nodiscard]] Window root() const { return ewmh.screens[screen]->root; }
+
+  /// The frame that the window manager has put around the window, else the window itself.
+  [[nodiscard]] Window outermost(Window window) {
+    constexpr int mostLevels = 16;
+    for (int level = 0; level < mostLevels; ++level) {
+      const auto parent = family(window).parent;
+      if (parent == 0 || parent == root()) break;
+      window = parent;
+    }
+    return window;
+  }
+
 private:
   struct Disconnect {
     void operator()(xcb_connection_t* opened) const { xcb_disconnect(opened); }
@@ -155,6 +182,13 @@ std::vector<WindowProperties::Window> WindowProperties::stack() const {
   if (!server) return {};
   return server->numbers(
       xcb_ewmh_get_client_list_stacking(server->hints(), server->screenNumber()));
+}
+
+bool WindowProperties::isBelow(Window window, Window other) const {
+  if (!server) return false;
+  const auto order = server->family(server->root()).children;
+  const auto fromWindowUp = std::ranges::find(order, server->outermost(window));
+  return std::find(fromWindowUp, order.end(), server->outermost(other)) != order.end();
 }
 
 WindowProperties::Window WindowProperties::active() const {

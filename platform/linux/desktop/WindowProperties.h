@@ -41,6 +41,10 @@ public:
   /// The top-level windows, the lowest first.
   [[nodiscard]] std::vector<Window> stack() const;
 
+  /// Whether the server draws the other window above this one, whatever `stack` says: some window
+  /// managers leave full-screen windows out of their order.
+  [[nodiscard]] bool isBelow(Window window, Window other) const;
+
   /// The window that has the focus; 0 when none has.
   [[nodiscard]] Window active() const;
 

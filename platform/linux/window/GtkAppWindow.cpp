@@ -62,7 +62,7 @@ GtkAppWindow::GtkAppWindow(const Context& surroundings, const Rect& content, uns
           overlay, [this] { close(); }, [this] { miniaturize(); })
     , glass(overlay, [this](void* event) { context.menu.popUp(window.get(), event); })
     , place(context.loop, toplevel(window), GtkScreens::toX(content))
-    , companion(context.loop, context.properties, window.get()) {
+    , companion(context.loop, context.properties, window.get(), [this] { parted(); }) {
   gtk_window_set_decorated(toplevel(window), FALSE);
   gtk_container_add(GTK_CONTAINER(window.get()), GTK_WIDGET(overlay));
   gtk_widget_show(GTK_WIDGET(overlay));
@@ -128,8 +128,9 @@ void GtkAppWindow::setStyleMask(unsigned mask) {
 }
 
 void GtkAppWindow::setLevel(int level) {
+  isAbove = level > windowLevel::normal;
   if (companion.hasOwner()) return;
-  gtk_window_set_keep_above(toplevel(window), level > windowLevel::normal ? TRUE : FALSE);
+  gtk_window_set_keep_above(toplevel(window), isAbove ? TRUE : FALSE);
 }
 
 void GtkAppWindow::setCollectionBehavior(unsigned behavior) {
@@ -252,6 +253,17 @@ void GtkAppWindow::comeBack() {
     present();
     deminiaturize();
   });
+}
+
+/// It may have been put away with the window that it belonged to without a word, and its place
+/// above others may be forgotten.
+void GtkAppWindow::parted() {
+  gtk_window_set_keep_above(toplevel(window), isAbove ? TRUE : FALSE);
+  if (!shown || iconified || isMappedOnServer(surface())) return;
+  // Not minimised by itself, it is not asked back so; but on which workspaces it is makes the
+  // window manager think again about what it shows.
+  gtk_window_unstick(toplevel(window));
+  gtk_window_stick(toplevel(window));
 }
 
 void GtkAppWindow::show() {

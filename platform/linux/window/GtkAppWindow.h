@@ -84,6 +84,7 @@ private:
   void sizeChanged();
   void show();
   void comeBack();
+  void parted();
   void present();
   void stayFindable();
   void setLeftOut(bool leftOut);
@@ -98,6 +99,7 @@ private:
   Size minimum;
   Color background{1, 1, 1, 1};
   bool movable = false;
+  bool isAbove = false;
   std::weak_ptr<WindowDelegate> delegate;
   GtkWindowButtons buttons;
   GtkGlass glass;

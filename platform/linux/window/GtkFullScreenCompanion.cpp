@@ -78,29 +78,38 @@ void GtkFullScreenCompanion::watch(WindowProperties::Window window) {
 }
 
 bool GtkFullScreenCompanion::isCovered() const {
-  const auto stack = properties.stack();
-  const auto own = identifier(gtk_widget_get_window(companion));
-  const auto fromOwnUp = std::ranges::find(stack, own);
-  return std::find(fromOwnUp, stack.end(), identifier(other->window())) != stack.end();
+  return properties.isBelow(identifier(gtk_widget_get_window(companion)),
+                            identifier(other->window()));
 }
 
 void GtkFullScreenCompanion::join() {
+  auto* const surface = gtk_widget_get_window(companion);
   const auto window = gdk_x11_window_get_xid(other->window());
-  gdk_property_change(gtk_widget_get_window(companion), owner(),
-                      gdk_atom_intern_static_string("WINDOW"), 32, GDK_PROP_MODE_REPLACE,
-                      reinterpret_cast<const guchar*>(&window), 1);
+  // Some window managers lift dialogs alone above the window that they belong to, and only once
+  // they are raised.
+  gdk_window_set_type_hint(surface, GDK_WINDOW_TYPE_HINT_DIALOG);
+  gdk_property_change(surface, owner(), gdk_atom_intern_static_string("WINDOW"), 32,
+                      GDK_PROP_MODE_REPLACE, reinterpret_cast<const guchar*>(&window), 1);
+  gdk_window_raise(surface);
   hasJoined = true;
 }
 
 void GtkFullScreenCompanion::partFromOther() {
   if (!hasJoined) return;
   leave();
-  parting = loop.callLater(MainLoop::Lane::Display, longestParting, [this] { parting.reset(); });
+  parting = loop.callLater(MainLoop::Lane::Display, longestParting, [this] {
+    parting.reset();
+    onParted();
+  });
 }
 
 void GtkFullScreenCompanion::leave() {
   if (!std::exchange(hasJoined, false)) return;
-  if (auto* const surface = gtk_widget_get_window(companion)) gdk_property_delete(surface, owner());
+  auto* const surface = gtk_widget_get_window(companion);
+  if (!surface) return;
+  gdk_window_set_type_hint(surface, GDK_WINDOW_TYPE_HINT_NORMAL);
+  gdk_property_delete(surface, owner());
+  onParted();
 }
 
 bool GtkFullScreenCompanion::wentAlong() {

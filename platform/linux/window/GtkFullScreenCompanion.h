@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <optional>
+#include <utility>
 
 struct _GtkWidget;
 
@@ -18,9 +19,14 @@ namespace velmor {
 /// focus, and nothing is to be asked for it meanwhile. Main thread.
 class GtkFullScreenCompanion {
 public:
+  /// `whenParted` is called when the companion has left a window, and again a moment later: some
+  /// window managers forget then what it had asked for.
   GtkFullScreenCompanion(MainLoop& mainLoop, const WindowProperties& windowProperties,
-                         _GtkWidget* widget)
-      : loop(mainLoop), properties(windowProperties), companion(widget) {}
+                         _GtkWidget* widget, MainLoop::Work whenParted)
+      : loop(mainLoop)
+      , properties(windowProperties)
+      , companion(widget)
+      , onParted(std::move(whenParted)) {}
   GtkFullScreenCompanion(const GtkFullScreenCompanion&) = delete;
   GtkFullScreenCompanion& operator=(const GtkFullScreenCompanion&) = delete;
   ~GtkFullScreenCompanion();
@@ -47,6 +53,7 @@ private:
   MainLoop& loop;
   const WindowProperties& properties;
   _GtkWidget* companion;
+  MainLoop::Work onParted;
   /// Set while it is enabled.
   std::optional<GtkPropertyWatch> desktop;
   /// The window that had the focus last, when it is not the companion.
