@@ -97,10 +97,7 @@ void GtkFullScreenCompanion::join() {
 void GtkFullScreenCompanion::partFromOther() {
   if (!hasJoined) return;
   leave();
-  parting = loop.callLater(MainLoop::Lane::Display, longestParting, [this] {
-    parting.reset();
-    onParted();
-  });
+  parting = loop.callLater(MainLoop::Lane::Display, longestParting, [this] { parting.reset(); });
 }
 
 void GtkFullScreenCompanion::leave() {
@@ -110,6 +107,10 @@ void GtkFullScreenCompanion::leave() {
   gdk_window_set_type_hint(surface, GDK_WINDOW_TYPE_HINT_NORMAL);
   gdk_property_delete(surface, owner());
   onParted();
+  settling = loop.callLater(MainLoop::Lane::Display, longestParting, [this] {
+    settling.reset();
+    onParted();
+  });
 }
 
 bool GtkFullScreenCompanion::wentAlong() {

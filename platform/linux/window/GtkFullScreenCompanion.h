@@ -62,6 +62,8 @@ private:
   std::unique_ptr<Timer> pending;
   /// Runs for a moment after the other window has lost the focus: it may just be minimised.
   std::unique_ptr<Timer> parting;
+  /// Runs for a moment after the companion has left, whoever has the focus then.
+  std::unique_ptr<Timer> settling;
 };
 
 } // namespace velmor
