@@ -13,20 +13,23 @@ namespace velmor {
 
 namespace {
 
+bool isFolder(const std::filesystem::path& path) {
+  std::error_code unreadable;
+  return std::filesystem::is_directory(path, unreadable);
+}
+
 CratePlaces placesOfMusic(const Platform& platform) {
   const auto& environment = platform.environment;
   CratePlaces places{.mixxxLibraries = MixxxLibrary::libraryDatabasePaths(platform),
                      .tagCache = environment.cacheDirectory() / "Velmor" / "tags.sqlite"};
   if (const auto named = environment.variable("VELMOR_CRATE")) {
-    for (const auto place : text::split(*named, ':'))
-      places.musicFolders.emplace_back(place);
-  } else if (const auto music = environment.musicDirectory()) {
+    for (const std::filesystem::path place : text::split(*named, ':')) {
+      // What is not there is told by the reading.
+      (isFolder(place) ? places.musicFolders : places.collections).push_back(place);
+    }
+  } else if (const auto music = environment.musicDirectory(); music && isFolder(*music)) {
     places.musicFolders.push_back(*music);
   }
-  std::erase_if(places.musicFolders, [](const auto& folder) {
-    std::error_code unreadable;
-    return !std::filesystem::is_directory(folder, unreadable);
-  });
   return places;
 }
 
@@ -41,10 +44,12 @@ AppController::AppController(const Platform& thePlatform, std::shared_ptr<Config
     , updateService(std::make_shared<UpdateService>(platform, "macos", buildInfo.version()))
     , aiClient(platform, ProviderEndpoint::of(platform, ModelProvider::Tinker),
                ProviderEndpoint::of(platform, ModelProvider::OpenAI))
-    , crate(platform.mainLoop, [system = platform] { return placesOfMusic(system); })
+    , crate(platform, [system = platform] { return placesOfMusic(system); })
+    , cratePreferences(platform)
     , nowPlaying(std::make_shared<NowPlayingDetector>(platform))
     , tasks(platform.mainLoop) {
   WorkingFolder::removeAbandoned(platform);
+  crate.whenChanged([this] { crateChanged(); });
   if (desktop) {
     windowMode = std::make_shared<WindowModeManager>(platform.mainLoop, desktop->windows);
   }

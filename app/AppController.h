@@ -5,6 +5,7 @@
 #include "base/Json.h"
 #include "crate/Crate.h"
 #include "model/ConfigStore.h"
+#include "model/CratePreferences.h"
 #include "nowplaying/NowPlayingDetector.h"
 #include "platform/Desktop.h"
 #include "platform/Platform.h"
@@ -58,9 +59,17 @@ public:
   [[nodiscard]] Task<VisionResult> suggestFromCrate();
   /// Suggestions from the crate after the track that is named as "Artist - Title". Throws
   /// VelmorError when the crate has no such track.
-  [[nodiscard]] Task<VisionResult> suggestAfter(std::string name);
+  [[nodiscard]] Task<VisionResult> suggestAfterNamed(std::string name);
+  [[nodiscard]] Task<VisionResult> suggestAfter(SongName song) override;
+  [[nodiscard]] Task<std::vector<std::optional<CrateEntry>>>
+  lookUpInCrate(std::vector<SongName> songs) override;
+  [[nodiscard]] CrateState crateState() override;
+  [[nodiscard]] Task<void> showInFileManager(std::string uri) override;
+  void setCrateKeys(bool count) override;
   /// All music that was found. Never null.
   [[nodiscard]] Task<Crate::Contents> crateContents() { return crate.contents(); }
+  /// Calls `work` when a reading of the music begins, goes on or has ended.
+  void whenCrateChanges(MainLoop::Work work) { crateListener = std::move(work); }
 
   [[nodiscard]] Task<AppState> getState() override;
 
@@ -111,6 +120,9 @@ private:
   [[nodiscard]] Task<Crate::Contents> knownMusic();
   [[nodiscard]] Task<Analysis> askCrate(TrackMetadata current, Crate::Contents music,
                                         AppConfig config);
+  [[nodiscard]] Task<VisionResult> suggestAfterTrack(const CrateTrack* track,
+                                                     Crate::Contents music);
+  void crateChanged();
   /// The track as the page and the model see it.
   [[nodiscard]] static TrackMetadata metadata(const NowPlayingTrack& track);
 
@@ -157,6 +169,8 @@ private:
   const std::shared_ptr<const UpdateService> updateService;
   AIClient aiClient;
   Crate crate;
+  CratePreferences cratePreferences;
+  MainLoop::Work crateListener;
   /// Shared with a look under way, which may end after the controller.
   const std::shared_ptr<NowPlayingDetector> nowPlaying;
   /// Null without a desktop.

@@ -3,7 +3,7 @@
 #include "base/Number.h"
 #include "base/Text.h"
 #include "base/VelmorError.h"
-#include "crate/CrateAnswer.h"
+#include "crate/ranking/CrateAnswer.h"
 #include "model/CamelotKey.h"
 #include "model/ModelProvider.h"
 #include "nowplaying/NowPlayingError.h"

@@ -13,14 +13,6 @@ namespace {
 /// More would only push what matters off the screen; the JSON form has all.
 constexpr std::size_t mostSkipped = 20;
 
-auto withoutTempo(const CrateContents& crate) {
-  return std::ranges::count_if(crate.tracks, [](const auto& track) { return track.bpm <= 0; });
-}
-
-auto withoutKey(const CrateContents& crate) {
-  return std::ranges::count_if(crate.tracks, [](const auto& track) { return !track.key; });
-}
-
 } // namespace
 
 std::string CrateText::readable(const CrateContents& crate) {
@@ -30,8 +22,8 @@ std::string CrateText::readable(const CrateContents& crate) {
              text::printable(source.place) + ")\n";
   }
   if (!crate.tracks.empty()) {
-    lines += "Without tempo: " + std::to_string(withoutTempo(crate)) + "\n";
-    lines += "Without key: " + std::to_string(withoutKey(crate)) + "\n";
+    lines += "Without tempo: " + std::to_string(crate.withoutTempo()) + "\n";
+    lines += "Without key: " + std::to_string(crate.withoutKey()) + "\n";
   }
   if (!crate.skipped.empty()) lines += "Skipped: " + std::to_string(crate.skipped.size()) + "\n";
   for (std::size_t index = 0; index < std::min(crate.skipped.size(), mostSkipped); ++index) {
@@ -51,8 +43,8 @@ std::string CrateText::json(const CrateContents& crate) {
   for (const auto& skip : crate.skipped)
     skipped.push_back({{"file", skip.file}, {"reason", skip.reason}});
   return jsonEncoder().encode(nlohmann::json{{"tracks", crate.tracks.size()},
-                                             {"withoutTempo", withoutTempo(crate)},
-                                             {"withoutKey", withoutKey(crate)},
+                                             {"withoutTempo", crate.withoutTempo()},
+                                             {"withoutKey", crate.withoutKey()},
                                              {"sources", sources},
                                              {"skipped", skipped}}) +
          "\n";

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "crate/CrateContents.h"
+#include "crate/tracks/CrateContents.h"
 
 #include <string>
 

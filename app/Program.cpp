@@ -206,7 +206,7 @@ Task<void> Program::suggestFromCrate(AppController& controller, bool json) {
 }
 
 Task<void> Program::after(AppController& controller, bool json) {
-  const auto result = co_await controller.suggestAfter(trackName);
+  const auto result = co_await controller.suggestAfterNamed(trackName);
   out << (json ? jsonEncoder().encode(result) + "\n" : TrackText::readable(result, "After"))
       << std::flush;
 }

@@ -37,12 +37,13 @@ LinuxHost::LinuxHost()
     , http(quit.get_token())
     , record(linuxRecord(processes, players))
     // How our window is drawn is nothing to a browser.
-    , workspace(mainLoop, quit, deadline, log, {WebKitProfile::processorVariable})
+    , workspace(mainLoop, environment, quit, deadline, log, {WebKitProfile::processorVariable})
     , input(mainLoop)
     , parts{.mainLoop = mainLoop,
             .clock = clock,
             .environment = environment,
             .files = files,
+            .fileWatcher = fileWatcher,
             .bundle = bundle,
             .log = log,
             .processes = processes,

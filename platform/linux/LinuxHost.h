@@ -10,6 +10,7 @@
 #include "platform/linux/desktop/GioWorkspace.h"
 #include "platform/linux/http/CurlHttpClient.h"
 #include "platform/linux/loop/GlibMainLoop.h"
+#include "platform/linux/loop/InotifyWatcher.h"
 #include "platform/linux/loop/ProgramEnd.h"
 #include "platform/linux/loop/StandardInputLines.h"
 #include "platform/linux/media/MprisBus.h"
@@ -54,6 +55,7 @@ private:
   std::stop_source quit;
   SystemClock clock;
   PosixFileManager files;
+  InotifyWatcher fileWatcher;
   FolderBundle bundle;
   Syslog log;
   PosixProcessLauncher launcher;

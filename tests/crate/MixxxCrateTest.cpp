@@ -1,4 +1,4 @@
-#include "crate/MixxxCrate.h"
+#include "crate/sources/MixxxCrate.h"
 
 #include "tests/crate/CrateBuilder.h"
 #include "tests/support/DatabaseFile.h"

@@ -1,6 +1,6 @@
-#include "crate/CrateAnswer.h"
-#include "crate/CrateRanking.h"
-#include "crate/CrateReasons.h"
+#include "crate/ranking/CrateAnswer.h"
+#include "crate/ranking/CrateRanking.h"
+#include "crate/ranking/CrateReasons.h"
 #include "tests/crate/CrateBuilder.h"
 
 #include <gtest/gtest.h>
