@@ -16,8 +16,10 @@ constexpr CrateTime day = 24 * hour;
 /// A track that was played less long ago was played tonight.
 constexpr CrateTime tonight = 10 * hour;
 constexpr CrateTime justNow = 2 * hour;
+/// A longer list, such as "all of my music", says nothing of what goes together.
+constexpr std::size_t longestList = 300;
 
-// The most points for each part; together 100, and with known energies 108, scaled to 100.
+// The most points for each part, scaled to 100 together.
 constexpr double tempoPoints = 35;
 constexpr double genrePoints = 25;
 constexpr double keyPoints = 20;
@@ -25,6 +27,7 @@ constexpr double eraPoints = 8;
 constexpr double freshPoints = 8;
 constexpr double ratingPoints = 4;
 constexpr double energyPoints = 8;
+constexpr double listPoints = 6;
 
 // The share of its points that a track gets for what nobody knows of it: neither good nor bad.
 constexpr double unknownTempo = 0.35;
@@ -104,6 +107,13 @@ double freshShare(CrateTime lastPlayed, CrateTime now) {
 CrateJudge::CrateJudge(const CrateContents& contents, const CrateWish& theWish)
     : wish(theWish), genres(theWish.current.genre) {
   artistsJustPlayed.insert(wish.current.artistIdentity);
+  for (const auto& list : contents.lists) {
+    const bool isIn = list.tracks.size() <= longestList &&
+                      std::ranges::find(list.tracks, wish.current.identity) != list.tracks.end();
+    if (!isIn) continue;
+    for (const auto track : list.tracks)
+      companions.emplace(track, &list);
+  }
   for (const auto& night : contents.nights) {
     for (std::size_t index = 0; index < night.size(); ++index) {
       const auto& play = night[index];
@@ -145,6 +155,11 @@ CratePoints CrateJudge::points(const CrateTrack& track) {
   }
   if (current.year > 0) {
     add(eraPoints, track.year > 0 ? eraShare(current.year, track.year) : unknownEra);
+  }
+  if (!companions.empty()) {
+    const auto companion = companions.find(track.identity);
+    if (companion != companions.end()) result.list = companion->second;
+    add(listPoints, result.list ? 1 : 0);
   }
   const bool isArtistAgain = artistsJustPlayed.contains(track.artistIdentity);
   add(freshPoints, isArtistAgain ? 0 : freshShare(track.lastPlayed, wish.now));

@@ -41,6 +41,8 @@ struct CratePoints {
   std::optional<TempoFit> tempo;
   /// 0 to 1; nothing when one of the two genres is unknown.
   std::optional<double> genre;
+  /// A crate or playlist that has both tracks; null when there is none.
+  const CrateList* list = nullptr;
   /// When the DJ last played it right after the playing track; 0 for never.
   CrateTime followed = 0;
 };
@@ -58,6 +60,8 @@ private:
   GenreLikeness genres;
   /// What was played right after the current track, and when last.
   std::unordered_map<std::uint64_t, CrateTime> followers;
+  /// Tracks that stand in a crate or playlist together with the current one.
+  std::unordered_map<std::uint64_t, const CrateList*> companions;
   /// The current artist and those of the last hours.
   std::unordered_set<std::uint64_t> artistsJustPlayed;
 };

@@ -101,6 +101,7 @@ std::string reasonFor(const CrateSuggestion& suggestion, const CrateWish& wish) 
     add("energy " + std::to_string(wish.current.energy) + " → " + std::to_string(track.energy));
   }
   add(genreFact(suggestion, wish));
+  if (suggestion.points.list) add("in “" + suggestion.points.list->name + "” like this one");
   add(playedFact(suggestion, wish.now));
   if (track.rating >= 4) add(std::to_string(track.rating) + " stars");
   if (facts.empty()) add("nothing is known of it but its name");

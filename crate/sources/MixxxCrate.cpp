@@ -13,6 +13,8 @@ namespace {
 
 /// Mixxx locks its library for moments while it scans.
 constexpr std::chrono::milliseconds patience{3000};
+/// The largest libraries are read in a small part of this.
+constexpr std::chrono::seconds longestRead{60};
 
 struct TrackRow {
   std::int64_t id = 0;
@@ -30,9 +32,16 @@ struct PlayRow {
   std::string when;
 };
 
+struct ListRow {
+  std::string name;
+  std::int64_t track = 0;
+};
+
 struct Rows {
   std::vector<TrackRow> tracks;
   std::vector<PlayRow> plays;
+  /// Those of one list side by side.
+  std::vector<ListRow> lists;
 };
 
 /// Older and newer versions of Mixxx lack some columns.
@@ -78,9 +87,31 @@ std::vector<PlayRow> readPlays(const Database& database) {
   return result;
 }
 
+/// The user's crates and playlists.
+std::vector<ListRow> readLists(const Database& database) {
+  constexpr auto playlists = "SELECT p.name, pt.track_id FROM PlaylistTracks pt\n"
+                             "JOIN Playlists p ON pt.playlist_id = p.id\n"
+                             "WHERE p.hidden = 0 ORDER BY p.id";
+  constexpr auto crates = "SELECT c.name, ct.track_id FROM crate_tracks ct\n"
+                          "JOIN crates c ON ct.crate_id = c.id ORDER BY c.id";
+  std::vector<ListRow> result;
+  for (const auto* const statement : {playlists, crates}) {
+    try {
+      auto rows = database.query(statement);
+      while (rows.next())
+        result.push_back({rows.text(0), rows.integer(1)});
+    } catch (const DatabaseError&) {
+      // A version without them; the tracks are worth more.
+    }
+  }
+  return result;
+}
+
 Rows readRows(const std::filesystem::path& path) {
-  const auto database = Database::forReading(path, patience);
-  return {readTracks(database), readPlays(database)};
+  const auto database = Database::forReading(path, {patience, longestRead});
+  Rows rows{readTracks(database), readPlays(database), readLists(database)};
+  database.confirm();
+  return rows;
 }
 
 std::optional<MusicalKey> keyOf(const TrackRow& row) {
@@ -121,6 +152,13 @@ CrateSource MixxxCrate::read(const std::filesystem::path& path) {
     if (source.nights.empty() || night != play.night) source.nights.emplace_back();
     night = play.night;
     source.nights.back().push_back({known->second, CrateDates::universalTime(play.when)});
+  }
+  for (const auto& [name, track] : rows.lists) {
+    const auto known = identities.find(track);
+    if (known == identities.end()) continue;
+    if (source.lists.empty() || source.lists.back().name != name)
+      source.lists.push_back({name, {}});
+    source.lists.back().tracks.push_back(known->second);
   }
   return source;
 }

@@ -4,6 +4,8 @@
 #include "platform/linux/media/MprisScripts.h"
 #include "platform/linux/page/WebKitProfile.h"
 
+#include <unistd.h>
+
 #include <cstdlib>
 
 namespace velmor {
@@ -58,6 +60,10 @@ LinuxHost::LinuxHost()
 LinuxHost::~LinuxHost() {
   // Threads that still wait for something would keep the main loop from being destroyed.
   quit.request_stop();
+}
+
+bool LinuxHost::isErrorTerminal() const {
+  return isatty(STDERR_FILENO) == 1;
 }
 
 std::optional<Desktop> LinuxHost::openDesktop() {

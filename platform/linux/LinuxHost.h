@@ -42,6 +42,7 @@ public:
   [[nodiscard]] const Platform& platform() const override { return parts; }
   [[nodiscard]] LineInput& standardInput() override { return input; }
   [[nodiscard]] SystemStatus& systemStatus() override { return status; }
+  [[nodiscard]] bool isErrorTerminal() const override;
   [[nodiscard]] std::optional<Desktop> openDesktop() override;
   void run() override;
   void onTerminationRequest(MainLoop::Work work) override;

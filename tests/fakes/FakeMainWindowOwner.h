@@ -53,8 +53,7 @@ public:
     co_return VisionResult{.notice = "Detected through rekordbox deck metadata."};
   }
   CrateState crateState() override { return {.tracks = 2, .status = "Your crate: 2 tracks"}; }
-  Task<std::vector<std::optional<CrateEntry>>>
-  lookUpInCrate(std::vector<SongName> songs) override {
+  Task<std::vector<std::optional<CrateEntry>>> lookUpInCrate(std::vector<SongName> songs) override {
     std::vector<std::optional<CrateEntry>> entries(songs.size());
     if (!songs.empty()) entries.front() = CrateEntry{songs.front().song, songs.front().artist};
     co_return entries;

@@ -35,9 +35,9 @@ struct FakePlatform {
       .captureDevices = {":BlackHole 2ch", ":BlackHole", ":Soundflower"},
   };
 
-  Platform platform{loop,        loop,   environment, files,     fileWatcher,
-                    bundle,      log,    processes,   http,      applications,
-                    mediaRemote, accessibility, windows, workspace, record};
+  Platform platform{loop,        loop,          environment, files,     fileWatcher,
+                    bundle,      log,           processes,   http,      applications,
+                    mediaRemote, accessibility, windows,     workspace, record};
 };
 
 } // namespace velmor

@@ -59,6 +59,7 @@ TEST_F(WebBridgeTest, RunsEachCommandAndAnswersIt) {
       {"CheckForUpdate", UpdateInfo{.current = "1.0.0", .offline = true}, {}},
       {"SuggestTracks", VisionResult{.notice = "Detected through rekordbox deck metadata."}, {}},
       {"StartAutoDetection", nullptr, {}},
+      {"GetCrate", app->crateState(), {}},
       {"RestoreWindow", nullptr, {"restoreWindow", "bringToFront"}},
       {"StartCompactDrag", nullptr, {}},
       {"EndCompactDrag", nullptr, {}},
@@ -75,6 +76,28 @@ TEST_F(WebBridgeTest, RunsEachCommandAndAnswersIt) {
   app->config.autoSuggestTracks = true;
   EXPECT_EQ(call("StartAutoDetection"), resolved());
   EXPECT_THAT(app->calls, ElementsAre("minimize", "startNowPlayingWatcher"));
+}
+
+TEST_F(WebBridgeTest, AsksTheCrate) {
+  const Json one = {{"song", "S"}, {"artist", "A"}};
+  EXPECT_EQ(call("LookUpInCrate", {Json::array({one, one})}),
+            resolved(Json::array({CrateEntry{"S", "A"}, nullptr})));
+  EXPECT_EQ(call("LookUpInCrate", {Json::array()}), resolved(Json::array()));
+  EXPECT_EQ(call("SuggestAfter", {one}), resolved(VisionResult{.notice = "After A - S"}));
+  EXPECT_EQ(call("ShowInFileManager", {"file:///m"}), resolved());
+  EXPECT_EQ(call("SetCrateKeys", {false}), resolved());
+  EXPECT_THAT(app->calls, ElementsAre("showInFileManager file:///m", "no keys"));
+  const std::pair<const char*, Json> wrong[] = {{"LookUpInCrate", Json::array()},
+                                                {"LookUpInCrate", {one}},
+                                                {"LookUpInCrate", {Json::array({"S"})}},
+                                                {"LookUpInCrate", {Json::array({{{"song", "S"}}})}},
+                                                {"SuggestAfter", Json::array()},
+                                                {"SuggestAfter", {"A - S"}},
+                                                {"SuggestAfter", {{{"song", 1}, {"artist", "A"}}}},
+                                                {"ShowInFileManager", {7}},
+                                                {"SetCrateKeys", {"false"}}};
+  for (const auto& [method, args] : wrong)
+    EXPECT_EQ(call(method, args), rejected("Invalid arguments")) << method << args;
 }
 
 TEST_F(WebBridgeTest, ChecksArguments) {

@@ -1,4 +1,4 @@
-#include "app/CrateText.h"
+#include "app/crate/CrateText.h"
 
 #include "app/TrackText.h"
 #include "base/Json.h"
