@@ -64,6 +64,8 @@ public:
   [[nodiscard]] Task<std::vector<std::optional<CrateEntry>>>
   lookUpInCrate(std::vector<SongName> songs) override;
   [[nodiscard]] CrateState crateState() override;
+  /// The same, and begins nothing.
+  [[nodiscard]] CrateState knownOfCrate() const;
   [[nodiscard]] Task<void> showInFileManager(std::string uri) override;
   void setCrateKeys(bool count) override;
   /// All music that was found. Never null.

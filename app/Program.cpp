@@ -162,7 +162,7 @@ int Program::runCommand(Command command, bool json) {
 
 void Program::showReading(AppController& controller) {
   controller.whenCrateChanges([&controller, this] {
-    const auto state = controller.crateState();
+    const auto state = controller.knownOfCrate();
     constexpr auto clearLine = "\r\033[K";
     err << clearLine;
     if (state.reading) {

@@ -155,7 +155,7 @@ private:
 };
 
 Database::Database(sqlite3* opened)
-    : watch(nullptr, [](Watch* watch) { delete watch; }) // NOLINT: a smart pointer's own
+    : watch(nullptr, [](Watch* kept) { delete kept; }) // NOLINT: a smart pointer's own
     , handle(opened, &sqlite3_close) {}
 
 Database Database::open(const std::string& name, int flags, std::chrono::milliseconds patience) {

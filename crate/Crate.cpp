@@ -49,15 +49,18 @@ Crate::~Crate() {
 }
 
 Task<Crate::Contents> Crate::contents() {
-  if (known()->tracks.empty()) start();
-  while (isReading() && (!isRead() || last.contents->tracks.empty()))
+  look();
+  while (isReading() && known()->tracks.empty())
     co_await ended;
   co_return known();
 }
 
-Crate::Contents Crate::known() {
+void Crate::look() {
+  if (known()->tracks.empty()) start();
+}
+
+Crate::Contents Crate::known() const {
   static const auto nothing = std::make_shared<const CrateContents>();
-  if (!isRead()) start();
   return isRead() ? last.contents : nothing;
 }
 

@@ -28,9 +28,11 @@ public:
   /// looked for anew.
   [[nodiscard]] Task<Contents> contents();
 
-  /// What is known now, or nothing when the first reading has not ended; it is begun if need be.
-  /// Never null.
-  [[nodiscard]] Contents known();
+  /// Begins to read unless music is known, or is being read already.
+  void look();
+
+  /// What is known now; nothing before the first reading has ended. Never null.
+  [[nodiscard]] Contents known() const;
 
   [[nodiscard]] bool isReading() const { return progress != nullptr; }
   [[nodiscard]] bool isRead() const { return last.contents != nullptr; }

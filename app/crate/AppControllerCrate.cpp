@@ -70,6 +70,11 @@ AppController::lookUpInCrate(std::vector<SongName> songs) {
 }
 
 CrateState AppController::crateState() {
+  crate.look();
+  return knownOfCrate();
+}
+
+CrateState AppController::knownOfCrate() const {
   const auto music = crate.known();
   const auto count = [](std::size_t number) { return static_cast<std::int64_t>(number); };
   CrateState state{.tracks = count(music->tracks.size()),
@@ -102,7 +107,7 @@ void AppController::setCrateKeys(bool count) {
 
 void AppController::crateChanged() {
   if (crateListener) crateListener();
-  emit(event::crateChanged, crateState());
+  emit(event::crateChanged, knownOfCrate());
 }
 
 Task<Crate::Contents> AppController::knownMusic() {

@@ -29,6 +29,30 @@ bool isBetter(const CrateSuggestion& one, const CrateSuggestion& other) {
   return rest(one) < rest(other);
 }
 
+/// All tracks with their points. They are put in order as far as somebody looks: of a large crate
+/// hardly anything is wanted.
+class Ranked {
+public:
+  explicit Ranked(std::vector<CrateSuggestion> given) : all(std::move(given)) {}
+
+  [[nodiscard]] std::size_t size() const { return all.size(); }
+
+  /// The one at this place; the best is at 0.
+  [[nodiscard]] const CrateSuggestion& at(std::size_t place) {
+    while (place >= sorted) {
+      const auto begin = all.begin() + static_cast<std::ptrdiff_t>(sorted);
+      sorted = std::min(all.size(), std::max<std::size_t>(64, 8 * sorted));
+      std::partial_sort(begin, all.begin() + static_cast<std::ptrdiff_t>(sorted), all.end(),
+                        isBetter);
+    }
+    return all[place];
+  }
+
+private:
+  std::vector<CrateSuggestion> all;
+  std::size_t sorted = 0;
+};
+
 std::vector<CrateSuggestion> judged(const CrateContents& contents, const CrateWish& wish) {
   CrateJudge judge(contents, wish);
   std::vector<CrateSuggestion> all;
@@ -39,7 +63,6 @@ std::vector<CrateSuggestion> judged(const CrateContents& contents, const CrateWi
     const auto& tempo = suggestion.points.tempo;
     suggestion.isOutOfTolerance = tempo && !tempo->isInTolerance;
   }
-  std::ranges::sort(all, isBetter);
   return all;
 }
 
@@ -49,9 +72,9 @@ public:
   explicit Choice(std::size_t count) : wanted(count) {}
 
   /// Adds those of the ranked ones that may be added, in their order, until there are enough.
-  void fill(const std::vector<CrateSuggestion>& ranked, bool anyTempo, std::size_t ofOneArtist) {
-    for (const auto& suggestion : ranked) {
-      if (chosen.size() == wanted) return;
+  void fill(Ranked& ranked, bool anyTempo, std::size_t ofOneArtist) {
+    for (std::size_t place = 0; place < ranked.size() && chosen.size() < wanted; ++place) {
+      const auto& suggestion = ranked.at(place);
       const auto& track = *suggestion.track;
       if (suggestion.isOutOfTolerance && !anyTempo) continue;
       if (songs.contains(track.song)) continue;
@@ -75,7 +98,7 @@ private:
 } // namespace
 
 std::vector<CrateSuggestion> rankCrate(const CrateContents& contents, const CrateWish& wish) {
-  const auto ranked = judged(contents, wish);
+  Ranked ranked(judged(contents, wish));
   Choice choice(wish.count);
   choice.fill(ranked, false, 1);
   choice.fill(ranked, false, mostOfArtist);

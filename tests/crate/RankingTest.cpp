@@ -116,6 +116,25 @@ TEST(CrateRanking, KeepsItsLimitsAndSaysWhatItGaveUp) {
             "half, near");
 }
 
+TEST(CrateRanking, HeedsTheDjsListsAndWhetherKeysCount) {
+  const auto near = track("A", "near", 128, "9A", "House");
+  const auto mate = track("B", "mate", 128, "9A", "House");
+  const auto clash = track("C", "clash", 128, "2B", "House");
+  const auto made = source({.name = "Test",
+                            .tracks = {current, near, mate, clash},
+                            .lists = {{"Warm-up", {current.identity, mate.identity}},
+                                      {"Others", {near.identity, clash.identity}}}});
+  const auto crate = CrateContents::joined({made});
+  EXPECT_EQ(order(crate, wish()), "mate, near, clash");
+  EXPECT_NE(reasonFor(rankCrate(crate, wish()).at(0), wish()).find("in “Warm-up” like this one"),
+            std::string::npos);
+  auto withoutKeys = wish();
+  withoutKeys.keys = false;
+  const auto ranked = rankCrate(crate, withoutKeys);
+  EXPECT_EQ(ranked.at(1).points.total, ranked.at(2).points.total);
+  EXPECT_EQ(reasonFor(ranked.at(1), withoutKeys), "Same tempo, house like this one.");
+}
+
 TEST(CrateRanking, ExplainsWithFacts) {
   const auto next = track("A", "x", 126, "9A", "House");
   const CrateNight pair{played(current, tonight - 86400), played(next, tonight - 86000)};
