@@ -114,6 +114,8 @@ public:
   void quit() override;
 
 private:
+  /// The model needs a key that nobody has entered.
+  [[nodiscard]] bool isKeyMissing(const std::string& model) const;
   /// The rest of a suggestion with these settings.
   [[nodiscard]] Task<VisionResult> analyze(NowPlayingTrack track, AppConfig config);
   [[nodiscard]] AIClient::Request modelRequest(TrackMetadata current, std::string source,

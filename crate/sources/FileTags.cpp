@@ -6,6 +6,7 @@
 
 #include <fileref.h>
 #include <mp4file.h>
+#include <tfilestream.h>
 #include <tpropertymap.h>
 
 #include <algorithm>
@@ -64,7 +65,10 @@ bool FileTags::isMusic(const std::filesystem::path& file) {
 }
 
 std::optional<CrateTrack> FileTags::read(const std::filesystem::path& path) {
-  const TagLib::FileRef file(path.c_str(), false);
+  // Opened for writing, as TagLib does by itself, a file would seem to have been changed.
+  TagLib::FileStream stream(path.c_str(), true);
+  if (!stream.isOpen()) return std::nullopt;
+  const TagLib::FileRef file(&stream, false);
   if (file.isNull() || !file.file()->isValid() || file.file()->length() == 0) return std::nullopt;
   const auto tags = file.file()->properties();
   CrateTrack track{.title = first(tags, {"TITLE"}),
