@@ -115,7 +115,8 @@ was seen; same runs. Aim: at most 1.05 of the bare program.
 {memoryResult}
 ## The DJ's own music
 
-A made-up Mixxx library and short tagged files; the next tracks are those of made-up nights (docs/crate.md).
+A made-up Mixxx library and short tagged files, in processor time; the next tracks are those of made-up nights
+(docs/crate.md).
 
 {crate}
 ## Ten cards

@@ -6,6 +6,7 @@
 #include "platform/async/Waiting.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace velmor {
 

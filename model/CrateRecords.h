@@ -82,9 +82,12 @@ struct CrateEntry {
 
   static constexpr auto fields() {
     return std::tuple{
-        Field{"song", &CrateEntry::song},   Field{"artist", &CrateEntry::artist},
-        Field{"bpm", &CrateEntry::bpm},     Field{"key", &CrateEntry::key},
-        Field{"genre", &CrateEntry::genre}, Field{"uri", &CrateEntry::uri},
+        Field{"song", &CrateEntry::song},
+        Field{"artist", &CrateEntry::artist},
+        Field{"bpm", &CrateEntry::bpm},
+        Field{"key", &CrateEntry::key},
+        Field{"genre", &CrateEntry::genre},
+        Field{"uri", &CrateEntry::uri},
         Field{"lastPlayed", &CrateEntry::lastPlayed},
     };
   }

@@ -16,8 +16,8 @@ namespace velmor {
 namespace {
 
 /// Programs open files for writing that they only read, so closing them says nothing.
-constexpr std::uint32_t changes = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_MODIFY |
-                                  IN_DELETE_SELF | IN_MOVE_SELF;
+constexpr std::uint32_t changes =
+    IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_MODIFY | IN_DELETE_SELF | IN_MOVE_SELF;
 
 /// What a folder is watched for.
 struct Interest {
