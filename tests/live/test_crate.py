@@ -6,6 +6,7 @@ import queue
 import re
 import shutil
 import subprocess
+import sys
 import threading
 import time
 import unittest
@@ -14,6 +15,7 @@ from mixxx import Mixxx
 from players import tagged
 from session import Session, builtVelmor, waitUntil
 
+FILE_MANAGER = os.path.join(os.path.dirname(os.path.abspath(__file__)), "file_manager.py")
 FOLDERS, FILES = 240, 4
 SCAN = 300
 """Seconds."""
@@ -107,6 +109,22 @@ class CrateTest(unittest.TestCase):
         waitUntil(lambda: known() == [first, None], known)
         self.assertEqual(bridge.call("ShowInFileManager", "file://" + two),
                          "That file is not in your crate.")
+
+    def testShowsAFileInTheFileManager(self):
+        music = os.path.join(self.desktop.root, "Crate")
+        os.makedirs(music)
+        tagged(self.desktop, os.path.join(music, "ü 1.mp3"), 1, title="One", artist="A")
+        notes = os.path.join(self.desktop.root, "shown")
+        self.desktop.start([sys.executable, FILE_MANAGER, notes])
+        waitUntil(lambda: "org.freedesktop.FileManager1" in self.desktop.busNames(),
+                  "the file manager runs")
+        bridge = Bridge(self.desktop, VELMOR_CRATE=music)
+        uri = bridge.call("LookUpInCrate", [{"song": "One", "artist": "A"}])[0]["uri"]
+        self.assertTrue(uri.endswith("/%C3%BC%201.mp3"), uri)
+        self.assertIsNone(bridge.call("ShowInFileManager", uri))
+        waitUntil(lambda: os.path.exists(notes), "the file is shown")
+        with open(notes, encoding="utf-8") as file:
+            self.assertEqual(file.read(), uri + "\n")
 
 
 if __name__ == "__main__":
