@@ -2,35 +2,12 @@
 
 #include "analysis/AudioAnalysisService.h"
 #include "analysis/WorkingFolder.h"
-#include "base/Text.h"
+#include "app/crate/MusicPlaces.h"
 #include "model/ModelProvider.h"
-#include "nowplaying/MixxxLibrary.h"
-#include "platform/Environment.h"
 #include "platform/Workspace.h"
 #include "platform/async/Waiting.h"
 
 namespace velmor {
-
-namespace {
-
-CratePlaces placesOfMusic(const Platform& platform) {
-  const auto& environment = platform.environment;
-  CratePlaces places{.mixxxLibraries = MixxxLibrary::libraryDatabasePaths(platform),
-                     .tagCache = environment.cacheDirectory() / "Velmor" / "tags.sqlite"};
-  if (const auto named = environment.variable("VELMOR_CRATE")) {
-    for (const auto place : text::split(*named, ':'))
-      places.musicFolders.emplace_back(place);
-  } else if (const auto music = environment.musicDirectory()) {
-    places.musicFolders.push_back(*music);
-  }
-  std::erase_if(places.musicFolders, [](const auto& folder) {
-    std::error_code unreadable;
-    return !std::filesystem::is_directory(folder, unreadable);
-  });
-  return places;
-}
-
-} // namespace
 
 AppController::AppController(const Platform& thePlatform, std::shared_ptr<ConfigStore> store,
                              std::optional<Desktop> theDesktop)
@@ -41,10 +18,12 @@ AppController::AppController(const Platform& thePlatform, std::shared_ptr<Config
     , updateService(std::make_shared<UpdateService>(platform, "macos", buildInfo.version()))
     , aiClient(platform, ProviderEndpoint::of(platform, ModelProvider::Tinker),
                ProviderEndpoint::of(platform, ModelProvider::OpenAI))
-    , crate(platform.mainLoop, [system = platform] { return placesOfMusic(system); })
+    , crate(platform, [system = platform] { return placesOfMusic(system); })
+    , cratePreferences(platform)
     , nowPlaying(std::make_shared<NowPlayingDetector>(platform))
     , tasks(platform.mainLoop) {
   WorkingFolder::removeAbandoned(platform);
+  crate.whenChanged([this] { crateChanged(); });
   if (desktop) {
     windowMode = std::make_shared<WindowModeManager>(platform.mainLoop, desktop->windows);
   }

@@ -5,6 +5,7 @@
 #include "base/Json.h"
 #include "crate/Crate.h"
 #include "model/ConfigStore.h"
+#include "model/CratePreferences.h"
 #include "nowplaying/NowPlayingDetector.h"
 #include "platform/Desktop.h"
 #include "platform/Platform.h"
@@ -58,9 +59,19 @@ public:
   [[nodiscard]] Task<VisionResult> suggestFromCrate();
   /// Suggestions from the crate after the track that is named as "Artist - Title". Throws
   /// VelmorError when the crate has no such track.
-  [[nodiscard]] Task<VisionResult> suggestAfter(std::string name);
+  [[nodiscard]] Task<VisionResult> suggestAfterNamed(std::string name);
+  [[nodiscard]] Task<VisionResult> suggestAfter(SongName song) override;
+  [[nodiscard]] Task<std::vector<std::optional<CrateEntry>>>
+  lookUpInCrate(std::vector<SongName> songs) override;
+  [[nodiscard]] CrateState crateState() override;
+  /// The same, and begins nothing.
+  [[nodiscard]] CrateState knownOfCrate() const;
+  [[nodiscard]] Task<void> showInFileManager(std::string uri) override;
+  void setCrateKeys(bool count) override;
   /// All music that was found. Never null.
   [[nodiscard]] Task<Crate::Contents> crateContents() { return crate.contents(); }
+  /// Calls `work` when a reading of the music begins, goes on or has ended.
+  void whenCrateChanges(MainLoop::Work work) { crateListener = std::move(work); }
 
   [[nodiscard]] Task<AppState> getState() override;
 
@@ -103,6 +114,8 @@ public:
   void quit() override;
 
 private:
+  /// The model needs a key that nobody has entered.
+  [[nodiscard]] bool isKeyMissing(const std::string& model) const;
   /// The rest of a suggestion with these settings.
   [[nodiscard]] Task<VisionResult> analyze(NowPlayingTrack track, AppConfig config);
   [[nodiscard]] AIClient::Request modelRequest(TrackMetadata current, std::string source,
@@ -111,6 +124,9 @@ private:
   [[nodiscard]] Task<Crate::Contents> knownMusic();
   [[nodiscard]] Task<Analysis> askCrate(TrackMetadata current, Crate::Contents music,
                                         AppConfig config);
+  [[nodiscard]] Task<VisionResult> suggestAfterTrack(const CrateTrack* track,
+                                                     Crate::Contents music);
+  void crateChanged();
   /// The track as the page and the model see it.
   [[nodiscard]] static TrackMetadata metadata(const NowPlayingTrack& track);
 
@@ -157,6 +173,8 @@ private:
   const std::shared_ptr<const UpdateService> updateService;
   AIClient aiClient;
   Crate crate;
+  CratePreferences cratePreferences;
+  MainLoop::Work crateListener;
   /// Shared with a look under way, which may end after the controller.
   const std::shared_ptr<NowPlayingDetector> nowPlaying;
   /// Null without a desktop.

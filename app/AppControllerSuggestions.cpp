@@ -3,7 +3,7 @@
 #include "base/Number.h"
 #include "base/Text.h"
 #include "base/VelmorError.h"
-#include "crate/CrateAnswer.h"
+#include "crate/ranking/CrateAnswer.h"
 #include "model/CamelotKey.h"
 #include "model/ModelProvider.h"
 #include "nowplaying/NowPlayingError.h"
@@ -88,10 +88,13 @@ void addMeasurement(TrackMetadata& track, const AudioAnalysisService::Features& 
 
 } // namespace
 
+bool AppController::isKeyMissing(const std::string& model) const {
+  return modelProvider(model) != ModelProvider::Crate && configStore->apiKey(model).empty();
+}
+
 void AppController::requireKey() const {
   const auto model = configStore->current().aiModel;
-  const bool needsKey = modelProvider(model) != ModelProvider::Crate;
-  if (!needsKey || !configStore->apiKey(model).empty()) return;
+  if (!isKeyMissing(model)) return;
   throw VelmorError(providerName(model) + " API key is required for recommendations");
 }
 

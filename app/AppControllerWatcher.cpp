@@ -103,7 +103,7 @@ void AppController::handleTrackChange(const NowPlayingTrack& track) {
   if (analysisTask) analysisTask->cancel();
   emit(event::trackChanged, metadata(track));
   const auto config = configStore->current();
-  if (!config.autoSuggestTracks || configStore->apiKey(config.aiModel).empty()) return;
+  if (!config.autoSuggestTracks || isKeyMissing(config.aiModel)) return;
   analysisTask = tasks.start(suggestFor(track, fingerprint));
 }
 

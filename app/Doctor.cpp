@@ -2,7 +2,9 @@
 
 #include "analysis/AudioAnalysisService.h"
 #include "app/DoctorSources.h"
+#include "app/crate/MusicPlaces.h"
 #include "base/Json.h"
+#include "base/Text.h"
 #include "model/ConfigStore.h"
 #include "model/ModelProvider.h"
 #include "platform/FileManager.h"
@@ -99,6 +101,7 @@ DoctorReport Doctor::examine() const {
   report.surroundings.push_back(ffmpeg());
   report.surroundings.push_back(extractor());
   report.surroundings.push_back(portLister());
+  report.surroundings.push_back(music());
   report.surroundings.push_back(provider());
   report.suggestionCanBeAsked = report.surroundings.back().state == State::ready;
   return report;
@@ -140,6 +143,20 @@ DoctorFinding Doctor::portLister() const {
   return {name, State::absent, "not at " + platform.record.lsof,
           "To reach VirtualDJ's Network Control, install lsof. Without it Velmor reads the play "
           "history."};
+}
+
+DoctorFinding Doctor::music() const {
+  constexpr auto name = "Your music";
+  const auto places = placesOfMusic(platform);
+  std::vector<std::string> found;
+  for (const auto& path : places.files())
+    found.push_back(path.string());
+  for (const auto& path : places.musicFolders)
+    found.push_back(path.string());
+  if (!found.empty()) return {name, State::ready, text::joined(found, ", "), ""};
+  return {name, State::absent, "there is no Mixxx library and no music folder",
+          "To get suggestions from your own music, name its folders or collection files in "
+          "VELMOR_CRATE. Velmor's other suggestions work without it."};
 }
 
 DoctorFinding Doctor::provider() const {

@@ -65,6 +65,7 @@ private:
   [[nodiscard]] DoctorFinding ffmpeg() const;
   [[nodiscard]] DoctorFinding extractor() const;
   [[nodiscard]] DoctorFinding portLister() const;
+  [[nodiscard]] DoctorFinding music() const;
   [[nodiscard]] DoctorFinding provider() const;
 
   Platform platform;

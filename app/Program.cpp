@@ -1,11 +1,12 @@
 #include "app/Program.h"
 
 #include "app/AppDelegate.h"
-#include "app/CrateText.h"
 #include "app/DoctorTrials.h"
 #include "app/StreamWebView.h"
 #include "app/TrackText.h"
+#include "app/crate/CrateText.h"
 #include "base/Json.h"
+#include "base/Number.h"
 #include "base/Text.h"
 #include "base/VelmorError.h"
 #include "platform/Application.h"
@@ -155,7 +156,20 @@ Task<void> Program::tryOut(const CommandLine& line, DoctorReport& report) {
 
 int Program::runCommand(Command command, bool json) {
   const auto controller = makeController(host.platform());
+  if (host.isErrorTerminal()) showReading(*controller);
   return runTask((this->*command)(*controller, json));
+}
+
+void Program::showReading(AppController& controller) {
+  controller.whenCrateChanges([&controller, this] {
+    const auto state = controller.knownOfCrate();
+    constexpr auto clearLine = "\r\033[K";
+    err << clearLine;
+    if (state.reading) {
+      err << "Reading your music: " << number::formatFixed(100 * state.progress, 0) << " %";
+    }
+    err << std::flush;
+  });
 }
 
 int Program::runTask(Task<void> task) {
@@ -206,7 +220,7 @@ Task<void> Program::suggestFromCrate(AppController& controller, bool json) {
 }
 
 Task<void> Program::after(AppController& controller, bool json) {
-  const auto result = co_await controller.suggestAfter(trackName);
+  const auto result = co_await controller.suggestAfterNamed(trackName);
   out << (json ? jsonEncoder().encode(result) + "\n" : TrackText::readable(result, "After"))
       << std::flush;
 }

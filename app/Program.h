@@ -27,6 +27,8 @@ private:
   [[nodiscard]] int runWindow();
   [[nodiscard]] int runBridge();
   [[nodiscard]] int runDoctor(const CommandLine& line);
+  /// Shows on the error stream how far the reading of the DJ's music is, as long as there is one.
+  void showReading(AppController& controller);
   /// Runs a command that prints something and ends.
   [[nodiscard]] int runCommand(Command command, bool json);
   /// Runs the main loop until the task has ended, or the program is asked to end.

@@ -4,6 +4,7 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <array>
 #include <fstream>
 
@@ -11,22 +12,69 @@ namespace velmor {
 
 namespace {
 
-/// True for a write-ahead-logging database without its log or the log's index: nobody has it open.
-/// SQLite would create what is missing even for a reader, and leave it there.
-bool isLeftBehind(const std::filesystem::path& path) {
+namespace fs = std::filesystem;
+using Obstacle = Database::Obstacle;
+
+/// The largest value that SQLite may put together, in bytes.
+constexpr int largestValue = 16 * 1024 * 1024;
+/// Between two looks at the clock: so many take well below a millisecond.
+constexpr int stepsBetweenLooks = 1000;
+
+fs::path companion(const fs::path& path, const char* suffix) {
+  auto beside = path;
+  beside += suffix;
+  return beside;
+}
+
+bool isMissing(const fs::path& path) {
+  std::error_code ignored;
+  return !fs::exists(path, ignored);
+}
+
+/// Opening anything else than a file may block for ever, and SQLite opens what lies beside it too.
+bool areFiles(const fs::path& path) {
+  std::error_code ignored;
+  return fs::is_regular_file(path, ignored) &&
+         std::ranges::all_of(std::array{"-wal", "-shm", "-journal"}, [&](const char* suffix) {
+           const auto beside = companion(path, suffix);
+           return isMissing(beside) || fs::is_regular_file(beside, ignored);
+         });
+}
+
+bool usesWriteAheadLog(const fs::path& path) {
   constexpr std::size_t readVersion = 19;
   constexpr char writeAheadLog = 2;
   std::array<char, readVersion + 1> header{};
   std::ifstream file(path, std::ios::binary);
-  if (!file.read(header.data(), header.size())) return false;
-  if (header[readVersion] != writeAheadLog) return false;
-  const auto isMissing = [&path](const char* suffix) {
-    auto companion = path;
-    companion += suffix;
-    std::error_code ignored;
-    return !std::filesystem::exists(companion, ignored);
-  };
-  return isMissing("-wal") || isMissing("-shm");
+  return file.read(header.data(), header.size()) && header[readVersion] == writeAheadLog;
+}
+
+enum class Log {
+  /// SQLite can read what there is.
+  readable,
+  /// Nobody has the database open, and everything is in it. SQLite would create what is missing
+  /// even for a reader, and leave it there.
+  leftBehind,
+  /// It holds rows that cannot be seen.
+  stray
+};
+
+Log stateOfLog(const fs::path& path) {
+  if (!usesWriteAheadLog(path)) return Log::readable;
+  std::error_code error;
+  const auto log = companion(path, "-wal");
+  const auto size = fs::file_size(log, error);
+  const bool isEmpty = error ? isMissing(log) : size == 0;
+  const bool hasIndex = !isMissing(companion(path, "-shm"));
+  if (isEmpty) return hasIndex && !error ? Log::readable : Log::leftBehind;
+  return hasIndex ? Log::readable : Log::stray;
+}
+
+/// What stands in the way before the database is opened.
+Obstacle obstacleBefore(const fs::path& path) {
+  if (isMissing(path)) return Obstacle::missing;
+  if (!areFiles(path)) return Obstacle::notAFile;
+  return stateOfLog(path) == Log::stray ? Obstacle::strayLog : Obstacle::none;
 }
 
 DatabaseError failure(sqlite3* database, int result) {
@@ -73,11 +121,11 @@ bool Query::next() {
   return result == SQLITE_ROW;
 }
 
-std::string Query::text(int column) const {
+std::string Query::text(int column, std::size_t most) const {
   const auto* const bytes = sqlite3_column_text(handle.get(), column);
   if (!bytes) return {};
-  const auto valid = text::withValidUtf8(reinterpret_cast<const char*>(bytes));
-  return std::string(text::trimmed(valid));
+  const auto text = text::bounded(text::trimmed(reinterpret_cast<const char*>(bytes)), most);
+  return std::string(text::trimmed(text::withValidUtf8(text)));
 }
 
 double Query::number(int column) const {
@@ -88,7 +136,27 @@ std::int64_t Query::integer(int column) const {
   return sqlite3_column_int64(handle.get(), column);
 }
 
-Database::Database(sqlite3* opened) : handle(opened, &sqlite3_close) {}
+class Database::Watch {
+public:
+  explicit Watch(const DatabaseLimits& limits)
+      : cancelled(limits.isCancelled), end(Clock::now() + limits.deadline) {}
+
+  static int isOver(void* watch) {
+    const auto& self = *static_cast<const Watch*>(watch);
+    const bool isCancelled = self.cancelled && self.cancelled();
+    return isCancelled || Clock::now() >= self.end ? 1 : 0;
+  }
+
+private:
+  using Clock = std::chrono::steady_clock;
+
+  const std::function<bool()> cancelled;
+  const std::chrono::time_point<Clock, std::chrono::duration<double>> end;
+};
+
+Database::Database(sqlite3* opened)
+    : watch(nullptr, [](Watch* kept) { delete kept; }) // NOLINT: a smart pointer's own
+    , handle(opened, &sqlite3_close) {}
 
 Database Database::open(const std::string& name, int flags, std::chrono::milliseconds patience) {
   sqlite3* opened = nullptr;
@@ -99,12 +167,45 @@ Database Database::open(const std::string& name, int flags, std::chrono::millise
   return database;
 }
 
-Database Database::forReading(const std::filesystem::path& path,
-                              std::chrono::milliseconds patience) {
-  const bool immutable = isLeftBehind(path);
+Database Database::forReading(const fs::path& path, const DatabaseLimits& limits) {
+  switch (obstacleBefore(path)) {
+  case Obstacle::missing:
+    throw DatabaseError("there is no such file");
+  case Obstacle::notAFile:
+    throw DatabaseError("not a file, or something beside it is none");
+  case Obstacle::strayLog:
+    throw DatabaseError("its newest rows lie in a log that was left behind");
+  default:
+    break;
+  }
+  const bool immutable = stateOfLog(path) == Log::leftBehind;
   const auto name = immutable ? "file:" + text::percentEncoded(path.string(), "/") + "?immutable=1"
                               : path.string();
-  return open(name, SQLITE_OPEN_READONLY | (immutable ? SQLITE_OPEN_URI : 0), patience);
+  auto database =
+      open(name, SQLITE_OPEN_READONLY | (immutable ? SQLITE_OPEN_URI : 0), limits.patience);
+  if (immutable) database.leftBehind = path;
+  sqlite3_limit(database.handle.get(), SQLITE_LIMIT_LENGTH, largestValue);
+  database.watch.reset(new Watch(limits));
+  sqlite3_progress_handler(database.handle.get(), stepsBetweenLooks, &Watch::isOver,
+                           database.watch.get());
+  return database;
+}
+
+Obstacle Database::obstacle(const fs::path& path) {
+  if (const auto obstacle = obstacleBefore(path); obstacle != Obstacle::none) return obstacle;
+  try {
+    const auto database = forReading(path);
+    auto tables = database.query("SELECT count(*) FROM sqlite_master");
+    return tables.next() ? Obstacle::none : Obstacle::unreadable;
+  } catch (const DatabaseError&) {
+    return Obstacle::unreadable;
+  }
+}
+
+void Database::confirm() const {
+  if (!leftBehind.empty() && stateOfLog(leftBehind) != Log::leftBehind) {
+    throw DatabaseError("another program has begun to write it");
+  }
 }
 
 Database Database::forWriting(const std::filesystem::path& path,

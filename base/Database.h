@@ -1,8 +1,11 @@
 #pragma once
 
+#include "base/Text.h"
+
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -37,8 +40,9 @@ public:
   /// else holds the lock for longer than the database waits.
   [[nodiscard]] bool next();
 
-  /// The column as trimmed, valid UTF-8; "" for NULL. A text ends at its first NUL.
-  [[nodiscard]] std::string text(int column) const;
+  /// The column as trimmed, valid UTF-8; "" for NULL. A text ends at its first NUL, or at so many
+  /// characters.
+  [[nodiscard]] std::string text(int column, std::size_t most = text::mostCharacters) const;
   /// 0 for NULL and for what is no number.
   [[nodiscard]] double number(int column) const;
   [[nodiscard]] std::int64_t integer(int column) const;
@@ -49,17 +53,47 @@ private:
   int bound = 0;
 };
 
+/// When to give up.
+struct DatabaseLimits {
+  /// For a lock that somebody else holds.
+  std::chrono::milliseconds patience{150};
+  /// For everything that is done with the database.
+  std::chrono::duration<double> deadline{2};
+  /// Asked again and again while a query runs, on its thread.
+  std::function<bool()> isCancelled = nullptr;
+};
+
 /// An SQLite database. One thread at a time.
 class Database {
 public:
-  /// Opens another program's database to read it. That program may be running, so nothing is
-  /// written and no file is created, and nobody waits longer than `patience` for a lock. Throws
-  /// DatabaseError.
-  [[nodiscard]] static Database forReading(const std::filesystem::path& path,
-                                           std::chrono::milliseconds patience);
+  /// Why a database gives no rows.
+  enum class Obstacle {
+    none,
+    missing,
+    /// A folder, a pipe or a device in the place of the file, or of one that belongs to it.
+    notAFile,
+    /// A write-ahead log without its index lies beside it: what it holds cannot be seen without
+    /// writing.
+    strayLog,
+    /// No right to read it, locked, damaged, or no database.
+    unreadable
+  };
 
-  /// Opens a database of Velmor's own, making it when it is missing. Waits as long as `forReading`
-  /// does. Throws DatabaseError.
+  /// Opens another program's database to read it. That program may be running, so nothing is
+  /// written and no file is created, and nobody waits for ever. A database whose newest rows cannot
+  /// be seen is not opened: better none than old ones. Throws DatabaseError.
+  [[nodiscard]] static Database forReading(const std::filesystem::path& path,
+                                           const DatabaseLimits& limits = {});
+
+  /// What keeps this user from reading the database.
+  [[nodiscard]] static Obstacle obstacle(const std::filesystem::path& path);
+
+  /// Throws DatabaseError when what was read may be old: its program has been started meanwhile.
+  /// For a database opened for reading, when all that is wanted has been read.
+  void confirm() const;
+
+  /// Opens a database of Velmor's own, making it when it is missing, and waits at most so long for
+  /// a lock. Throws DatabaseError.
   [[nodiscard]] static Database forWriting(const std::filesystem::path& path,
                                            std::chrono::milliseconds patience);
 
@@ -70,10 +104,16 @@ public:
   [[nodiscard]] Query query(const std::string& statement) const;
 
 private:
+  /// Ends what takes too long, or what nobody waits for any more.
+  class Watch;
+
   explicit Database(sqlite3* opened);
   [[nodiscard]] static Database open(const std::string& name, int flags,
                                      std::chrono::milliseconds patience);
 
+  /// Empty for a database that may change while it is read.
+  std::filesystem::path leftBehind;
+  std::unique_ptr<Watch, void (*)(Watch*)> watch;
   std::unique_ptr<sqlite3, int (*)(sqlite3*)> handle;
 };
 

@@ -31,6 +31,17 @@ std::string utf8(const icu::UnicodeString& text) {
 
 } // namespace
 
+std::string fromUtf16BigEndian(std::string_view bytes) {
+  icu::UnicodeString units;
+  for (std::size_t at = 0; at + 1 < bytes.size(); at += 2) {
+    const auto high = static_cast<unsigned char>(bytes[at]);
+    const auto unit = static_cast<char16_t>(high << 8U | static_cast<unsigned char>(bytes[at + 1]));
+    if (unit == 0) break;
+    units.append(unit);
+  }
+  return utf8(units);
+}
+
 std::string_view trimmed(std::string_view text) {
   const auto* bytes = bytesOf(text);
   const auto length = static_cast<std::int32_t>(text.size());

@@ -33,6 +33,9 @@ constexpr std::size_t mostCharacters = 10'000;
 /// The text with every byte sequence that is not UTF-8 replaced by U+FFFD.
 [[nodiscard]] std::string withValidUtf8(std::string_view bytes);
 
+/// UTF-16 with the higher byte of each unit first, as UTF-8, up to the first NUL.
+[[nodiscard]] std::string fromUtf16BigEndian(std::string_view bytes);
+
 /// The text with a blank for every control character, line feeds included: others' texts could
 /// otherwise command a terminal.
 [[nodiscard]] std::string printable(std::string_view text);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Database.h"
 #include "base/Text.h"
 #include "platform/MainLoop.h"
 
@@ -30,18 +31,7 @@ struct QueryLimits {
 /// is not read at all: better no track than an old one. Stateless; any thread.
 class SQLiteReader {
 public:
-  /// Why a database gives no rows.
-  enum class Obstacle {
-    none,
-    missing,
-    /// A folder, a pipe or a device in the place of the file, or of one that belongs to it.
-    notAFile,
-    /// A write-ahead log without its index lies beside it: what it holds cannot be seen without
-    /// writing.
-    strayLog,
-    /// No right to read it, locked, damaged, or no database.
-    unreadable
-  };
+  using Obstacle = Database::Obstacle;
 
   /// Runs the query and returns the first `columns` columns of its first row as trimmed texts, ""
   /// for NULL. A text ends at its first NUL. Throws NowPlayingError::noActiveSession when the

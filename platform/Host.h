@@ -23,6 +23,9 @@ public:
 
   [[nodiscard]] virtual SystemStatus& systemStatus() = 0;
 
+  /// Somebody sees at once what is written to standard error.
+  [[nodiscard]] virtual bool isErrorTerminal() const = 0;
+
   /// Connects to the user's display; nothing when there is none. What the record names lives as
   /// long as the host.
   [[nodiscard]] virtual std::optional<Desktop> openDesktop() = 0;

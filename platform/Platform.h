@@ -11,6 +11,7 @@ class Bundle;
 class Clock;
 class Environment;
 class FileManager;
+class FileWatcher;
 class HttpClient;
 class MainLoop;
 class MediaRemote;
@@ -27,6 +28,7 @@ struct Platform {
   Clock& clock;
   Environment& environment;
   FileManager& files;
+  FileWatcher& fileWatcher;
   Bundle& bundle;
   SystemLog& log;
   ProcessLauncher& processes;
@@ -52,6 +54,7 @@ struct Platform {
             .clock = part(clock),
             .environment = part(environment),
             .files = part(files),
+            .fileWatcher = part(fileWatcher),
             .bundle = part(bundle),
             .log = part(log),
             .processes = part(processes),

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
 
 namespace velmor {
@@ -13,6 +14,10 @@ public:
   /// shell. Text that is not a URL (it has no scheme) does nothing. A failure, such as a scheme
   /// that no program handles, goes to the system's log.
   virtual void openURL(const std::string& url) = 0;
+
+  /// Opens the file manager at this file, or at its folder when the file manager can do no more. A
+  /// failure goes to the system's log.
+  virtual void showInFileManager(const std::filesystem::path& file) = 0;
 
   /// The application is about to be terminated: within three seconds from the first such call the
   /// process ends, whatever still hangs.

@@ -27,6 +27,9 @@ inline constexpr auto suggestionsReady = "velmor:suggestions-ready";
 inline constexpr auto analysisError = "velmor:analysis-error";
 /// The window has become the compact square, true, or the full window again, false.
 inline constexpr auto compactMode = "velmor:compact-mode";
+/// A reading of the DJ's own music has begun, goes on or has ended: a CrateState. At most four
+/// times a second.
+inline constexpr auto crateChanged = "velmor:crate-changed";
 /// The page is to say what Velmor is: null.
 inline constexpr auto showAbout = "velmor:show-about";
 } // namespace event

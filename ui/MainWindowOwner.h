@@ -1,12 +1,15 @@
 #pragma once
 
 #include "model/AppConfig.h"
+#include "model/CrateRecords.h"
 #include "model/Records.h"
 #include "platform/async/Task.h"
 #include "ui/EventSink.h"
 
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace velmor {
 
@@ -34,6 +37,19 @@ public:
   virtual void stopNowPlayingWatcher() = 0;
   /// Finds the playing track and asks the model what to play next. The task throws.
   [[nodiscard]] virtual Task<VisionResult> suggestTracks() = 0;
+
+  // The DJ's own music.
+  /// What is known now. Begins to read the music, unless that has been done.
+  [[nodiscard]] virtual CrateState crateState() = 0;
+  /// What the crate has of each song, in their order; nothing for a song that it lacks.
+  [[nodiscard]] virtual Task<std::vector<std::optional<CrateEntry>>>
+  lookUpInCrate(std::vector<SongName> songs) = 0;
+  /// Suggestions from the crate after one of its songs. The task throws when it has no such song.
+  [[nodiscard]] virtual Task<VisionResult> suggestAfter(SongName song) = 0;
+  /// Opens the file manager at a file of the crate. The task throws for any other address.
+  [[nodiscard]] virtual Task<void> showInFileManager(std::string uri) = 0;
+  /// Whether keys count from now on when the crate is ranked. Throws when that cannot be stored.
+  virtual void setCrateKeys(bool count) = 0;
 
   // What needs a window does nothing without one.
   /// From the compact square back to the full window.

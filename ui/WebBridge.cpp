@@ -19,7 +19,9 @@ namespace {
 constexpr int unknownMethod = 404;
 
 /// What a command gives; nothing is answered with null.
-using Result = std::variant<std::monostate, AppConfig, AppInfo, UpdateInfo, AppState, VisionResult>;
+using Entries = std::vector<std::optional<CrateEntry>>;
+using Result = std::variant<std::monostate, AppConfig, AppInfo, UpdateInfo, AppState, VisionResult,
+                            CrateState, Entries>;
 constexpr std::monostate nothing;
 
 /// What a command works with.
@@ -33,13 +35,27 @@ VelmorError invalidArgs() {
   return VelmorError("Invalid arguments");
 }
 
-AppConfig configArgument(const Json& args) {
+template <Record Type>
+Type recordArgument(const Json& args) {
   if (args.empty()) throw invalidArgs();
   try {
-    return args.front().get<AppConfig>();
+    return args.front().get<Type>();
   } catch (const DecodingError&) {
     throw invalidArgs();
   }
+}
+
+std::vector<SongName> songsArgument(const Json& args) {
+  if (args.empty() || !args.front().is_array()) throw invalidArgs();
+  std::vector<SongName> songs;
+  for (const auto& song : args.front())
+    songs.push_back(recordArgument<SongName>(Json::array({song})));
+  return songs;
+}
+
+bool switchArgument(const Json& args) {
+  if (args.empty() || !args.front().is_boolean()) throw invalidArgs();
+  return args.front().get<bool>();
 }
 
 std::string textArgument(const Json& args) {
@@ -58,7 +74,7 @@ const Commands& commands() {
       {"GetSettings", [](Call call) -> Answer { co_return call.app.settings(); }},
       {"SaveSettings",
        [](Call call) -> Answer {
-         call.app.saveSettings(configArgument(call.args));
+         call.app.saveSettings(recordArgument<AppConfig>(call.args));
          co_return nothing;
        }},
       {"GetAppInfo", [](Call call) -> Answer { co_return call.app.appInfo(); }},
@@ -70,6 +86,25 @@ const Commands& commands() {
          co_return nothing;
        }},
       {"SuggestTracks", [](Call call) -> Answer { co_return co_await call.app.suggestTracks(); }},
+      {"GetCrate", [](Call call) -> Answer { co_return call.app.crateState(); }},
+      {"LookUpInCrate",
+       [](Call call) -> Answer {
+         co_return co_await call.app.lookUpInCrate(songsArgument(call.args));
+       }},
+      {"SuggestAfter",
+       [](Call call) -> Answer {
+         co_return co_await call.app.suggestAfter(recordArgument<SongName>(call.args));
+       }},
+      {"SetCrateKeys",
+       [](Call call) -> Answer {
+         call.app.setCrateKeys(switchArgument(call.args));
+         co_return nothing;
+       }},
+      {"ShowInFileManager",
+       [](Call call) -> Answer {
+         co_await call.app.showInFileManager(textArgument(call.args));
+         co_return nothing;
+       }},
       {"RestoreWindow",
        [](Call call) -> Answer {
          call.app.restoreWindow();
@@ -121,10 +156,17 @@ Task<Result> handle(const std::string& method, Call call) {
 /// A result as JSON; nothing when it cannot be encoded.
 std::optional<std::string> encoded(const Result& result) {
   const auto encode = [](const auto& value) -> std::string {
-    if constexpr (std::is_same_v<std::decay_t<decltype(value)>, std::monostate>)
+    using Type = std::decay_t<decltype(value)>;
+    if constexpr (std::is_same_v<Type, std::monostate>) {
       return "null";
-    else
+    } else if constexpr (std::is_same_v<Type, Entries>) {
+      auto all = Json::array();
+      for (const auto& entry : value)
+        all.push_back(entry ? Json(*entry) : Json());
+      return jsonEncoder().encode(all);
+    } else {
       return jsonEncoder().encode(value);
+    }
   };
   try {
     return std::visit(encode, result);

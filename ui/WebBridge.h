@@ -11,6 +11,7 @@
 
 namespace velmor {
 
+// clang-format off: it would fill the table as if it were a paragraph.
 /// The only way between the page and the application: runs the page's messages as commands,
 /// answers each by its id, and pushes events. Main thread only; it runs in the actor lane.
 ///
@@ -32,22 +33,28 @@ namespace velmor {
 ///
 /// Only a record that JSON has no form for, with a number that is none, is never answered.
 ///
-/// | method             | argument  | VALUE        | what it does | | ------------------ |
-/// --------- | ------------ | ---------------------------------------------- | | GetSettings | |
-/// AppConfig    | keys and all                                   | | SaveSettings       | AppConfig
-/// | null         | keeps them: each member must be there          | | GetAppInfo         | |
-/// AppInfo      |                                                | | CheckForUpdate     | |
-/// UpdateInfo   | asks the version server                        | | GetState           | |
-/// AppState     |                                                | | StartAutoDetection | | null |
-/// if `autoSuggestTracks` is on, else nothing     | | SuggestTracks      |           | VisionResult
-/// | finds the track, asks the model                | | RestoreWindow      |           | null | out
-/// of the compact square, and to the front    | | StartCompactDrag   |           | null         |
-/// nothing: the square follows the mouse itself   | | EndCompactDrag     |           | null |
-/// nothing, likewise                              | | BringToFront       |           | null | | |
-/// ShowAbout          |           | null         | pushes the event velmor:show-about             |
-/// | Quit               |           | null         | | | WindowMinimise     |           | null |
-/// into the compact square                        | | BrowserOpenURL     | a text    | null | does
-/// nothing for a text that is no URL         |
+/// | method             | argument    | VALUE        | what it does                               |
+/// | ------------------ | ----------- | ------------ | ------------------------------------------ |
+/// | GetSettings        |             | AppConfig    | keys and all                               |
+/// | SaveSettings       | AppConfig   | null         | keeps them: each member must be there      |
+/// | GetAppInfo         |             | AppInfo      |                                            |
+/// | CheckForUpdate     |             | UpdateInfo   | asks the version server                    |
+/// | GetState           |             | AppState     |                                            |
+/// | StartAutoDetection |             | null         | if `autoSuggestTracks` is on, else nothing |
+/// | SuggestTracks      |             | VisionResult | finds the track, asks the model            |
+/// | GetCrate           |             | CrateState   | begins to read the music, if need be       |
+/// | LookUpInCrate      | [SongName]  | [CrateEntry] | one for each song, null for one not there  |
+/// | SuggestAfter       | SongName    | VisionResult | from the crate, after a song that it has   |
+/// | SetCrateKeys       | true, false | null         | whether keys count in the crate's ranking  |
+/// | ShowInFileManager  | a URI       | null         | of a file of the crate, no other           |
+/// | RestoreWindow      |             | null         | out of the compact square, to the front    |
+/// | StartCompactDrag   |             | null         | nothing: the square follows the mouse      |
+/// | EndCompactDrag     |             | null         | nothing, likewise                          |
+/// | BringToFront       |             | null         |                                            |
+/// | ShowAbout          |             | null         | pushes the event velmor:show-about         |
+/// | Quit               |             | null         |                                            |
+/// | WindowMinimise     |             | null         | into the compact square                    |
+/// | BrowserOpenURL     | a text      | null         | does nothing for a text that is no URL     |
 ///
 /// **Errors.** "Invalid arguments" when the argument is missing or is not what the table says;
 /// "Unknown method " and the method as it came, for any other; and what the command throws, in its
@@ -56,6 +63,7 @@ namespace velmor {
 /// **Event.** `event` in EventSink.h lists them; without a payload PAYLOAD is null.
 ///
 ///     window.__velmorEmit("velmor:track-stopped", PAYLOAD);
+// clang-format on
 class WebBridge : public EventSink {
 public:
   /// The name that the page posts its messages to.

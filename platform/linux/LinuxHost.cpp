@@ -4,6 +4,8 @@
 #include "platform/linux/media/MprisScripts.h"
 #include "platform/linux/page/WebKitProfile.h"
 
+#include <unistd.h>
+
 #include <cstdlib>
 
 namespace velmor {
@@ -37,12 +39,13 @@ LinuxHost::LinuxHost()
     , http(quit.get_token())
     , record(linuxRecord(processes, players))
     // How our window is drawn is nothing to a browser.
-    , workspace(mainLoop, quit, deadline, log, {WebKitProfile::processorVariable})
+    , workspace(mainLoop, environment, quit, deadline, log, {WebKitProfile::processorVariable})
     , input(mainLoop)
     , parts{.mainLoop = mainLoop,
             .clock = clock,
             .environment = environment,
             .files = files,
+            .fileWatcher = fileWatcher,
             .bundle = bundle,
             .log = log,
             .processes = processes,
@@ -57,6 +60,10 @@ LinuxHost::LinuxHost()
 LinuxHost::~LinuxHost() {
   // Threads that still wait for something would keep the main loop from being destroyed.
   quit.request_stop();
+}
+
+bool LinuxHost::isErrorTerminal() const {
+  return isatty(STDERR_FILENO) == 1;
 }
 
 std::optional<Desktop> LinuxHost::openDesktop() {

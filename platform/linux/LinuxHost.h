@@ -10,6 +10,7 @@
 #include "platform/linux/desktop/GioWorkspace.h"
 #include "platform/linux/http/CurlHttpClient.h"
 #include "platform/linux/loop/GlibMainLoop.h"
+#include "platform/linux/loop/InotifyWatcher.h"
 #include "platform/linux/loop/ProgramEnd.h"
 #include "platform/linux/loop/StandardInputLines.h"
 #include "platform/linux/media/MprisBus.h"
@@ -41,6 +42,7 @@ public:
   [[nodiscard]] const Platform& platform() const override { return parts; }
   [[nodiscard]] LineInput& standardInput() override { return input; }
   [[nodiscard]] SystemStatus& systemStatus() override { return status; }
+  [[nodiscard]] bool isErrorTerminal() const override;
   [[nodiscard]] std::optional<Desktop> openDesktop() override;
   void run() override;
   void onTerminationRequest(MainLoop::Work work) override;
@@ -54,6 +56,7 @@ private:
   std::stop_source quit;
   SystemClock clock;
   PosixFileManager files;
+  InotifyWatcher fileWatcher;
   FolderBundle bundle;
   Syslog log;
   PosixProcessLauncher launcher;

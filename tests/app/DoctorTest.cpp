@@ -72,7 +72,7 @@ TEST_F(DoctorTest, TellsOfEverySourceToolAndServiceWithWhatToDo) {
       EXPECT_EQ(finding.advice.empty(), finding.state == State::ready) << finding.name;
     }
   EXPECT_EQ(text, "Mixxx, rekordbox, djay Pro, Spotify, Music, Media session!, VirtualDJ, Serato, "
-                  "Display, Sound server, ffmpeg, Extractor, lsof, Model provider!, ");
+                  "Display, Sound server, ffmpeg, Extractor, lsof, Your music, Model provider!, ");
   EXPECT_THAT(report.readable(),
               HasSubstr("\n  Spotify             absent  running, but plays nothing\n"));
   EXPECT_EQ(

@@ -1,7 +1,7 @@
 #include "app/Program.h"
 
-#include "app/CrateText.h"
 #include "app/DoctorTrials.h"
+#include "app/crate/CrateText.h"
 #include "platform/LineInput.h"
 #include "platform/SystemStatus.h"
 #include "tests/app/ControllerFixture.h"
@@ -27,6 +27,7 @@ public:
   const Platform& platform() const override { return system.platform; }
   LineInput& standardInput() override { return *this; }
   SystemStatus& systemStatus() override { return *this; }
+  bool isErrorTerminal() const override { return isTerminal; }
   std::optional<Desktop> openDesktop() override {
     return hasDisplay ? std::optional(desktop.desktop) : std::nullopt;
   }
@@ -45,6 +46,7 @@ public:
 
   FakeDesktop desktop;
   bool hasDisplay = true;
+  bool isTerminal = false;
   std::vector<std::string> lines;
   /// What happens once the loop runs.
   std::function<void()> meanwhile;
@@ -103,6 +105,10 @@ TEST_F(ProgramTest, CarriesOutEachCommandLine) {
     EXPECT_EQ(out.str(), output) << arguments.front() << title;
     EXPECT_EQ(err.str(), errors) << arguments.front() << title;
   }
+  host.isTerminal = true;
+  EXPECT_EQ(run({"crate"}), 1);
+  EXPECT_EQ(err.str(), "\r\033[KReading your music: 0 %\r\033[K");
+  host.isTerminal = false;
   EXPECT_EQ(run({"suggest", "--json"}), 1);
   auto config = store->current();
   config.tinkerApiKey = "";
@@ -186,16 +192,20 @@ TEST_F(ProgramTest, OpensOneWindow) {
 
 TEST(CrateText, TellsWhatWasFoundAndWhatWasNot) {
   CrateContents crate;
-  crate.tracks = {{.title = "T", .bpm = 120}, {.title = "U"}};
-  crate.tracks[1].key.emplace();
-  crate.tracks.push_back(crate.tracks[1]);
+  const CrateTrack withTempo{.title = "T", .bpm = 120};
+  CrateTrack withKey{.title = "U"};
+  withKey.key.emplace();
+  crate.tracks = {&withTempo, &withKey, &withKey};
   crate.sources = {{.name = "Mixxx", .place = "/p\n", .tracks = 3}};
   crate.skipped.assign(20, {"/f\x1B", "why"});
   const auto text = CrateText::readable(crate);
   EXPECT_THAT(text, HasSubstr("\n  Mixxx: 3 (/p )\nWithout tempo: 2\nWithout key: 1\nSkipped: 20\n"
                               "  /f : why\n"));
   EXPECT_TRUE(text.ends_with("  /f : why\n"));
-  EXPECT_EQ(CrateText::json({.sources = crate.sources, .skipped = {{"f", "why"}}}),
+  CrateContents empty;
+  empty.sources = crate.sources;
+  empty.skipped = {{"f", "why"}};
+  EXPECT_EQ(CrateText::json(empty),
             R"({"skipped":[{"file":"f","reason":"why"}],"sources":[{"name":"Mixxx","place":)"
             R"("/p\n","tracks":3}],"tracks":0,"withoutKey":0,"withoutTempo":0})"
             "\n");

@@ -169,13 +169,16 @@ TEST_F(SuggestionTest, SuggestsFromTheDjsOwnMusicWithoutAKeyOrANetwork) {
   EXPECT_EQ(result.source, "macOS Media Control + Your crate");
   EXPECT_EQ(state(), (AppState{true, true, "Your crate: 5 tracks"}));
   mixxx.run("DELETE FROM library WHERE id > 4");
+  EXPECT_EQ(state().provider, "Your crate: 5 tracks") << "nobody waits for a reading";
+  system.fileWatcher.notice();
+  system.loop.advance(Seconds{3});
   EXPECT_EQ(state().provider, "Your crate: 4 tracks") << "what changes is read again";
   EXPECT_TRUE(system.http.requests.empty());
 
-  EXPECT_EQ(outcomeOf(controller.suggestAfter("d - fair")), "ok");
+  EXPECT_EQ(outcomeOf(controller.suggestAfterNamed("d - fair")), "ok");
   EXPECT_EQ(result.currentTrack.song, "Fair");
   EXPECT_EQ(result.source, "Your crate");
-  EXPECT_EQ(outcomeOf(controller.suggestAfter("nothing")),
+  EXPECT_EQ(outcomeOf(controller.suggestAfterNamed("nothing")),
             "Your crate has no track with the name \"nothing\". Give it as \"Artist - Title\".");
 }
 

@@ -58,6 +58,8 @@ TEST_F(WatcherTest, TellsOfATrackThatGetsNoSuggestion) {
   EXPECT_EQ(next("A"), (Heard{"track-changed A", "analysis-error The request timed out."}));
   save([](AppConfig& config) { config.tinkerApiKey = ""; });
   EXPECT_EQ(next("B"), Heard{"track-changed B"});
+  save([](AppConfig& config) { config.aiModel = "velmor/crate"; });
+  EXPECT_EQ(next("C").back(), "analysis-error No music found for your crate") << "needs no key";
   EXPECT_EQ(system.http.requests.size(), 1U);
 }
 

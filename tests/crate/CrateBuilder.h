@@ -1,7 +1,7 @@
 #pragma once
 
-#include "crate/CrateContents.h"
-#include "crate/TrackIdentity.h"
+#include "crate/tracks/CrateContents.h"
+#include "crate/tracks/TrackIdentity.h"
 
 #include <string>
 #include <utility>
@@ -26,9 +26,13 @@ inline CratePlay played(const CrateTrack& track, CrateTime when) {
   return {track.identity, when};
 }
 
+inline std::shared_ptr<const CrateSource> source(CrateSource made) {
+  return std::make_shared<const CrateSource>(std::move(made));
+}
+
 inline CrateContents crateOf(std::vector<CrateTrack> tracks, std::vector<CrateNight> nights = {}) {
   return CrateContents::joined(
-      {{.name = "Test", .tracks = std::move(tracks), .nights = std::move(nights)}});
+      {source({.name = "Test", .tracks = std::move(tracks), .nights = std::move(nights)})});
 }
 
 } // namespace velmor

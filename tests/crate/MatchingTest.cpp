@@ -1,4 +1,4 @@
-#include "crate/CrateAnswer.h"
+#include "crate/ranking/CrateAnswer.h"
 #include "tests/crate/CrateBuilder.h"
 
 #include <gtest/gtest.h>
@@ -89,8 +89,8 @@ TEST(Matching, JoinsWhatTheSourcesKnow) {
   known.year = 1999;
   auto other = track("a", "One (Original Mix)", 128, "9A", "House");
   const auto crate = CrateContents::joined(
-      {{.name = "First", .tracks = {track("B", "Two"), known, track("", "nameless")}},
-       {.name = "Second", .tracks = {other}, .nights = {{{other.identity, 5}, {7, 6}}}}});
+      {source({.name = "First", .tracks = {track("B", "Two"), known, track("", "nameless")}}),
+       source({.name = "Second", .tracks = {other}, .nights = {{{other.identity, 5}, {7, 6}}}})});
   ASSERT_EQ(crate.tracks.size(), 2U);
   EXPECT_EQ(crate.status(), "Your crate: 2 tracks");
   ASSERT_EQ(crate.skipped.size(), 1U);

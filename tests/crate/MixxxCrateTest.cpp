@@ -1,4 +1,4 @@
-#include "crate/MixxxCrate.h"
+#include "crate/sources/MixxxCrate.h"
 
 #include "tests/crate/CrateBuilder.h"
 #include "tests/support/DatabaseFile.h"
@@ -13,7 +13,11 @@ constexpr auto schema = R"(
 CREATE TABLE library(id INTEGER PRIMARY KEY, artist, title, album, genre, bpm FLOAT, key,
   key_id INTEGER, rating INTEGER, year, location INTEGER, mixxx_deleted, datetime_added);
 CREATE TABLE track_locations(id INTEGER PRIMARY KEY, location, fs_deleted);
-CREATE TABLE Playlists(id INTEGER PRIMARY KEY, hidden);
+CREATE TABLE Playlists(id INTEGER PRIMARY KEY, name, hidden);
+CREATE TABLE crates(id INTEGER PRIMARY KEY, name);
+CREATE TABLE crate_tracks(crate_id, track_id);
+INSERT INTO crates VALUES(1, 'Warm-up');
+INSERT INTO crate_tracks VALUES(1, 2), (1, 3), (1, 1);
 CREATE TABLE PlaylistTracks(id INTEGER PRIMARY KEY, playlist_id, track_id, position,
   pl_datetime_added);
 INSERT INTO track_locations VALUES(1, '/m/ü.mp3', 0), (2, '/m/2.mp3', NULL), (3, '/m/3', 1);
@@ -23,7 +27,7 @@ INSERT INTO library VALUES
   (2, 'B', 'Two', NULL, NULL, 0, '9A', 0, NULL, '98', 2, NULL, NULL),
   (3, 'C', 'file gone', '', '', 0, '', 0, 0, '', 3, 0, ''),
   (4, 'D', 'hidden', '', '', 0, '', 0, 0, '', 1, 1, '');
-INSERT INTO Playlists VALUES(1, 2), (2, 0), (3, 2);
+INSERT INTO Playlists VALUES(1, '2026-10-03', 2), (2, 'Best', 0), (3, '2026-10-05', 2);
 INSERT INTO PlaylistTracks VALUES
   (1, 1, 2, 2, '2026-10-03 22:05:00'), (2, 1, 1, 1, '2026-10-03 22:00:00'),
   (3, 2, 1, 1, '2026-10-04 22:00:00'), (4, 3, 1, 1, '2026-10-05 22:00:00'),
@@ -47,6 +51,11 @@ TEST(MixxxCrate, ReadsTracksAndNights) {
   EXPECT_EQ(source.nights[0][0].identity, one.identity) << "in the order of the night";
   EXPECT_EQ(source.nights[0][0].when, tonight);
   EXPECT_EQ(source.nights[1].size(), 1U);
+  ASSERT_EQ(source.lists.size(), 2U);
+  EXPECT_EQ(std::tuple(source.lists[0].name, source.lists[0].tracks.size()),
+            std::tuple("Best", 1U));
+  EXPECT_EQ(std::tuple(source.lists[1].name, source.lists[1].tracks.size()),
+            std::tuple("Warm-up", 2U));
 }
 
 TEST(MixxxCrate, TakesOlderLibrariesAndNamesUnreadableOnes) {

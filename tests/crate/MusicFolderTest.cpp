@@ -1,4 +1,4 @@
-#include "crate/MusicFolder.h"
+#include "crate/sources/MusicFolder.h"
 
 #include "tests/crate/CrateBuilder.h"
 #include "tests/support/TemporaryFolder.h"
@@ -32,6 +32,11 @@ void writeWav(const std::filesystem::path& path, const Tags& tags) {
   ASSERT_TRUE(file.save());
 }
 
+CrateSource read(const std::filesystem::path& folder, const std::filesystem::path& cache) {
+  ReadingProgress progress;
+  return MusicFolder(folder).read(cache, progress);
+}
+
 TEST(MusicFolder, ReadsTagsOnceAndAgainWhenTheyChange) {
   TemporaryFolder place;
   const auto music = place.path / "Müsic";
@@ -48,12 +53,12 @@ TEST(MusicFolder, ReadsTagsOnceAndAgainWhenTheyChange) {
   std::ofstream(music / "junk.flac") << "junk";
   std::ofstream(music / "text.txt") << "no music";
 
-  const auto first = MusicFolder(music).read(cache);
+  const auto first = read(music, cache);
   ASSERT_EQ(first.skipped.size(), 1U);
   EXPECT_EQ(first.skipped[0].file, (music / "junk.flac").string());
   ASSERT_EQ(first.tracks.size(), 2U);
   EXPECT_EQ(first.tracks[0].identity, track("B", "Two").identity) << "named by its file";
-  for (const auto& source : {first, MusicFolder(music).read(cache)}) {
+  for (const auto& source : {first, read(music, cache)}) {
     ASSERT_EQ(source.tracks.size(), 2U);
     const auto& read = source.tracks[1];
     EXPECT_EQ(std::tie(read.title, read.artist, read.genre, read.year, read.bpm, read.file),
@@ -66,11 +71,11 @@ TEST(MusicFolder, ReadsTagsOnceAndAgainWhenTheyChange) {
   EXPECT_EQ(MusicFolder(music).state(), before);
   writeWav(one, {{"TITLE", "Another title"}, {"ARTIST", "A"}});
   EXPECT_NE(MusicFolder(music).state(), before);
-  EXPECT_EQ(MusicFolder(music).read(cache).tracks[1].title, "Another title");
+  EXPECT_EQ(read(music, cache).tracks[1].title, "Another title");
   std::filesystem::remove(one);
-  EXPECT_EQ(MusicFolder(music).read(cache).tracks.size(), 1U);
-  EXPECT_EQ(MusicFolder(music).read("/dev/null/no/cache").tracks.size(), 1U);
-  EXPECT_TRUE(MusicFolder(place.path / "none").read(cache).tracks.empty());
+  EXPECT_EQ(read(music, cache).tracks.size(), 1U);
+  EXPECT_EQ(read(music, "/dev/null/no/cache").tracks.size(), 1U);
+  EXPECT_TRUE(read(place.path / "none", cache).tracks.empty());
 }
 
 TEST(MusicFolder, TakesUnchangedFilesFromTheCache) {
@@ -79,13 +84,13 @@ TEST(MusicFolder, TakesUnchangedFilesFromTheCache) {
   const auto cache = place.path / "tags.sqlite";
   writeWav(file, {{"TITLE", "First"}, {"ARTIST", "A"}});
   const auto time = std::filesystem::last_write_time(file);
-  EXPECT_EQ(MusicFolder(place.path).read(cache).tracks.at(0).title, "First");
+  EXPECT_EQ(read(place.path, cache).tracks.at(0).title, "First");
   writeWav(file, {{"TITLE", "Other"}, {"ARTIST", "A"}});
   std::filesystem::last_write_time(file, time);
-  EXPECT_EQ(MusicFolder(place.path).read(cache).tracks.at(0).title, "First")
+  EXPECT_EQ(read(place.path, cache).tracks.at(0).title, "First")
       << "time and size are the same, so the file was not opened";
   std::ofstream(cache) << "no database";
-  EXPECT_EQ(MusicFolder(place.path).read(cache).tracks.at(0).title, "Other");
+  EXPECT_EQ(read(place.path, cache).tracks.at(0).title, "Other");
 }
 
 } // namespace

@@ -1,6 +1,6 @@
-#include "crate/CrateAnswer.h"
-#include "crate/CrateRanking.h"
-#include "crate/CrateReasons.h"
+#include "crate/ranking/CrateAnswer.h"
+#include "crate/ranking/CrateRanking.h"
+#include "crate/ranking/CrateReasons.h"
 #include "tests/crate/CrateBuilder.h"
 
 #include <gtest/gtest.h>
@@ -114,6 +114,25 @@ TEST(CrateRanking, KeepsItsLimitsAndSaysWhatItGaveUp) {
   EXPECT_EQ(order(ofOne, wish(30)), "1, 2, 4, 5, 3");
   EXPECT_EQ(order(crateOf({track("A", "half", 64), track("B", "near", 65)}), wish(1)),
             "half, near");
+}
+
+TEST(CrateRanking, HeedsTheDjsListsAndWhetherKeysCount) {
+  const auto near = track("A", "near", 128, "9A", "House");
+  const auto mate = track("B", "mate", 128, "9A", "House");
+  const auto clash = track("C", "clash", 128, "2B", "House");
+  const auto made = source({.name = "Test",
+                            .tracks = {current, near, mate, clash},
+                            .lists = {{"Warm-up", {current.identity, mate.identity}},
+                                      {"Others", {near.identity, clash.identity}}}});
+  const auto crate = CrateContents::joined({made});
+  EXPECT_EQ(order(crate, wish()), "mate, near, clash");
+  EXPECT_NE(reasonFor(rankCrate(crate, wish()).at(0), wish()).find("in “Warm-up” like this one"),
+            std::string::npos);
+  auto withoutKeys = wish();
+  withoutKeys.keys = false;
+  const auto ranked = rankCrate(crate, withoutKeys);
+  EXPECT_EQ(ranked.at(1).points.total, ranked.at(2).points.total);
+  EXPECT_EQ(reasonFor(ranked.at(1), withoutKeys), "Same tempo, house like this one.");
 }
 
 TEST(CrateRanking, ExplainsWithFacts) {

@@ -43,6 +43,7 @@ public:
   const Platform& platform() const override { return parts; }
   LineInput& standardInput() override { return host.standardInput(); }
   SystemStatus& systemStatus() override { return host.systemStatus(); }
+  bool isErrorTerminal() const override { return host.isErrorTerminal(); }
   std::optional<Desktop> openDesktop() override { return host.openDesktop(); }
   void run() override { host.run(); }
   void onTerminationRequest(MainLoop::Work work) override {

@@ -52,6 +52,21 @@ public:
     failIfToldTo();
     co_return VisionResult{.notice = "Detected through rekordbox deck metadata."};
   }
+  CrateState crateState() override { return {.tracks = 2, .status = "Your crate: 2 tracks"}; }
+  Task<std::vector<std::optional<CrateEntry>>> lookUpInCrate(std::vector<SongName> songs) override {
+    std::vector<std::optional<CrateEntry>> entries(songs.size());
+    if (!songs.empty()) entries.front() = CrateEntry{songs.front().song, songs.front().artist};
+    co_return entries;
+  }
+  Task<VisionResult> suggestAfter(SongName song) override {
+    failIfToldTo();
+    co_return VisionResult{.notice = "After " + song.artist + " - " + song.song};
+  }
+  Task<void> showInFileManager(std::string uri) override {
+    note("showInFileManager " + uri);
+    co_return;
+  }
+  void setCrateKeys(bool count) override { note(count ? "keys" : "no keys"); }
   void restoreWindow() override { note("restoreWindow"); }
   void bringToFront() override { note("bringToFront"); }
   void minimize() override { note("minimize"); }

@@ -16,6 +16,7 @@ struct FakePlatform {
   FakeMainLoop loop;
   FakeEnvironment environment;
   FakeFiles files;
+  FakeFileWatcher fileWatcher;
   FakeBundle bundle;
   FakeLog log;
   FakeProcesses processes;
@@ -34,8 +35,9 @@ struct FakePlatform {
       .captureDevices = {":BlackHole 2ch", ":BlackHole", ":Soundflower"},
   };
 
-  Platform platform{loop, loop,         environment, files,         bundle,  log,       processes,
-                    http, applications, mediaRemote, accessibility, windows, workspace, record};
+  Platform platform{loop,        loop,          environment, files,     fileWatcher,
+                    bundle,      log,           processes,   http,      applications,
+                    mediaRemote, accessibility, windows,     workspace, record};
 };
 
 } // namespace velmor

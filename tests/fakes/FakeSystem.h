@@ -3,6 +3,7 @@
 #include "platform/Accessibility.h"
 #include "platform/Bundle.h"
 #include "platform/Environment.h"
+#include "platform/FileWatcher.h"
 #include "platform/RunningApplications.h"
 #include "platform/SystemLog.h"
 #include "platform/WindowList.h"
@@ -77,14 +78,29 @@ public:
   std::vector<WindowDescription> windows;
 };
 
+/// Watches nothing; the test says when something has changed.
+class FakeFileWatcher : public FileWatcher {
+public:
+  std::unique_ptr<FileWatch> watch(const WatchedPlaces& places,
+                                   std::function<void()> changed) override {
+    watched = places;
+    notice = std::move(changed);
+    return std::make_unique<FileWatch>();
+  }
+  WatchedPlaces watched;
+  std::function<void()> notice;
+};
+
 class FakeWorkspace : public Workspace {
 public:
   void openURL(const std::string&) override {}
+  void showInFileManager(const std::filesystem::path& file) override { shown.push_back(file); }
   void willTerminate() override { ++announcements; }
   void terminate() override { ++terminations; }
   bool isTerminating() const override { return terminations > 0; }
   int announcements = 0;
   int terminations = 0;
+  std::vector<std::filesystem::path> shown;
 };
 
 /// Elements are maps of attributes; a process without an element answers every read with

@@ -59,6 +59,7 @@ TEST_F(WebBridgeTest, RunsEachCommandAndAnswersIt) {
       {"CheckForUpdate", UpdateInfo{.current = "1.0.0", .offline = true}, {}},
       {"SuggestTracks", VisionResult{.notice = "Detected through rekordbox deck metadata."}, {}},
       {"StartAutoDetection", nullptr, {}},
+      {"GetCrate", app->crateState(), {}},
       {"RestoreWindow", nullptr, {"restoreWindow", "bringToFront"}},
       {"StartCompactDrag", nullptr, {}},
       {"EndCompactDrag", nullptr, {}},
@@ -75,6 +76,26 @@ TEST_F(WebBridgeTest, RunsEachCommandAndAnswersIt) {
   app->config.autoSuggestTracks = true;
   EXPECT_EQ(call("StartAutoDetection"), resolved());
   EXPECT_THAT(app->calls, ElementsAre("minimize", "startNowPlayingWatcher"));
+}
+
+TEST_F(WebBridgeTest, AsksTheCrate) {
+  const Json one = {{"song", "S"}, {"artist", "A"}};
+  const auto list = [](const Json& item) { return Json::array({item}); };
+  EXPECT_EQ(call("LookUpInCrate", list(Json::array({one, one}))),
+            resolved(Json::array({CrateEntry{"S", "A"}, nullptr})));
+  EXPECT_EQ(call("LookUpInCrate", list(Json::array())), resolved(Json::array()));
+  EXPECT_EQ(call("SuggestAfter", list(one)), resolved(VisionResult{.notice = "After A - S"}));
+  EXPECT_EQ(call("ShowInFileManager", list("file:///m")), resolved());
+  EXPECT_EQ(call("SetCrateKeys", list(false)), resolved());
+  EXPECT_THAT(app->calls, ElementsAre("showInFileManager file:///m", "no keys"));
+  const std::pair<const char*, Json> wrong[] = {
+      {"LookUpInCrate", Json::array()},        {"LookUpInCrate", list(one)},
+      {"LookUpInCrate", list(list("S"))},      {"LookUpInCrate", list(list({{"song", "S"}}))},
+      {"SuggestAfter", Json::array()},         {"SuggestAfter", list("A - S")},
+      {"SuggestAfter", list({{"song", "S"}})}, {"ShowInFileManager", list(7)},
+      {"SetCrateKeys", list("false")}};
+  for (const auto& [method, args] : wrong)
+    EXPECT_EQ(call(method, args), rejected("Invalid arguments")) << method << args;
 }
 
 TEST_F(WebBridgeTest, ChecksArguments) {
