@@ -7,14 +7,15 @@
     B: ['B', 'F♯', 'D♭', 'A♭', 'E♭', 'B♭', 'F', 'C', 'G', 'D', 'A', 'E'],
   };
 
+  // A grade is 3 for what always goes, 2 for what goes with care, 1 for what does not.
   const relations = {
-    same: { sign: '=', label: 'same key', fits: true },
-    up: { sign: '+1', label: 'one step up', fits: true },
-    down: { sign: '−1', label: 'one step down', fits: true },
-    relative: { sign: '↕', label: 'relative key', fits: true },
-    boost: { sign: '▲', label: 'energy boost', fits: true },
-    diagonal: { sign: '↗', label: 'one step and a change of mode', fits: true },
-    clash: { sign: '×', label: 'keys clash', fits: false },
+    same: { sign: '=', label: 'same key', fits: true, grade: 3 },
+    up: { sign: '+1', label: 'one step up', fits: true, grade: 3 },
+    down: { sign: '−1', label: 'one step down', fits: true, grade: 3 },
+    relative: { sign: '↕', label: 'relative key', fits: true, grade: 3 },
+    boost: { sign: '▲', label: 'energy boost', fits: true, grade: 2 },
+    diagonal: { sign: '↗', label: 'one step and a change of mode', fits: true, grade: 2 },
+    clash: { sign: '×', label: 'keys clash', fits: false, grade: 1 },
   };
 
   /** "8A" as { n: 8, mode: 'A' }; null for anything that is not a place on the wheel. */
@@ -40,6 +41,13 @@
     return { name, ...relations[name] };
   }
 
+  /** The key some semitones higher: what a change of pitch makes of it. A semitone is seven steps. */
+  function shifted(key, semitones) {
+    const place = parse(key);
+    if (!place) return key;
+    return `${((((place.n - 1 + 7 * semitones) % 12) + 12) % 12) + 1}${place.mode}`;
+  }
+
   function name(key) {
     const place = parse(key);
     return place ? names[place.mode][place.n - 1] : '';
@@ -48,5 +56,5 @@
   const all = [];
   for (const mode of ['A', 'B']) for (let n = 1; n <= 12; n += 1) all.push(`${n}${mode}`);
 
-  Velmor.camelot = { parse, relation, relations, name, all };
+  Velmor.camelot = { parse, relation, relations, shifted, name, all };
 })();

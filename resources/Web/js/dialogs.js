@@ -23,17 +23,23 @@
 
   const keys = [
     ['S', 'Suggest next tracks'],
-    ['N', 'Show the suggestions that wait'],
-    ['A', 'Automatic suggestions on or off'],
+    ['A', 'Suggest automatically, on or off'],
+    ['N', 'Show new suggestions'],
     ['↑ ↓', 'Card before, card after'],
     ['1 … 9, 0', 'Card by its number'],
     ['Enter', 'Open or close a card'],
-    ['C', 'Copy the card’s song'],
-    ['F', 'Find the card’s song'],
-    ['L W H', 'List, wheel, history'],
+    ['P', 'Put the card on the set, or take it off'],
+    ['X', 'Not tonight: throw the card out'],
+    ['U', 'Undo'],
+    ['→ ←', 'What would follow the card, and back'],
+    ['C', 'Copy the song for a search, Shift + C as text'],
+    ['O', 'Look the song up online'],
+    ['F', 'Sort and filter'],
+    ['L W T H', 'List, wheel, set, history'],
+    ['Alt + ↑ ↓', 'Move a song of the set'],
     ['M', 'Shrink to the square and back'],
     [',', 'Settings'],
-    ['?', 'This help'],
+    ['?', 'These shortcuts'],
     ['Esc', 'Close what is open'],
   ];
 
@@ -52,15 +58,21 @@
       rows.flat(),
       make('dt', {}, make('span', { class: 'flag' }, '!')),
       make('dd', {}, 'the card’s own figures speak against it; open it to read why'),
+      make('dt', {}, make('span', { class: 'levels' }, [3, 2, 1].map((grade) => make('span', { class: `level of-${grade}` })))),
+      make('dd', {}, 'how tempo, key and energy fit: the higher, the better'),
+      make('dt', {}, make('span', { class: 'owned' })),
+      make('dd', {}, 'in your crate; drag it onto a deck'),
+      make('dt', {}, make('s', { class: 'struck' }, '128')),
+      make('dd', {}, 'the model’s figure, where your crate knows better'),
     );
   }
 
   const help = dom.byId('help');
   help.append(
-    head(help, 'Help'),
+    head(help, 'Shortcuts'),
     make('div', { class: 'sheet', tabindex: 0, role: 'region', 'aria-label': 'Shortcuts and signs' },
-      make('h3', {}, 'Keys'), keyList(), make('h3', {}, 'Beside a key'), signs(),
-      make('p', { class: 'hint' }, '½ and 2× beside a tempo: it fits at half or double time.'),
+      keyList(), make('h3', {}, 'Signs'), signs(),
+      make('p', { class: 'hint' }, 'Below a tempo stands the pitch at which it matches; ½ and 2× say half or double time.'),
       make('button', { type: 'button', class: 'small', onclick: () => Velmor.showAbout() }, 'About Velmor')),
   );
 

@@ -2,7 +2,7 @@
 (() => {
   'use strict';
 
-  const svgNames = new Set(['svg', 'use', 'g', 'path', 'circle', 'line', 'rect', 'polyline', 'text']);
+  const svgNames = new Set(['svg', 'use', 'g', 'path', 'circle', 'line', 'rect', 'polyline', 'text', 'title']);
 
   function assign(element, name, value) {
     if (value === undefined || value === null || value === false) return;
@@ -34,6 +34,10 @@
   const icon = (name) =>
     make('svg', { class: 'icon', 'aria-hidden': 'true' }, make('use', { href: `#icon-${name}` }));
 
+  /** A model's figure that the crate contradicts. */
+  const struck = (words, what) =>
+    make('s', { class: 'struck' }, make('span', { class: 'unseen' }, `${what} said to be `), words);
+
   /** A key in its wheel colour; sign and relation are optional. */
   function chip(key, relation) {
     const place = Velmor.camelot.parse(key);
@@ -56,6 +60,24 @@
     if (place) element.style.setProperty('--n', place.n);
   }
 
+  /**
+   * Replaces an element's children and leaves the focus on the control that has the same place: in
+   * the child with the same data-id, the same of its controls.
+   */
+  function replaceKeepingFocus(element, ...children) {
+    const controls = (part) => [...part.querySelectorAll('button, input, select, [tabindex]')];
+    const focused = element.contains(document.activeElement) ? document.activeElement : null;
+    const part = focused?.closest('[data-id]');
+    const id = part?.dataset.id;
+    const place = part ? controls(part).indexOf(focused) : -1;
+    const top = element.scrollTop;
+    element.replaceChildren(...children);
+    element.scrollTop = top;
+    if (!id) return;
+    const again = [...element.querySelectorAll('[data-id]')].find((one) => one.dataset.id === id);
+    (place < 0 ? again : again && controls(again)[place])?.focus({ preventScroll: true });
+  }
+
   /** Texts that were cut short show in whole while the pointer rests on them. */
   document.addEventListener('pointerover', ({ target }) => {
     const element = target.closest('.clip');
@@ -64,5 +86,5 @@
     element.title = cut ? element.textContent : '';
   });
 
-  Velmor.dom = { make, byId, show, setText, icon, chip, paint };
+  Velmor.dom = { make, byId, show, setText, icon, chip, struck, paint, replaceKeepingFocus };
 })();

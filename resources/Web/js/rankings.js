@@ -2,15 +2,14 @@
 (() => {
   'use strict';
 
-  const { judge, state, text, update } = Velmor;
+  const { crate, judge, night, setList, state, text, update } = Velmor;
 
-  const historyLimit = 500;
+  // How long a list stays as it is for a DJ who rests, in milliseconds. An opened card is read.
+  const rest = 3000;
+  const restOpen = 15_000;
   let lastRanking = 0;
-
-  function remember(entry) {
-    const entries = [{ at: new Date(), ...entry }, ...state.history];
-    update({ history: entries.slice(0, historyLimit) });
-  }
+  let lastTouch = 0;
+  let holding = 0;
 
   /** A later report of the same song keeps what an earlier one measured. */
   function merged(song) {
@@ -24,25 +23,29 @@
     const song = merged(text.song(value));
     if (!song.song && !song.artist) return;
     const isNew = song.id !== state.track?.id || !song.id;
-    const latest = state.history.find((entry) => entry.kind === 'track');
-    if (isNew && !(song.id && latest?.song.id === song.id)) remember({ kind: 'track', song });
+    if (isNew) night.heard(song);
     update({ track: song, heardAt: new Date(), playing: 'playing', permission: '' });
+    if (isNew) setList.played(song);
   }
 
   const tolerance = () => text.number(state.settings?.bpmTolerance) || 10;
 
+  const judged = (songs, track) => judge.cards(songs, track, tolerance(), state.facts);
+
+  /** An answer of the native side as the page keeps it. The songs stay as they came. */
   function ranking(value, kind) {
     const source = text.object(value);
     const track = text.song(source.currentTrack);
-    const songs = Array.isArray(source.recommendations) ? source.recommendations : [];
-    const usable = songs.map(text.recommendation).filter((song) => song.song || song.artist);
+    const given = Array.isArray(source.recommendations) ? source.recommendations : [];
+    const songs = given.map(text.recommendation).filter((song) => song.song || song.artist);
     lastRanking += 1;
     return {
       number: lastRanking,
       kind,
       at: new Date(),
       track,
-      cards: judge.cards(usable, track, tolerance()),
+      songs,
+      cards: judged(songs, track),
       source: text.text(source.source),
       notice: text.text(source.notice),
     };
@@ -51,16 +54,29 @@
   /** The list is of a song that is no longer the one on air. */
   const stale = (shown, track) => Boolean(shown?.track.id && track?.id && shown.track.id !== track.id);
 
-  /** Whether the DJ has the list in hand: a card open, or the pointer or focus on it. */
-  function beingRead(kind) {
-    if (!state.ranking || state.compact) return false;
-    if (state.open > 0) return true;
+  /** How much longer the DJ has the list in hand, in milliseconds: something open, or the pointer or focus on it. */
+  function held(kind) {
+    if (!state.ranking || state.compact) return 0;
+    const left = (time) => Math.max(0, lastTouch + time - performance.now());
+    if (state.open > 0 || state.ahead.length > 0) return left(restOpen);
     const panels = [...document.querySelectorAll('#panel-list, #panel-wheel')];
-    return kind === 'auto' && panels.some((panel) => panel.matches(':hover, :focus-within'));
+    const inHand = panels.some((panel) => panel.matches(':hover, :focus-within'));
+    return kind === 'auto' && inHand ? left(rest) : 0;
   }
 
   function display(next, fresh) {
-    update({ ranking: next, waiting: null, open: 0, lit: 0, fresh });
+    clearTimeout(holding);
+    update({ ranking: next, waiting: null, ahead: [], open: 0, lit: 0, fresh });
+  }
+
+  /** Looks again when the rest may be over; every touch meanwhile puts that off. */
+  function hold(kind) {
+    clearTimeout(holding);
+    holding = setTimeout(() => {
+      if (!state.waiting) return;
+      if (held(kind) > 0) hold(kind);
+      else display(state.waiting, true);
+    }, held(kind) + 20);
   }
 
   /** Every ranking enters here; it is shown at once unless that would pull a list from under the DJ. */
@@ -70,28 +86,44 @@
       update({ error: 'The answer held no suggestions.' });
       return;
     }
-    remember({ kind: 'ranking', ranking: next });
+    night.remember({ kind: 'ranking', ranking: next });
+    crate.lookUp(next.songs);
     if (stale(next, state.track) && state.ranking && !stale(state.ranking, state.track)) {
       Velmor.toast(`Late suggestions for ${text.display(next.track)} are in the history.`);
       return;
     }
-    if (beingRead(kind)) update({ waiting: next });
-    else display(next, Boolean(state.ranking) || state.compact || kind === 'auto');
+    if (held(kind) > 0) {
+      update({ waiting: next });
+      hold(kind);
+    } else {
+      display(next, Boolean(state.ranking) || state.compact || kind === 'auto');
+    }
+  }
+
+  function touched() {
+    lastTouch = performance.now();
   }
 
   /** The "new" mark goes as soon as the list is touched. */
   function seen() {
+    touched();
     if (!state.compact) update({ fresh: false });
   }
 
   const showWaiting = () => state.waiting && display(state.waiting, false);
 
-  /** Settings decide what is within tolerance, so a shown ranking is judged again. */
+  /** Settings and the crate decide what a card says, so what is shown is judged again. */
   function judgeAgain() {
-    if (!state.ranking) return;
-    const { cards, track } = state.ranking;
-    update({ ranking: { ...state.ranking, cards: judge.cards(cards, track, tolerance()) } });
+    const again = (one) => one && { ...one, cards: judged(one.songs, one.track) };
+    update({ ranking: again(state.ranking), waiting: again(state.waiting), ahead: state.ahead.map(again) });
   }
 
-  Velmor.rankings = { setTrack, arrived, seen, showWaiting, judgeAgain, stale };
+  /** The ranking that the list shows. */
+  const shown = ({ ahead, ranking: last }) => ahead.at(-1) ?? last;
+
+  for (const event of ['keydown', 'wheel', 'pointerdown']) {
+    document.addEventListener(event, touched, { capture: true, passive: true });
+  }
+
+  Velmor.rankings = { setTrack, arrived, ranking, seen, showWaiting, judgeAgain, shown, stale };
 })();

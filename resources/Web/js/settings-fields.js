@@ -18,7 +18,7 @@
   const labelled = (name, label, ...rest) =>
     make('div', { class: 'field' }, make('label', { for: `field-${name}` }, label), ...rest);
 
-  /** A text field with proposals below it that fill it when pressed. */
+  /** A text field with proposals below it, [value, shown] pairs that fill it when pressed. */
   function proposals(name, label, values) {
     const field = input(name);
     const fill = (value) => {
@@ -26,7 +26,8 @@
       field.dispatchEvent(new Event('input', { bubbles: true }));
       field.focus();
     };
-    const one = (value) => make('button', { type: 'button', class: 'proposal', onclick: () => fill(value) }, value);
+    const one = ([value, shown]) =>
+      make('button', { type: 'button', class: 'proposal', 'data-value': value, onclick: () => fill(value) }, shown);
     return labelled(name, label, field, hint(name), fault(name),
       make('div', { class: 'proposals', role: 'group', 'aria-label': `Proposals: ${label}` }, values.map(one)));
   }
@@ -57,8 +58,8 @@
   }
 
   function number(name, label, unit, words) {
-    return labelled(name, label,
-      make('div', { class: 'joined' }, input(name, { inputmode: 'decimal', class: 'short' }), make('span', {}, unit)),
+    return labelled(name, [label, make('span', { class: 'unseen' }, ` in ${unit}`)],
+      make('div', { class: 'joined' }, input(name, { inputmode: 'decimal', class: 'short' }), make('span', { 'aria-hidden': 'true' }, unit)),
       hint(name, words), fault(name));
   }
 

@@ -1,19 +1,22 @@
-// The settings sheet: filled from a fresh read, checked while typed, saved as a whole, and never
-// closed over unsaved changes without asking.
+// The settings sheet: open at once with what is known, filled from a fresh read, checked while typed,
+// saved as a whole, and never closed over unsaved changes without asking. What was typed stays until
+// it is saved or discarded, even when the window goes; a key never does.
 (() => {
   'use strict';
 
-  const { dialogs, dom, fields, settings, settingsRules, state, text, update } = Velmor;
+  const { crate, dialogs, dom, fields, settings, settingsRules, state, storage, text, update } = Velmor;
   const { make } = dom;
   const sheet = dom.byId('settings');
 
-  const models = ['thinkingmachines/Inkling-Small', 'gpt-4.1', 'gpt-4.1-mini', 'gpt-5-mini'];
+  const names = ['thinkingmachines/Inkling-Small', 'gpt-4.1', 'gpt-4.1-mini', 'gpt-5-mini'];
+  const models = [[crate.model, 'Your own music'], ...names.map((name) => [name, name])];
+  const draftKey = 'draft';
   const keyNames = ['tinkerApiKey', 'openaiApiKey'];
   const themeNames = {
-    light: 'Light', dark: 'Dark', 'red-light': 'Red, light', red: 'Red', 'orange-light': 'Orange, light', orange: 'Orange',
+    light: 'Light', dark: 'Dark', red: 'Red, dark', 'red-light': 'Red, light', orange: 'Orange, dark', 'orange-light': 'Orange, light',
   };
 
-  let stored = null; // what the native side holds, keys included, while the sheet is open
+  let stored = null; // what the native side holds, keys included, while the sheet is open and it was read
   let before = ''; // the form as it was filled
   let cleared = {};
 
@@ -29,9 +32,9 @@
       fields.secret('tinkerApiKey', 'Tinker API key', (name) => { cleared[name] = true; }),
       fields.secret('openaiApiKey', 'OpenAI API key', (name) => { cleared[name] = true; }),
       fields.choice('recommendationCount', 'Suggestions each time', settingsRules.counts.map((n) => [n, n])),
-      fields.number('bpmTolerance', 'Tempo tolerance', '± BPM', 'From 1 to 30. The model is told whole beats.'),
-      fields.toggle('autoSuggestTracks', 'Suggest by itself when the track changes',
-        'Every new track then costs one request.'),
+      fields.number('bpmTolerance', 'Tempo tolerance', '± BPM', 'From 1 to 30. Rounded to whole BPM.'),
+      fields.toggle('autoSuggestTracks', 'Suggest automatically',
+        'For each new track. With a model, each is one request that costs.'),
       fields.choice('theme', 'Theme', Object.entries(themeNames), 'swatches'),
       fields.choice('service', 'Search songs on',
         Object.entries(settings.services).map(([id, service]) => [id, service.name]))),
@@ -72,10 +75,13 @@
     });
 
   function hints() {
-    const openai = /^gpt-/i.test(values().aiModel.trim());
-    dom.setText(form.querySelector('#hint-aiModel'), `Asks ${openai ? 'OpenAI' : 'Tinker'}.`);
+    const model = values().aiModel.trim().toLowerCase();
+    const own = model === crate.model;
+    const openai = model.startsWith('gpt-');
+    const asks = own ? `Looks through your own music. ${state.crate?.status ?? ''}` : `Asks ${openai ? 'OpenAI' : 'Tinker'}.`;
+    dom.setText(form.querySelector('#hint-aiModel'), asks.trim());
     for (const name of keyNames) {
-      const used = (name === 'openaiApiKey') === openai;
+      const used = !own && (name === 'openaiApiKey') === openai;
       const gone = cleared[name] && !control(name).value && 'Removed when you save.';
       const environment = used && state.app?.aiAvailable && !stored?.[name] && 'A key from the environment is in use.';
       const words = gone || environment || (used ? 'Used by the model above.' : 'Not used by the model above.');
@@ -84,7 +90,6 @@
   }
 
   function fill(config) {
-    stored = config;
     cleared = {};
     for (const name of ['aiModel', ...keyNames]) control(name).value = text.text(config[name]);
     for (const name of keyNames) control(name).type = 'password';
@@ -93,28 +98,85 @@
     control('bpmTolerance').value = String(config.bpmTolerance ?? '');
     control('autoSuggestTracks').checked = config.autoSuggestTracks === true;
     control('theme').value = text.text(config.theme);
-    control('service').value = settings.service();
+    control('service').value = config.service ?? settings.service();
     before = JSON.stringify(values());
     sayAll({});
     hints();
   }
 
-  async function openSettings(field) {
-    if (sheet.open) return;
-    try {
-      fill(await settings.read());
-    } catch (error) {
-      update({ error: error.message });
-      return;
+  /** The fresh values come: they fill what the DJ has not changed meanwhile. */
+  function refill(config) {
+    const was = JSON.parse(before);
+    const typed = Object.fromEntries(Object.entries(values()).filter(([name, value]) => value !== was[name]));
+    stored = config;
+    fill(config);
+    retype(typed);
+  }
+
+  /** Puts back what was typed before. */
+  function retype(typed) {
+    for (const [name, value] of Object.entries(typed)) {
+      const field = control(name);
+      if (typeof value === 'boolean') field.checked = value;
+      else field.value = value;
     }
+    settings.applyTheme(control('theme').value);
+    if (stored) sayAll(faultsNow());
+    hints();
+  }
+
+  function lockKeys(isLocked) {
+    for (const name of keyNames) {
+      control(name).disabled = isLocked;
+      control(name).placeholder = isLocked ? 'Reading …' : '';
+    }
+  }
+
+  /** What was typed and not saved, without the keys. */
+  function keepDraft() {
+    const was = JSON.parse(before);
+    const typed = Object.entries(values()).filter(([name, value]) => !keyNames.includes(name) && value !== was[name]);
+    storage.keep(draftKey, () => (typed.length ? Object.fromEntries(typed) : null));
+  }
+
+  const forgetDraft = () => storage.keep(draftKey, () => null);
+
+  function takeDraft() {
+    const was = JSON.parse(before);
+    const draft = Object.entries(text.object(storage.read(draftKey)))
+      .filter(([name, value]) => name in was && !keyNames.includes(name) && typeof value === typeof was[name]);
+    if (!draft.length) return;
+    retype(Object.fromEntries(draft));
+    if (dirty()) dom.setText(status, 'What you had typed is here again.');
+  }
+
+  async function openSettings(field) {
+    if (sheet.open || !state.settings) return;
+    stored = null;
+    fill(state.settings);
+    lockKeys(true);
     dom.setText(status, '');
     dom.show(guard, false);
+    dom.show(form.querySelector(`[data-value="${crate.model}"]`), Boolean(state.crate));
     dialogs.open(sheet);
-    form.querySelector(`#field-${field ?? 'aiModel'}`)?.focus();
+    takeDraft();
+    const focus = () => form.querySelector(`#field-${field ?? 'aiModel'}, [name="${field}"]:checked`)?.focus();
+    focus();
+    try {
+      const config = await settings.read();
+      if (!sheet.open) return;
+      lockKeys(false);
+      refill(config);
+      if (keyNames.includes(field)) focus();
+    } catch (error) {
+      dom.setText(status, error.message);
+    }
   }
 
   /** Closes without saving; the keys leave the page and the stored theme comes back. */
   function close() {
+    forgetDraft();
+    stored = null;
     fill({ ...state.settings });
     settings.applyTheme(state.settings?.theme);
     sheet.close();
@@ -153,13 +215,17 @@
       return;
     }
     saveButton.disabled = true;
-    dom.setText(status, 'Saving …');
+    dom.setText(status, state.run ? 'Saving as soon as Velmor has listened …' : 'Saving …');
     try {
+      if (!stored) refill(await settings.read());
+      lockKeys(false);
       const asked = settingsRules.record(values());
       settings.setService(values().service);
       const now = await settings.save(asked);
       const changed = differences(asked, now);
+      stored = now;
       fill(now);
+      forgetDraft();
       sayAll(changed);
       Velmor.redrawList();
       if (Object.keys(changed).length) dom.setText(status, 'Saved; see what was changed.');
@@ -176,8 +242,9 @@
   form.addEventListener('submit', save);
   form.addEventListener('input', () => {
     settings.applyTheme(control('theme').value);
-    sayAll(faultsNow());
+    if (stored) sayAll(faultsNow());
     hints();
+    keepDraft();
     dom.setText(status, '');
     dom.show(guard, false);
   });

@@ -3,11 +3,13 @@
 (() => {
   'use strict';
 
-  const { native, rankings, suggest, text, update, state } = Velmor;
+  const { native, rankings, storage, suggest, text, update, state } = Velmor;
 
   const themes = ['light', 'dark', 'red-light', 'red', 'orange-light', 'orange'];
-  const themeKey = 'velmor.theme';
-  const serviceKey = 'velmor.search';
+  // Seconds: Velmor answers nothing while it listens.
+  const patience = 120;
+  const themeKey = 'theme';
+  const serviceKey = 'search';
 
   const services = {
     spotify: { name: 'Spotify', address: 'https://open.spotify.com/search/' },
@@ -15,48 +17,31 @@
     beatport: { name: 'Beatport', address: 'https://www.beatport.com/search?q=' },
   };
 
-  // Storage may be refused to a file page; the page then works with what it has.
-  function stored(key) {
-    try {
-      return localStorage.getItem(key);
-    } catch {
-      return null;
-    }
-  }
-
-  function store(key, value) {
-    try {
-      localStorage.setItem(key, value);
-    } catch {
-      // Nothing to do: the choice then lasts as long as the window.
-    }
-  }
-
   function applyTheme(theme) {
     document.documentElement.dataset.theme = themes.includes(theme) ? theme : 'dark';
   }
 
-  let chosen = stored(serviceKey);
+  let chosen = storage.read(serviceKey);
   const service = () => (chosen in services ? chosen : 'spotify');
 
   function setService(name) {
     chosen = name;
-    store(serviceKey, name);
+    storage.keep(serviceKey, () => name);
   }
+
+  // What the DJ has switched and the native side has not stored yet; null for nothing.
+  let wish = null;
 
   /** Takes over what the native side has stored, without the keys. */
   function accept(config) {
     const { tinkerApiKey, openaiApiKey, ...rest } = text.object(config);
     applyTheme(rest.theme);
-    store(themeKey, rest.theme);
-    update({
-      settings: rest,
-      hasKey: { tinker: Boolean(tinkerApiKey), openai: Boolean(openaiApiKey) },
-    });
+    storage.keep(themeKey, () => rest.theme);
+    update({ settings: { ...rest, ...(wish === null ? {} : { autoSuggestTracks: wish }) } });
   }
 
   async function read() {
-    const config = text.object(await native.call('GetSettings'));
+    const config = text.object(await native.call('GetSettings', [], patience));
     accept(config);
     return config;
   }
@@ -70,28 +55,38 @@
    * back as they are stored. Gives the settings as the native side stored them.
    */
   async function save(fields) {
-    const fresh = text.object(await native.call('GetSettings'));
-    await native.call('SaveSettings', [{ ...fresh, ...fields }]);
+    const fresh = text.object(await native.call('GetSettings', [], patience));
+    await native.call('SaveSettings', [{ ...fresh, ...fields }], patience);
     const now = await read();
     await readState();
-    if (!now.autoSuggestTracks) suggest.endAuto();
+    if (!state.settings.autoSuggestTracks) suggest.endAuto();
+    update({ refused: '' });
     rankings.judgeAgain();
     return now;
   }
 
-  let toggling = false;
+  /** Shows the switch as the DJ wants it and stores the last wish as soon as Velmor can. */
   async function toggleAuto() {
-    if (!state.settings || toggling) return;
-    toggling = true;
+    if (!state.settings) return;
+    const isSaving = wish !== null;
+    wish = !state.settings.autoSuggestTracks;
+    update({ settings: { ...state.settings, autoSuggestTracks: wish } });
+    if (!wish) suggest.endAuto();
+    if (isSaving) return;
     try {
-      await save({ autoSuggestTracks: !state.settings.autoSuggestTracks });
+      for (let saved = !wish; saved !== wish;) {
+        saved = wish;
+        await save({ autoSuggestTracks: saved });
+      }
+      wish = null;
     } catch (error) {
+      wish = null;
       update({ error: error.message });
+      await read().catch(() => {});
     }
-    toggling = false;
   }
 
-  applyTheme(stored(themeKey));
+  applyTheme(storage.read(themeKey));
 
   Velmor.settings = {
     themes, services, service, setService, applyTheme, read, readState, save, toggleAuto,

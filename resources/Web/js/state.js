@@ -6,22 +6,30 @@
   const state = {
     bridge: 'starting', // 'starting', 'ready', 'missing'
     settings: null, // the stored settings without the keys
-    hasKey: { tinker: false, openai: false },
     app: null, // AppState
     info: null, // AppInfo
+    crate: null, // the DJ's own music as crate.js knows it; null for a program without
+    facts: new Map(), // what the crate knows of songs, by their ids
     track: null, // the song last seen, see text.song
     heardAt: null, // when it was seen last
     playing: 'unknown', // 'unknown', 'playing', 'stopped', 'permission'
     permission: '', // the sentence to show while permission is needed
-    run: null, // { kind: 'manual' | 'auto', startedAt }
-    ranking: null, // what the list shows, see rankings.js
+    run: null, // the request that runs: { kind: 'manual' | 'auto', startedAt, phase }, see suggest.js
+    ranking: null, // what was suggested last, see rankings.js
+    ahead: [], // rankings for songs that might be played, each after one of those before
     fresh: false, // the ranking came by itself and was not touched yet
     waiting: null, // a ranking that came while the list was being read
     error: '',
-    view: 'list', // 'list', 'wheel', 'history'
+    refused: '', // what the provider did not take: 'key', 'model'
+    view: 'list', // 'list', 'wheel', 'set', 'history'
     open: 0, // rank of the opened card, 0 for none
     lit: 0, // rank under the pointer or focus, 0 for none
-    history: [],
+    sieve: null, // how the list is sorted and what it leaves out, see sieve.js
+    sieveOpen: false,
+    sets: [], // see set-list.js
+    setShown: '', // id of the set that the view shows
+    out: [], // songs that were thrown out tonight
+    history: [], // see night.js
     compact: false,
   };
 

@@ -4,6 +4,8 @@
 
   const text = (value) => (typeof value === 'string' ? value.trim() : '');
 
+  const two = (value) => String(value).padStart(2, '0');
+
   const number = (value) => (typeof value === 'number' && Number.isFinite(value) ? value : 0);
 
   const object = (value) => (value && typeof value === 'object' ? value : {});
@@ -18,8 +20,25 @@
     return (value > 0 ? '+' : '−') + size;
   }
 
-  const clock = (date) =>
-    [date.getHours(), date.getMinutes()].map((part) => String(part).padStart(2, '0')).join(':');
+  /** "−1.1 %"; a change that nobody hears is "±0 %". */
+  function percent(value) {
+    const words = signed(value);
+    return `${words === '±0.0' ? '±0' : words} %`;
+  }
+
+  const clock = (date) => [date.getHours(), date.getMinutes()].map(two).join(':');
+
+  /** "3 October"; with the year when it is not this one. */
+  const day = (date, now = new Date()) =>
+    date.toLocaleDateString('en-GB', {
+      day: 'numeric', month: 'long', year: date.getFullYear() === now.getFullYear() ? undefined : 'numeric',
+    });
+
+  /** "2026-10-03": the evening a moment belongs to. A night goes on until six in the morning. */
+  function night(date) {
+    const evening = new Date(date.getTime() - 6 * 3_600_000);
+    return [evening.getFullYear(), two(evening.getMonth() + 1), two(evening.getDate())].join('-');
+  }
 
   const seconds = (from, now = Date.now()) => `${Math.max(0, Math.floor((now - from) / 1000))} s`;
 
@@ -32,7 +51,12 @@
     return parts.every(Boolean) ? parts.join('\u0000') : '';
   }
 
-  const display = (song) => [song.artist, song.song].filter(Boolean).join(' – ');
+  const both = (song, between) => [song.artist, song.song].filter(Boolean).join(between);
+  const display = (song) => both(song, ' – ');
+  /** As text in a message or a list. */
+  const plain = (song) => both(song, ' - ');
+  /** For the search of a DJ program, which takes every character between two words as a word. */
+  const query = (song) => both(song, ' ');
 
   /** A title, artist and so on as the page keeps them: every field present and of its type. */
   function song(value) {
@@ -56,6 +80,9 @@
   }
 
   window.Velmor = {
-    text: { text, number, object, bpm, signed, clock, seconds, fold, display, song, recommendation },
+    text: {
+      text, number, object, bpm, signed, percent, clock, day, night, seconds, fold, fingerprint, display, plain, query,
+      song, recommendation,
+    },
   };
 })();

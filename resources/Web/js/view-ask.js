@@ -8,17 +8,22 @@
   let ticking = 0;
 
   function tick() {
-    if (state.run) dom.setText(dom.byId('ask-side'), text.seconds(state.run.startedAt));
+    if (!state.run) return;
+    dom.setText(dom.byId('ask-words'), suggest.doing());
+    dom.setText(dom.byId('ask-side'), text.seconds(state.run.startedAt));
   }
 
   function render({ run, bridge, settings: stored }) {
     button.classList.toggle('busy', Boolean(run));
     // Not the disabled attribute: the button keeps its focus and its words stay readable.
     button.setAttribute('aria-disabled', String(Boolean(run) || bridge !== 'ready'));
-    dom.setText(dom.byId('ask-words'), run ? suggest.doing() : 'Suggest next tracks');
     clearInterval(ticking);
-    if (run) ticking = setInterval(tick, 1000);
-    else dom.setText(dom.byId('ask-side'), 'S');
+    if (run) {
+      ticking = setInterval(tick, 1000);
+    } else {
+      dom.setText(dom.byId('ask-words'), 'Suggest next tracks');
+      dom.setText(dom.byId('ask-side'), 'S');
+    }
     tick();
     auto.setAttribute('aria-checked', String(Boolean(stored?.autoSuggestTracks)));
   }

@@ -8,7 +8,7 @@
   /** One of: missing, permission, playing, heard, stopped, finding, starting, listening, idle. */
   function situation(state) {
     if (state.bridge === 'missing') return 'missing';
-    if (state.playing === 'permission') return 'permission';
+    if (state.playing === 'permission' && !state.track) return 'permission';
     if (state.track && state.playing === 'stopped') return 'stopped';
     // Without the automatic detection nobody looks whether it still plays.
     if (state.track) return state.settings?.autoSuggestTracks ? 'playing' : 'heard';
@@ -44,8 +44,20 @@
     if (now === 'starting') return '';
     return now === 'listening'
       ? 'The next track shows up here by itself.'
-      : 'Start a track, then ask for the next. With Auto on, Velmor asks by itself.';
+      : 'Start a track, then ask for the next. With “Auto” on, Velmor asks by itself.';
   }
+
+  // What the native side calls the source, on a system that has a name of its own for it.
+  const isMac = /mac/i.test(navigator.platform);
+
+  /** "Media player · Tinker" for "macOS Media Control + Tinker". */
+  function sourceWords(source) {
+    const [name, ...rest] = source.split(' + ');
+    return [!isMac && name === 'macOS Media Control' ? 'Media player' : name, ...rest].join(' · ');
+  }
+
+  const noticeWords = (notice) =>
+    isMac ? notice : notice.replace('macOS media session', 'media player').replace('macOS now-playing metadata', 'the media player');
 
   function renderTrack(state) {
     const { track } = state;
@@ -59,7 +71,7 @@
     byId('now-key').replaceChildren(dom.chip(track.key));
     const shown = state.ranking;
     const notice = shown?.track.id === track.id ? shown.notice : '';
-    setText(byId('now-more'), notice);
+    setText(byId('now-more'), noticeWords(notice));
   }
 
   function renderWords(state, now) {
@@ -79,7 +91,7 @@
     else renderWords(state, now);
     const place = hasTrack ? camelot.parse(state.track.key) : null;
     dom.paint(byId('now'), place);
-    setText(byId('source-text'), state.ranking?.source || state.app?.provider || 'Velmor');
+    setText(byId('source-text'), sourceWords(state.ranking?.source || state.app?.provider || 'Velmor'));
   }
 
   Velmor.view(['bridge', 'playing', 'permission', 'track', 'heardAt', 'run', 'ranking', 'settings', 'app'], render);

@@ -2,11 +2,11 @@
 (() => {
   'use strict';
 
-  const { camelot, dom, rankings, update } = Velmor;
+  const { camelot, dom, rankings, sieve, update } = Velmor;
   const { make } = dom;
   const panel = dom.byId('panel-wheel');
   const rings = { A: { inner: 31, outer: 64 }, B: { inner: 66, outer: 99 } };
-  let drawn = { ranking: undefined, track: undefined };
+  let drawn = {};
 
   function at(radius, degrees) {
     const angle = ((degrees - 90) * Math.PI) / 180;
@@ -39,17 +39,28 @@
     return group;
   }
 
-  /** Where the dots of one segment stand: side by side, or in two rows when they would touch. */
+  // Rows of a segment's dots: how far from its middle, and how many fit side by side without
+  // touching the next key.
+  const rows = {
+    A: [{ shift: 8.3, most: 1 }, { shift: -8.3, most: 1 }],
+    B: [{ shift: 8.3, most: 2 }, { shift: -8.3, most: 2 }],
+  };
+
+  /** Where the dots of one segment stand: in its middle, side by side, or in two rows. */
   function spots(place, count) {
-    const step = (radius) => (17 / radius) * (180 / Math.PI);
-    const single = count * step(middle(place)) < 30;
-    const rows = single ? [[count, 0]] : [[Math.ceil(count / 2), 8.5], [Math.floor(count / 2), -8.5]];
-    return rows.flatMap(([size, shift]) => {
+    const step = (radius) => (17.5 / radius) * (180 / Math.PI);
+    const [{ most }] = rows[place.mode];
+    const sizes = count <= most ? [[count, 0]]
+      : [[Math.ceil(count / 2), rows[place.mode][0].shift], [Math.floor(count / 2), rows[place.mode][1].shift]];
+    return sizes.flatMap(([size, shift]) => {
       const radius = middle(place) + shift;
       return Array.from({ length: size }, (_, i) =>
         at(radius, place.n * 30 + (i - (size - 1) / 2) * step(radius)));
     });
   }
+
+  /** As many dots as a segment holds. */
+  const room = ({ mode }) => rows[mode].reduce((sum, row) => sum + row.most, 0);
 
   function openCard(rank) {
     update({ view: 'list', open: rank });
@@ -67,34 +78,57 @@
     return element;
   }
 
-  function dot(card, [x, y]) {
+  function pressable(attributes, act, [x, y], words) {
     const press = (event) => {
       if (event.key !== 'Enter' && event.key !== ' ') return;
       event.preventDefault();
-      openCard(card.rank);
+      act();
     };
-    const label = [`${card.rank}, ${card.song}`, card.key, card.relation?.label].filter(Boolean).join(', ');
-    const group = make(
+    return make(
       'g',
-      {
-        class: 'dot', role: 'button', tabindex: 0, 'aria-label': label, 'data-rank': card.rank,
-        onclick: () => openCard(card.rank), onkeydown: press,
-      },
+      { role: 'button', tabindex: 0, onclick: act, onkeydown: press, ...attributes },
       make('circle', { cx: x, cy: y, r: 8 }),
-      make('text', { x, y, dy: '0.36em' }, card.rank),
+      make('text', { x, y, dy: '0.36em' }, words),
     );
-    return lights(group, card.rank);
   }
 
-  /** The cards that have a place on the wheel, each with the spot where its dot stands. */
+  function dot({ card, spot }) {
+    const label = [`${card.rank}, ${card.song}`, card.key, card.relation?.label].filter(Boolean).join(', ');
+    const attributes = { class: 'dot', 'aria-label': label, 'data-rank': card.rank };
+    return lights(pressable(attributes, () => openCard(card.rank), spot, card.rank), card.rank);
+  }
+
+  /** Lights the rows of several cards beside the wheel. */
+  function lightRows(cards, isLit) {
+    const ranks = new Set(isLit ? cards.map((card) => String(card.rank)) : []);
+    for (const one of panel.querySelectorAll('.wheel-row')) one.classList.toggle('lit', ranks.has(one.dataset.rank));
+  }
+
+  /** The dots of a key that has no room for all: the rest as one with their number. */
+  function cluster({ cards, spot }) {
+    const label = `+${cards.length} in ${cards[0].key}: ${cards.map((card) => `${card.rank}, ${card.song}`).join('; ')}`;
+    const goTo = () => panel.querySelector(`.wheel-row[data-rank="${cards[0].rank}"]`)?.focus();
+    const group = pressable({ class: 'dot cluster', 'aria-label': label }, goTo, spot, `+${cards.length}`);
+    for (const event of ['pointerenter', 'focusin']) group.addEventListener(event, () => lightRows(cards, true));
+    for (const event of ['pointerleave', 'focusout']) group.addEventListener(event, () => lightRows(cards, false));
+    group.append(make('title', {}, label));
+    return group;
+  }
+
+  /** The cards that have a place on the wheel with the spots where their dots stand, and the clusters. */
   function placed(cards) {
-    const byKey = Map.groupBy(cards, (card) => card.key);
-    return [...byKey].flatMap(([key, group]) => {
+    const byKey = [...Map.groupBy(cards, (card) => card.key)].filter(([key]) => camelot.parse(key));
+    const dots = [];
+    const clusters = [];
+    for (const [key, group] of byKey) {
       const place = camelot.parse(key);
-      if (!place) return [];
-      const places = spots(place, group.length);
-      return group.map((card, i) => ({ card, spot: places[i] }));
-    });
+      const most = room(place);
+      const places = spots(place, Math.min(group.length, most));
+      const single = group.length > most ? most - 1 : group.length;
+      dots.push(...group.slice(0, single).map((card, i) => ({ card, spot: places[i] })));
+      if (single < group.length) clusters.push({ cards: group.slice(single), spot: places[single] });
+    }
+    return { dots, clusters };
   }
 
   /** Lines from the current key to each dot; one shows while its card is lit. */
@@ -108,7 +142,7 @@
 
   function wheel(current, cards) {
     const taken = new Set(cards.map((card) => card.key));
-    const dots = placed(cards);
+    const { dots, clusters } = placed(cards);
     return make(
       'svg',
       { class: 'wheel', viewBox: '-100 -100 200 200', role: 'group', 'aria-label': 'Wheel of keys' },
@@ -117,7 +151,8 @@
       make('circle', { class: 'hub-ground', r: 29 }),
       make('text', { class: 'hub', dy: camelot.parse(current) ? '-0.02em' : '0.36em' }, current || '–'),
       make('text', { class: 'hub-name', dy: '1.3em' }, camelot.name(current)),
-      dots.map(({ card, spot }) => dot(card, spot)),
+      dots.map(dot),
+      clusters.map(cluster),
     );
   }
 
@@ -133,8 +168,8 @@
   }
 
   function build(state) {
-    const cards = state.ranking?.cards ?? [];
-    const current = (cards.length ? state.ranking.track : state.track)?.key ?? '';
+    const cards = sieve.cards(state);
+    const current = (cards.length ? rankings.shown(state).track : state.track)?.key ?? '';
     panel.replaceChildren(
       make(
         'div',
@@ -146,11 +181,12 @@
   }
 
   function render(state) {
-    const { ranking, track, lit, view } = state;
+    const { ahead, ranking, track, lit, view, sieve: chosen, out, run } = state;
     if (view !== 'wheel') return;
-    if (ranking !== drawn.ranking || track !== drawn.track) build(state);
-    drawn = { ranking, track };
-    panel.classList.toggle('stale', rankings.stale(ranking, track));
+    const now = { ranking, ahead, track, chosen, out };
+    if (Object.keys(now).some((name) => now[name] !== drawn[name])) build(state);
+    drawn = now;
+    panel.classList.toggle('stale', Boolean(ranking) && (rankings.stale(ranking, track) || Boolean(run)));
     for (const element of panel.querySelectorAll('[data-rank]')) {
       element.classList.toggle('lit', Number(element.dataset.rank) === lit);
     }
@@ -158,5 +194,5 @@
 
   panel.addEventListener('focusin', rankings.seen);
   panel.addEventListener('pointermove', rankings.seen);
-  Velmor.view(['ranking', 'track', 'lit', 'view'], render);
+  Velmor.view(['ranking', 'ahead', 'track', 'lit', 'view', 'sieve', 'out', 'run'], render);
 })();
