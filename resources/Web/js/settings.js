@@ -32,18 +32,20 @@
   // What the DJ has switched and the native side has not stored yet; null for nothing.
   let wish = null;
 
+  const wished = (config) => (wish === null ? config : { ...config, autoSuggestTracks: wish });
+
   /** Takes over what the native side has stored, without the keys. */
   function accept(config) {
     const { tinkerApiKey, openaiApiKey, ...rest } = text.object(config);
     applyTheme(rest.theme);
     storage.keep(themeKey, () => rest.theme);
-    update({ settings: { ...rest, ...(wish === null ? {} : { autoSuggestTracks: wish }) } });
+    update({ settings: wished(rest) });
   }
 
   async function read() {
     const config = text.object(await native.call('GetSettings', [], patience));
     accept(config);
-    return config;
+    return wished(config);
   }
 
   async function readState() {
@@ -54,7 +56,7 @@
    * Saves the given fields over a fresh copy, so that the format version and the window's frame go
    * back as they are stored. Gives the settings as the native side stored them.
    */
-  async function save(fields) {
+  async function saveNow(fields) {
     const fresh = text.object(await native.call('GetSettings', [], patience));
     await native.call('SaveSettings', [{ ...fresh, ...fields }], patience);
     const now = await read();
@@ -63,6 +65,15 @@
     update({ refused: '' });
     rankings.judgeAgain();
     return now;
+  }
+
+  let last = Promise.resolve();
+
+  /** One save after the other: each begins with what the one before has stored. */
+  function save(fields) {
+    const next = last.then(() => saveNow(fields));
+    last = next.catch(() => {});
+    return next;
   }
 
   /** Shows the switch as the DJ wants it and stores the last wish as soon as Velmor can. */

@@ -54,6 +54,9 @@
     if (event.button !== 0) return;
     grip.setPointerCapture(event.pointerId);
     rows[index].classList.add('moving');
+    // The row as a whole can be dragged out of the window.
+    const { draggable } = rows[index];
+    rows[index].draggable = false;
     let to = index;
     const unmark = () => rows.forEach((row) => row.classList.remove('before', 'after'));
     const follow = ({ clientY }) => {
@@ -64,6 +67,7 @@
     const leave = (letGo) => {
       grip.removeEventListener('pointermove', follow);
       rows[index].classList.remove('moving');
+      rows[index].draggable = draggable;
       unmark();
       if (letGo.type === 'pointerup' && to !== index) moveTo(index, to);
     };
