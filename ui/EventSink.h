@@ -27,6 +27,8 @@ inline constexpr auto suggestionsReady = "velmor:suggestions-ready";
 inline constexpr auto analysisError = "velmor:analysis-error";
 /// The window has become the compact square, true, or the full window again, false.
 inline constexpr auto compactMode = "velmor:compact-mode";
+/// The user wants the window closed, and the page has something to settle first: null.
+inline constexpr auto closeAsked = "velmor:close-asked";
 /// The page is to say what Velmor is: null.
 inline constexpr auto showAbout = "velmor:show-about";
 } // namespace event

@@ -6,6 +6,7 @@
 #include "ui/EventSink.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace velmor {
@@ -34,6 +35,9 @@ public:
   virtual void stopNowPlayingWatcher() = 0;
   /// Finds the playing track and asks the model what to play next. The task throws.
   [[nodiscard]] virtual Task<VisionResult> suggestTracks() = 0;
+
+  /// The track that a suggestion has found last; nothing before the first.
+  [[nodiscard]] virtual std::optional<TrackMetadata> detectedTrack() const = 0;
 
   // What needs a window does nothing without one.
   /// From the compact square back to the full window.

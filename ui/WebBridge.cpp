@@ -19,13 +19,15 @@ namespace {
 constexpr int unknownMethod = 404;
 
 /// What a command gives; nothing is answered with null.
-using Result = std::variant<std::monostate, AppConfig, AppInfo, UpdateInfo, AppState, VisionResult>;
+using Result = std::variant<std::monostate, AppConfig, AppInfo, UpdateInfo, AppState, VisionResult,
+                            TrackMetadata>;
 constexpr std::monostate nothing;
 
 /// What a command works with.
 struct Call {
   AppCommands& app;
   EventSink& page;
+  bool& isWindowHeld;
   const Json& args;
 };
 
@@ -49,6 +51,11 @@ std::string textArgument(const Json& args) {
   return given;
 }
 
+bool truthArgument(const Json& args) {
+  if (args.empty() || !args.front().is_boolean()) throw invalidArgs();
+  return args.front().get<bool>();
+}
+
 /// Every command, told once.
 using Commands = std::vector<std::pair<std::string, std::function<Task<Result>(Call)>>>;
 
@@ -70,6 +77,16 @@ const Commands& commands() {
          co_return nothing;
        }},
       {"SuggestTracks", [](Call call) -> Answer { co_return co_await call.app.suggestTracks(); }},
+      {"GetDetectedTrack",
+       [](Call call) -> Answer {
+         if (auto track = call.app.detectedTrack()) co_return *track;
+         co_return nothing;
+       }},
+      {"HoldWindow",
+       [](Call call) -> Answer {
+         call.isWindowHeld = truthArgument(call.args);
+         co_return nothing;
+       }},
       {"RestoreWindow",
        [](Call call) -> Answer {
          call.app.restoreWindow();
@@ -151,13 +168,21 @@ void WebBridge::emit(const std::string& event, const std::optional<std::string>&
 
 void WebBridge::forgetPage() {
   ++pagesBefore;
+  isWindowHeld = false;
   tasks.cancelAll();
+}
+
+bool WebBridge::mayClose() {
+  if (!std::exchange(isWindowHeld, false)) return true;
+  emit(event::closeAsked, std::nullopt);
+  return false;
 }
 
 Task<void> WebBridge::answer(PageMessage message) {
   const int page = pagesBefore;
   try {
-    const Result result = co_await handle(message.method, {*controller, *this, message.args});
+    const Result result =
+        co_await handle(message.method, {*controller, *this, isWindowHeld, message.args});
     if (page != pagesBefore) co_return;
     if (const auto json = encoded(result)) respond(message.id, *json);
   } catch (const std::exception& error) {

@@ -52,6 +52,7 @@ public:
     failIfToldTo();
     co_return VisionResult{.notice = "Detected through rekordbox deck metadata."};
   }
+  std::optional<TrackMetadata> detectedTrack() const override { return detected; }
   void restoreWindow() override { note("restoreWindow"); }
   void bringToFront() override { note("bringToFront"); }
   void minimize() override { note("minimize"); }
@@ -68,6 +69,7 @@ public:
 
   MainLoop& loop;
   AppConfig config;
+  std::optional<TrackMetadata> detected;
   std::string failure;
   std::vector<std::string> calls;
   std::weak_ptr<EventSink> bridge;

@@ -26,7 +26,7 @@
     SuggestAfter: (song) => native.crate.after[key(song)] ?? { currentTrack: song, recommendations: [], source: '', notice: '' },
     ShowInFileManager: () => null,
   };
-  const silent = ['StartAutoDetection', 'RestoreWindow', 'WindowMinimise', 'BrowserOpenURL', 'GetDetectedTrack'];
+  const silent = ['StartAutoDetection', 'RestoreWindow', 'WindowMinimise', 'BrowserOpenURL', 'GetDetectedTrack', 'HoldWindow'];
 
   function run(method, args) {
     const command = methods[method] ?? (native.crate && crateMethods[method]);

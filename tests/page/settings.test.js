@@ -74,6 +74,24 @@ on('unsaved changes are not lost by accident, and keys do not stay in the page',
   assert.equal(await calls(page, 'SaveSettings'), 0);
 });
 
+on('the button of the window closes the sheet first when something was typed', {}, async (page) => {
+  const held = () => page.evaluate(() => window.native.calls.filter((call) => call.method === 'HoldWindow').map((call) => call.args[0]));
+  await openSheet(page);
+  await page.getByText('Red, dark').click();
+  assert.deepEqual(await held(), [true]);
+  await emit(page, 'close-asked');
+  await page.getByRole('alertdialog', { name: 'Unsaved changes' }).waitFor();
+  await page.getByRole('button', { name: 'Keep editing' }).click();
+  assert.deepEqual(await held(), [true, true]);
+  await emit(page, 'close-asked');
+  await page.getByRole('button', { name: 'Discard' }).click();
+  await isClosed(page);
+  await openSheet(page);
+  await page.getByText('Red, dark').click();
+  await page.getByText('Dark', { exact: true }).click();
+  assert.deepEqual(await held(), [true, true, true, false]);
+});
+
 on('what was typed is there again after a restart, but no key', {}, async (page, says) => {
   await openSheet(page);
   await page.getByRole('textbox', { name: 'Model' }).fill('gpt-4.1');

@@ -4,7 +4,7 @@
 (() => {
   'use strict';
 
-  const { crate, dialogs, dom, fields, settings, settingsRules, state, storage, text, update } = Velmor;
+  const { crate, dialogs, dom, fields, native, settings, settingsRules, state, storage, text, update } = Velmor;
   const { make } = dom;
   const sheet = dom.byId('settings');
 
@@ -147,7 +147,9 @@
       .filter(([name, value]) => name in was && !keyNames.includes(name) && typeof value === typeof was[name]);
     if (!draft.length) return;
     retype(Object.fromEntries(draft));
-    if (dirty()) dom.setText(status, 'What you had typed is here again.');
+    if (!dirty()) return;
+    dom.setText(status, 'What you had typed is here again.');
+    holdWindow();
   }
 
   async function openSettings(field) {
@@ -192,6 +194,7 @@
   }
 
   function keepEditing() {
+    holdWindow();
     dom.show(guard, false);
     control('aiModel').focus();
   }
@@ -239,12 +242,26 @@
     saveButton.disabled = false;
   }
 
+  // The window's own button then comes here before it closes the window.
+  let isHeld = false;
+  function holdWindow() {
+    if (isHeld === dirty()) return;
+    isHeld = dirty();
+    native.call('HoldWindow', [isHeld]).catch(() => {});
+  }
+  native.on('close-asked', () => {
+    isHeld = false;
+    if (dirty()) leave();
+  });
+  sheet.addEventListener('close', holdWindow);
+
   form.addEventListener('submit', save);
   form.addEventListener('input', () => {
     settings.applyTheme(control('theme').value);
     if (stored) sayAll(faultsNow());
     hints();
     keepDraft();
+    holdWindow();
     dom.setText(status, '');
     dom.show(guard, false);
   });
