@@ -71,6 +71,8 @@ for (const [name, state] of Object.entries(states)) {
     for (const [width, height, text] of name.startsWith('compact') ? [] : sizes) {
       await page.evaluate((value) => { document.documentElement.style.fontSize = value; }, text);
       await page.setViewportSize({ width, height });
+      // A menu goes when the window changes, with the next picture.
+      await page.evaluate(() => new Promise((next) => { requestAnimationFrame(() => requestAnimationFrame(next)); }));
       assert.deepEqual(await page.evaluate(faults), [], `${width} x ${height} ${text}`);
     }
     assert.deepEqual(page.problems, []);

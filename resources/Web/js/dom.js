@@ -2,7 +2,7 @@
 (() => {
   'use strict';
 
-  const svgNames = new Set(['svg', 'use', 'g', 'path', 'circle', 'line', 'rect', 'polyline', 'text', 'title']);
+  const svgNames = new Set(['svg', 'use', 'g', 'path', 'circle', 'line', 'rect', 'polyline', 'text']);
 
   function assign(element, name, value) {
     if (value === undefined || value === null || value === false) return;

@@ -42,10 +42,13 @@
       if (event.key === 'Tab') list.hidePopover();
       step(event, list);
     });
+    const hide = () => list.hidePopover();
+    window.addEventListener('resize', hide, { once: true });
     list.addEventListener('toggle', ({ newState }) => {
       if (newState !== 'closed') return;
       button.setAttribute('aria-expanded', 'false');
       if (list.contains(document.activeElement) || document.activeElement === document.body) button.focus();
+      window.removeEventListener('resize', hide);
       list.remove();
     });
     (button.closest('main, dialog') ?? document.body).append(list);

@@ -111,7 +111,6 @@
     const group = pressable({ class: 'dot cluster', 'aria-label': label }, goTo, spot, `+${cards.length}`);
     for (const event of ['pointerenter', 'focusin']) group.addEventListener(event, () => lightRows(cards, true));
     for (const event of ['pointerleave', 'focusout']) group.addEventListener(event, () => lightRows(cards, false));
-    group.append(make('title', {}, label));
     return group;
   }
 
