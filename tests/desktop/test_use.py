@@ -21,7 +21,7 @@ print(Gtk.Clipboard.get(Gdk.SELECTION_CLIPBOARD).wait_for_text())
 PLACE = {"x": 200, "y": 150, "width": 507, "height": 651}
 FRAME = (200, 150, *FULL)
 MODEL_FIELD, KEY_FIELD, SHEET, SAVE = (200, 95), (200, 258), (250, 450), (454, 624)
-EXPORT = (447, 250)
+EXPORT, FIRST_GRIP = (447, 250), (24, 293)
 
 
 class UseTest(unittest.TestCase):
@@ -83,20 +83,22 @@ class UseTest(unittest.TestCase):
         desktop.open()
         desktop.activate(desktop.client())
         self.see(desktop.key, "t")
+        self.see(desktop.drag, FIRST_GRIP, 0, 60)
         self.see(desktop.click, EXPORT)
         desktop.screenshot("set-later")
         desktop.key("Return")
         wanted = [f"{number}. {song['artist']} - {song['song']}"
-                  for number, song in enumerate((SONGS[1], SONGS[0]), 1)]
+                  for number, song in enumerate((SONGS[0], SONGS[1]), 1)]
         waitUntil(lambda: [line.split("  ")[0] for line in self.pasted().splitlines()] == wanted,
                   lambda: f"{wanted}; pasted {self.pasted()}")
+        desktop.waitForFrame(FRAME)
 
     def testWhatWasTypedIsNotLostWithTheWindow(self):
         desktop = self.desktop
         process = self.open()
         self.see(desktop.key, "comma")
         self.see(desktop.tool, "type", "x")
-        desktop.close()
+        self.see(desktop.close)
         desktop.screenshot("unsaved")
         self.see(desktop.key, "Escape")
         self.assertIsNone(process.poll())
