@@ -74,7 +74,7 @@ const name = ({ song, artist }) => `${artist} - ${song}`;
 export const crate = {
   told: {
     tracks: 4212, withoutTempo: 12, withoutKey: 40, skipped: 3, sources: [{ name: 'Mixxx', tracks: 4212 }],
-    reading: false, progress: 1, status: 'Your crate: 4,212 tracks',
+    keys: true, reading: false, progress: 1, status: 'Your crate: 4,212 tracks',
   },
   songs: Object.fromEntries([
     owned(glue), owned(picks[0], { lastPlayed: '2026-10-03' }), owned(picks[1], { bpm: 136, key: '4A' }), owned(picks[3]), owned(picks[5]),

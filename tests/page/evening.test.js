@@ -130,6 +130,13 @@ on('a failed request can be answered from the crate', {
   await page.getByRole('button', { name: 'Suggest from your crate instead' }).click();
   await page.waitForSelector('.card');
   assert.equal(await page.getByRole('alert').count(), 0);
+  // A track that the crate does not have: the crate as a whole still has an answer.
+  await emit(page, 'track-changed', demo.earlier[0]);
+  await press(page, 's');
+  await page.evaluate((answer) => { window.native.answers.SuggestTracks = answer; }, demo.result(demo.earlier[0], demo.picks.slice(2)));
+  await page.getByRole('alert').getByRole('button', { name: 'Use your own music' }).click();
+  await page.locator('.card .title', { hasText: 'LesAlpx' }).waitFor();
+  assert.equal((await sent(page, 'SaveSettings')).aiModel, 'velmor/crate');
 });
 
 on('a set is put together, played and taken along', { ...own, stored: { sets: demo.kept.sets.slice(1) } }, async (page, says) => {

@@ -23,7 +23,11 @@
   const crateMethods = {
     GetCrate: () => native.crate.told,
     LookUpInCrate: (songs) => songs.map((song) => native.crate.songs[key(song)] ?? null),
-    SuggestAfter: (song) => native.crate.after[key(song)] ?? { currentTrack: song, recommendations: [], source: '', notice: '' },
+    SuggestAfter: (song) => {
+      if (!native.crate.songs[key(song)]) throw new Error(`Your crate has no track with the name "${key(song)}".`);
+      return native.crate.after[key(song)] ?? { currentTrack: song, recommendations: [], source: '', notice: '' };
+    },
+    SetCrateKeys: (count) => { native.crate.told.keys = count; },
     ShowInFileManager: () => null,
   };
   const silent = ['StartAutoDetection', 'RestoreWindow', 'WindowMinimise', 'BrowserOpenURL', 'GetDetectedTrack', 'HoldWindow'];

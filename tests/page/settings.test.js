@@ -113,8 +113,10 @@ on('the own music is one of the models', { crate: demo.crate, settings: { tinker
   await openSheet(page);
   await page.getByRole('button', { name: 'Your own music', exact: true }).click();
   await says('#hint-aiModel', 'Your crate: 4,212 tracks');
+  await page.getByLabel('Keys count').uncheck();
   await page.getByRole('button', { name: 'Save' }).click();
   await isClosed(page);
+  assert.equal(await page.evaluate(() => window.native.crate.told.keys), false);
   assert.equal((await saved(page)).aiModel, 'velmor/crate');
   await says('.steps', 'Your own music: 4,212 tracks');
 });

@@ -6,7 +6,11 @@
   let asking = false;
 
   async function look(song) {
-    if (!crate.has() || asking) return;
+    if (asking) return;
+    if (!state.facts.has(song.id)) {
+      if (crate.has()) Velmor.toast('Only your crate knows what follows, and this song is not in it.');
+      return;
+    }
     asking = true;
     const { ranking } = state;
     try {
@@ -20,7 +24,7 @@
         queueMicrotask(() => Velmor.focusCard(1));
       }
     } catch (error) {
-      update({ error: error.message });
+      Velmor.toast(error.message);
     } finally {
       asking = false;
     }

@@ -62,7 +62,7 @@
       menu.button(copyAttributes, 'Copy', () => copies(card), dom.icon('copy'), label('Copy')),
       tool(card, service, 'search', service, () => actions.search(card), true),
       uri && tool(card, 'Show file', 'folder', 'Show file', () => crate.showFile(uri), true),
-      crate.has() && card.id && tool(card, 'What follows?', 'follow', 'What follows?', () => ahead.look(card), true),
+      card.owned && tool(card, 'What follows?', 'follow', 'What follows?', () => ahead.look(card), true),
       tool(card, 'Not tonight', 'close', 'Not tonight', () => setList.throwOut(card)),
     );
   }

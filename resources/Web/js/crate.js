@@ -22,6 +22,8 @@
         reading: told.reading === true,
         progress: Math.min(1, Math.max(0, text.number(told.progress))),
         status: text.text(told.status),
+        keys: told.keys !== false,
+        canSwitchKeys: typeof told.keys === 'boolean',
       },
     });
     if (before?.tracks !== state.crate.tracks) lookUpAgain();
@@ -67,8 +69,9 @@
 
   function lookUpAgain() {
     asked.clear();
+    const track = state.track ? [state.track] : [];
     const known = [state.ranking, state.waiting, ...state.ahead].flatMap((one) => one?.songs ?? []);
-    lookUp([...known, ...state.sets.flatMap((set) => set.songs)]);
+    lookUp([...track, ...known, ...state.sets.flatMap((set) => set.songs)]);
   }
 
   /** There is music in the crate. */
@@ -77,11 +80,14 @@
   /** What the native side would suggest from the crate after a song, as SuggestTracks answers. */
   const after = ({ song, artist }) => native.call('SuggestAfter', [{ song, artist }]);
 
+  /** Whether keys count when the crate is ranked. */
+  const setKeys = (count) => native.call('SetCrateKeys', [count]).then(read);
+
   function showFile(uri) {
     native.call('ShowInFileManager', [uri]).catch((error) => update({ error: error.message }));
   }
 
   native.on('crate-changed', accept);
 
-  Velmor.crate = { model, read, lookUp, has, after, showFile };
+  Velmor.crate = { model, read, lookUp, has, after, setKeys, showFile };
 })();

@@ -11,6 +11,13 @@
   let lastTouch = 0;
   let holding = 0;
 
+  /** What the crate knows of a song and the source did not. */
+  function filled(song) {
+    const fact = state.facts.get(song?.id);
+    if (!fact || (song.bpm && song.key && song.genre)) return song;
+    return { ...song, bpm: song.bpm || fact.bpm, key: song.key || fact.key, genre: song.genre || fact.genre };
+  }
+
   /** A later report of the same song keeps what an earlier one measured. */
   function merged(song) {
     const known = state.track;
@@ -20,12 +27,13 @@
   }
 
   function setTrack(value) {
-    const song = merged(text.song(value));
+    const song = filled(merged(text.song(value)));
     if (!song.song && !song.artist) return;
     const isNew = song.id !== state.track?.id || !song.id;
     if (isNew) night.heard(song);
     update({ track: song, heardAt: new Date(), playing: 'playing', permission: '' });
     if (isNew) setList.played(song);
+    crate.lookUp([song]);
   }
 
   const tolerance = () => text.number(state.settings?.bpmTolerance) || 10;
@@ -35,7 +43,7 @@
   /** An answer of the native side as the page keeps it. The songs stay as they came. */
   function ranking(value, kind) {
     const source = text.object(value);
-    const track = text.song(source.currentTrack);
+    const track = filled(text.song(source.currentTrack));
     const given = Array.isArray(source.recommendations) ? source.recommendations : [];
     const songs = given.map(text.recommendation).filter((song) => song.song || song.artist);
     lastRanking += 1;
@@ -114,8 +122,12 @@
 
   /** Settings and the crate decide what a card says, so what is shown is judged again. */
   function judgeAgain() {
-    const again = (one) => one && { ...one, cards: judged(one.songs, one.track) };
-    update({ ranking: again(state.ranking), waiting: again(state.waiting), ahead: state.ahead.map(again) });
+    const again = (one) => {
+      if (!one) return one;
+      const track = filled(one.track);
+      return { ...one, track, cards: judged(one.songs, track) };
+    };
+    update({ track: filled(state.track), ranking: again(state.ranking), waiting: again(state.waiting), ahead: state.ahead.map(again) });
   }
 
   /** The ranking that the list shows. */

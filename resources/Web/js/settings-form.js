@@ -35,6 +35,7 @@
       fields.number('bpmTolerance', 'Tempo tolerance', '± BPM', 'From 1 to 30. Rounded to whole BPM.'),
       fields.toggle('autoSuggestTracks', 'Suggest automatically',
         'For each new track. With a model, each is one request that costs.'),
+      fields.toggle('crateKeys', 'Keys count in your own music', 'Off when harmony does not matter to you.'),
       fields.choice('theme', 'Theme', Object.entries(themeNames), 'swatches'),
       fields.choice('service', 'Search songs on',
         Object.entries(settings.services).map(([id, service]) => [id, service.name]))),
@@ -53,6 +54,7 @@
       bpmTolerance: control('bpmTolerance').value,
       autoSuggestTracks: control('autoSuggestTracks').checked,
       theme: control('theme').value,
+      crateKeys: control('crateKeys').checked,
       service: control('service').value,
     };
   }
@@ -98,6 +100,7 @@
     control('bpmTolerance').value = String(config.bpmTolerance ?? '');
     control('autoSuggestTracks').checked = config.autoSuggestTracks === true;
     control('theme').value = text.text(config.theme);
+    control('crateKeys').checked = config.crateKeys ?? state.crate?.keys ?? true;
     control('service').value = config.service ?? settings.service();
     before = JSON.stringify(values());
     sayAll({});
@@ -160,6 +163,7 @@
     dom.setText(status, '');
     dom.show(guard, false);
     dom.show(form.querySelector(`[data-value="${crate.model}"]`), Boolean(state.crate));
+    dom.show(control('crateKeys').closest('.field'), state.crate?.canSwitchKeys === true);
     dialogs.open(sheet);
     takeDraft();
     const focus = () => form.querySelector(`#field-${field ?? 'aiModel'}, [name="${field}"]:checked`)?.focus();
@@ -224,6 +228,8 @@
       lockKeys(false);
       const asked = settingsRules.record(values());
       settings.setService(values().service);
+      const { crateKeys } = values();
+      if (state.crate && crateKeys !== state.crate.keys) await crate.setKeys(crateKeys);
       const now = await settings.save(asked);
       const changed = differences(asked, now);
       stored = now;

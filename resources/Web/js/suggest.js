@@ -113,8 +113,18 @@
 
   const ask = () => request(() => native.call('SuggestTracks', [], manualLimit));
 
-  /** The way on when the model does not answer. */
-  const askCrate = () => state.track && request(() => crate.after(state.track));
+  /** The way on when the model does not answer, for a track that the crate has. */
+  const askCrate = () => request(() => crate.after(state.track));
+
+  /** Asks the DJ's own music from now on. */
+  async function useCrate() {
+    try {
+      await Velmor.settings.save({ aiModel: crate.model });
+      if (state.track) await ask();
+    } catch (error) {
+      update({ error: error.message });
+    }
+  }
 
   function endAuto() {
     clearTimeout(autoTimer);
@@ -151,5 +161,5 @@
     });
   }
 
-  Velmor.suggest = { ask, askCrate, doing, endAuto, isCrate, keyField, listen, provider, ready };
+  Velmor.suggest = { ask, askCrate, useCrate, doing, endAuto, isCrate, keyField, listen, provider, ready };
 })();

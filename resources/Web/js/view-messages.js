@@ -38,7 +38,8 @@
     const [, hint, way] = remedyOf(error);
     const help = hint();
     const words = [make('p', {}, error), help && !error.includes(help) && make('p', { class: 'hint' }, help)];
-    const canUseCrate = crate.has() && state.track && !suggest.isCrate();
+    const own = state.facts.has(state.track?.id)
+      ? ['Suggest from your crate instead', suggest.askCrate] : ['Use your own music', suggest.useCrate];
     const close = make('button', {
       type: 'button', class: 'tool', 'aria-label': 'Hide the message', title: 'Hide (Esc)', onclick: () => update({ error: '' }),
     }, dom.icon('close'));
@@ -46,7 +47,7 @@
       make('div', { class: 'message-words', tabindex: 0, role: 'group', 'aria-label': 'What went wrong' }, words),
       close,
       make('div', { class: 'message-acts' },
-        button(way), canUseCrate && button(['Suggest from your crate instead', suggest.askCrate])));
+        button(way), crate.has() && !suggest.isCrate() && button(own)));
   }
 
   let told = '';
@@ -64,5 +65,5 @@
     place.replaceChildren(...parts);
   }
 
-  Velmor.view(['error', 'waiting', 'crate'], render);
+  Velmor.view(['error', 'waiting', 'crate', 'facts'], render);
 })();

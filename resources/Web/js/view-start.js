@@ -3,7 +3,7 @@
 (() => {
   'use strict';
 
-  const { crate, dom, native, settings, suggest, text, update } = Velmor;
+  const { crate, dom, native, suggest, text } = Velmor;
   const { make } = dom;
 
   const sources = [
@@ -30,14 +30,6 @@
   const hint = (words) => make('p', { class: 'hint' }, words);
   const button = (label, act, look = 'small') => make('button', { type: 'button', class: look, onclick: act }, label);
 
-  async function takeCrate() {
-    try {
-      await settings.save({ aiModel: crate.model });
-    } catch (error) {
-      update({ error: error.message });
-    }
-  }
-
   const many = (count) => `${count.toLocaleString('en')} ${count === 1 ? 'track' : 'tracks'}`;
 
   /** Where the music was found: "4,212 tracks found in Mixxx". */
@@ -52,7 +44,7 @@
     if (suggest.isCrate()) return step(crate.has(), crate.has() ? `Your own music: ${many(music.tracks)}` : music.status);
     if (!crate.has()) return false;
     return step(false, 'Your own music', hint(`${found(music)}. No key, no account, no network, no cost.`),
-      button('Use your own music', takeCrate, 'primary'));
+      button('Use your own music', suggest.useCrate, 'primary'));
   }
 
   function keyStep({ app, refused }) {
