@@ -133,6 +133,7 @@ on('a failed request can be answered from the crate', {
   // A track that the crate does not have: the crate as a whole still has an answer.
   await emit(page, 'track-changed', demo.earlier[0]);
   await press(page, 's');
+  await page.getByRole('alert').waitFor();
   await page.evaluate((answer) => { window.native.answers.SuggestTracks = answer; }, demo.result(demo.earlier[0], demo.picks.slice(2)));
   await page.getByRole('alert').getByRole('button', { name: 'Use your own music' }).click();
   await page.locator('.card .title', { hasText: 'LesAlpx' }).waitFor();
