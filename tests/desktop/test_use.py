@@ -102,7 +102,7 @@ class UseTest(unittest.TestCase):
         desktop.screenshot("unsaved")
         self.see(desktop.key, "Escape")
         self.assertIsNone(process.poll())
-        desktop.close()
+        self.see(desktop.close)
         desktop.close()
         desktop.ended(process)
 
