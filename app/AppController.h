@@ -53,6 +53,8 @@ public:
   /// model's client throws.
   [[nodiscard]] Task<VisionResult> analyzeNowPlaying(NowPlayingTrack track);
 
+  [[nodiscard]] std::optional<TrackMetadata> detectedTrack() const override { return detected; }
+
   // The DJ's own music
 
   /// As `suggestTracks`, from the crate whatever the model is.
@@ -184,6 +186,8 @@ private:
   std::optional<TaskHandle> analysisTask;
   /// The fingerprint of the track that the page knows of; "" for none.
   std::string lastTrack;
+  /// What a suggestion of the user's has found last.
+  std::optional<TrackMetadata> detected;
   /// The last such sentence that the page was told.
   std::string lastAccessibilityNotice;
   /// Last, so that the tasks, which use all of the above, end first.

@@ -119,7 +119,9 @@ Task<NowPlayingTrack> AppController::detectTrack() {
   const auto look = [detector = nowPlaying, system = platform] {
     return detect(*detector, system);
   };
-  co_return co_await occupied(platform.mainLoop, look);
+  auto track = co_await occupied(platform.mainLoop, look);
+  detected = metadata(track);
+  co_return track;
 }
 
 Task<VisionResult> AppController::analyzeNowPlaying(NowPlayingTrack track) {

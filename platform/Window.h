@@ -63,6 +63,8 @@ class WindowDelegate {
 public:
   virtual ~WindowDelegate() = default;
 
+  /// Whether the window may close as the user wants; not asked when the program closes it.
+  [[nodiscard]] virtual bool windowShouldClose() = 0;
   /// The window is about to go, whoever closed it; it can still be asked about itself.
   virtual void windowWillClose() = 0;
   virtual void windowDidResize() = 0;

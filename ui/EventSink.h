@@ -30,6 +30,8 @@ inline constexpr auto compactMode = "velmor:compact-mode";
 /// A reading of the DJ's own music has begun, goes on or has ended: a CrateState. At most four
 /// times a second.
 inline constexpr auto crateChanged = "velmor:crate-changed";
+/// The user wants the window closed, and the page has something to settle first: null.
+inline constexpr auto closeAsked = "velmor:close-asked";
 /// The page is to say what Velmor is: null.
 inline constexpr auto showAbout = "velmor:show-about";
 } // namespace event

@@ -44,6 +44,7 @@ private:
   /// Tells the page how far from the left the window's buttons reach.
   void updateTitlebarInset();
 
+  [[nodiscard]] bool windowShouldClose() override { return webBridge->mayClose(); }
   void windowWillClose() override;
   void windowDidResize() override { updateTitlebarInset(); }
   void didFinish() override;

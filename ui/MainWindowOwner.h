@@ -38,6 +38,9 @@ public:
   /// Finds the playing track and asks the model what to play next. The task throws.
   [[nodiscard]] virtual Task<VisionResult> suggestTracks() = 0;
 
+  /// The track that a suggestion has found last; nothing before the first.
+  [[nodiscard]] virtual std::optional<TrackMetadata> detectedTrack() const = 0;
+
   // The DJ's own music.
   /// What is known now. Begins to read the music, unless that has been done.
   [[nodiscard]] virtual CrateState crateState() = 0;

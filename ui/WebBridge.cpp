@@ -21,13 +21,14 @@ constexpr int unknownMethod = 404;
 /// What a command gives; nothing is answered with null.
 using Entries = std::vector<std::optional<CrateEntry>>;
 using Result = std::variant<std::monostate, AppConfig, AppInfo, UpdateInfo, AppState, VisionResult,
-                            CrateState, Entries>;
+                            TrackMetadata, CrateState, Entries>;
 constexpr std::monostate nothing;
 
 /// What a command works with.
 struct Call {
   AppCommands& app;
   EventSink& page;
+  bool& isWindowHeld;
   const Json& args;
 };
 
@@ -103,6 +104,16 @@ const Commands& commands() {
       {"ShowInFileManager",
        [](Call call) -> Answer {
          co_await call.app.showInFileManager(textArgument(call.args));
+         co_return nothing;
+       }},
+      {"GetDetectedTrack",
+       [](Call call) -> Answer {
+         if (auto track = call.app.detectedTrack()) co_return *track;
+         co_return nothing;
+       }},
+      {"HoldWindow",
+       [](Call call) -> Answer {
+         call.isWindowHeld = switchArgument(call.args);
          co_return nothing;
        }},
       {"RestoreWindow",
@@ -193,13 +204,21 @@ void WebBridge::emit(const std::string& event, const std::optional<std::string>&
 
 void WebBridge::forgetPage() {
   ++pagesBefore;
+  isWindowHeld = false;
   tasks.cancelAll();
+}
+
+bool WebBridge::mayClose() {
+  if (!std::exchange(isWindowHeld, false)) return true;
+  emit(event::closeAsked, std::nullopt);
+  return false;
 }
 
 Task<void> WebBridge::answer(PageMessage message) {
   const int page = pagesBefore;
   try {
-    const Result result = co_await handle(message.method, {*controller, *this, message.args});
+    const Result result =
+        co_await handle(message.method, {*controller, *this, isWindowHeld, message.args});
     if (page != pagesBefore) co_return;
     if (const auto json = encoded(result)) respond(message.id, *json);
   } catch (const std::exception& error) {

@@ -33,28 +33,28 @@ namespace velmor {
 ///
 /// Only a record that JSON has no form for, with a number that is none, is never answered.
 ///
-/// | method             | argument    | VALUE        | what it does                               |
-/// | ------------------ | ----------- | ------------ | ------------------------------------------ |
-/// | GetSettings        |             | AppConfig    | keys and all                               |
-/// | SaveSettings       | AppConfig   | null         | keeps them: each member must be there      |
-/// | GetAppInfo         |             | AppInfo      |                                            |
-/// | CheckForUpdate     |             | UpdateInfo   | asks the version server                    |
-/// | GetState           |             | AppState     |                                            |
-/// | StartAutoDetection |             | null         | if `autoSuggestTracks` is on, else nothing |
-/// | SuggestTracks      |             | VisionResult | finds the track, asks the model            |
-/// | GetCrate           |             | CrateState   | begins to read the music, if need be       |
-/// | LookUpInCrate      | [SongName]  | [CrateEntry] | one for each song, null for one not there  |
-/// | SuggestAfter       | SongName    | VisionResult | from the crate, after a song that it has   |
-/// | SetCrateKeys       | true, false | null         | whether keys count in the crate's ranking  |
-/// | ShowInFileManager  | a URI       | null         | of a file of the crate, no other           |
-/// | RestoreWindow      |             | null         | out of the compact square, to the front    |
-/// | StartCompactDrag   |             | null         | nothing: the square follows the mouse      |
-/// | EndCompactDrag     |             | null         | nothing, likewise                          |
-/// | BringToFront       |             | null         |                                            |
-/// | ShowAbout          |             | null         | pushes the event velmor:show-about         |
-/// | Quit               |             | null         |                                            |
-/// | WindowMinimise     |             | null         | into the compact square                    |
-/// | BrowserOpenURL     | a text      | null         | does nothing for a text that is no URL     |
+/// | method             | argument    | VALUE         | what it does | | ------------------ |
+/// ----------- | ------------- | ------------------------------------------ | | GetSettings | |
+/// AppConfig     | keys and all                               | | SaveSettings       | AppConfig |
+/// null          | keeps them: each member must be there      | | GetAppInfo         | | AppInfo |
+/// | | CheckForUpdate     |             | UpdateInfo    | asks the version server | | GetState | |
+/// AppState      |                                            | | StartAutoDetection | | null | if
+/// `autoSuggestTracks` is on, else nothing | | SuggestTracks      |             | VisionResult  |
+/// finds the track, asks the model            | | GetDetectedTrack   |             | TrackMetadata
+/// | what SuggestTracks found last, or null     | | HoldWindow         | true, false | null | the
+/// page is asked before the window closes | | GetCrate           |             | CrateState    |
+/// begins to read the music, if need be       | | LookUpInCrate      | [SongName]  | [CrateEntry]
+/// | one for each song, null for one not there  | | SuggestAfter       | SongName    | VisionResult
+/// | from the crate, after a song that it has   | | SetCrateKeys       | true, false | null |
+/// whether keys count in the crate's ranking  | | ShowInFileManager  | a URI       | null | of a
+/// file of the crate, no other           | | RestoreWindow      |             | null          | out
+/// of the compact square, to the front    | | StartCompactDrag   |             | null          |
+/// nothing: the square follows the mouse      | | EndCompactDrag     |             | null |
+/// nothing, likewise                          | | BringToFront       |             | null | | |
+/// ShowAbout          |             | null          | pushes the event velmor:show-about         |
+/// | Quit               |             | null          | | | WindowMinimise     |             | null
+/// | into the compact square                    | | BrowserOpenURL     | a text      | null | does
+/// nothing for a text that is no URL     |
 ///
 /// **Errors.** "Invalid arguments" when the argument is missing or is not what the table says;
 /// "Unknown method " and the method as it came, for any other; and what the command throws, in its
@@ -84,6 +84,10 @@ public:
   /// reply to it reaches the next page, whose ids may be the same.
   void forgetPage();
 
+  /// Whether the window may close when the user wants it to. False once after each HoldWindow: the
+  /// page then hears event::closeAsked, and the next time the window closes.
+  [[nodiscard]] bool mayClose();
+
   /// Calls `work` each time the last running command has ended.
   void whenIdle(MainLoop::Work work) { tasks.whenEmpty(std::move(work)); }
   [[nodiscard]] bool isIdle() const { return tasks.isEmpty(); }
@@ -98,6 +102,7 @@ private:
   std::weak_ptr<WebView> webView;
   /// How many pages there have been before this one.
   int pagesBefore = 0;
+  bool isWindowHeld = false;
   TaskGroup tasks;
 };
 

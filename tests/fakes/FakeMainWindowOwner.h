@@ -67,6 +67,7 @@ public:
     co_return;
   }
   void setCrateKeys(bool count) override { note(count ? "keys" : "no keys"); }
+  std::optional<TrackMetadata> detectedTrack() const override { return detected; }
   void restoreWindow() override { note("restoreWindow"); }
   void bringToFront() override { note("bringToFront"); }
   void minimize() override { note("minimize"); }
@@ -83,6 +84,7 @@ public:
 
   MainLoop& loop;
   AppConfig config;
+  std::optional<TrackMetadata> detected;
   std::string failure;
   std::vector<std::string> calls;
   std::weak_ptr<EventSink> bridge;

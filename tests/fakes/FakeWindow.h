@@ -72,6 +72,11 @@ public:
     miniaturized = false;
     orders.emplace_back("deminiaturize");
   }
+  /// What the user does.
+  void closeByButton() {
+    const auto heard = delegate.lock();
+    if (!heard || heard->windowShouldClose()) close();
+  }
   void close() override {
     if (const auto heard = delegate.lock()) heard->windowWillClose();
     visible = false;

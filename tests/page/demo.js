@@ -63,3 +63,37 @@ export const longPicks = [
   pick('<img src=x onerror="document.title=1"><b>Bold</b>', '<script>document.title=1</script>', 130, '9A', 50, 70,
     '</p><a href="http://127.0.0.1/">link</a> &amp; {{x}}'),
 ];
+
+const owned = ({ song, artist, bpm, key, genre }, more = {}) => ({
+  song, artist, bpm, key, genre, lastPlayed: '', uri: `file:///music/${encodeURIComponent(artist)}/${encodeURIComponent(song)}.flac`, ...more,
+});
+
+const name = ({ song, artist }) => `${artist} - ${song}`;
+
+/** A crate that holds some of the picks; of one it knows tempo and key better than the model. */
+export const crate = {
+  told: {
+    tracks: 4212, withoutTempo: 12, withoutKey: 40, skipped: 3, sources: [{ name: 'Mixxx', tracks: 4212 }],
+    keys: true, reading: false, progress: 1, status: 'Your crate: 4,212 tracks',
+  },
+  songs: Object.fromEntries([
+    owned(glue), owned(picks[0], { lastPlayed: '2026-10-03' }), owned(picks[1], { bpm: 136, key: '4A' }), owned(picks[3]), owned(picks[5]),
+  ].map((song) => [name(song), song])),
+  after: {
+    [name(picks[0])]: { currentTrack: { ...picks[0], other: '', confidence: 100 }, recommendations: [picks[3], picks[5]],
+      source: 'Your crate', notice: 'Found in your crate.' },
+  },
+};
+
+/** Sets and a night as an earlier window has kept them. */
+const slim = ({ song, artist, album, bpm, key, genre, energy }) => ({ song, artist, album, bpm, key, genre, energy });
+export const kept = {
+  sets: [
+    { id: 'b', night: '2026-11-22', songs: [glue, ...picks.slice(0, 6)].map((song, i) =>
+      ({ ...slim(song), energy: song.energy || 66, played: i < 2 ? `2026-11-22T22:${10 + i * 5}:00.000Z` : '' })) },
+    { id: 'a', night: '2026-11-15', songs: [slim(earlier[0])] },
+  ],
+  history: [
+    [picks[4], '2026-11-15T23:20'], [picks[3], '2026-11-15T23:14'], [glue, '2026-11-15T23:08'], [earlier[0], '2026-11-15T23:02'],
+  ].map(([song, at]) => ({ at: new Date(at).getTime(), kind: 'track', song: slim(song) })),
+};

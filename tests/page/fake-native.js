@@ -1,7 +1,7 @@
 // The native side as the page sees it. Runs in the page before its scripts; a test sets what each
 // method answers in window.native.answers and reads window.native.calls.
 (() => {
-  const native = { calls: [], answers: {}, config: null };
+  const native = { calls: [], answers: {}, config: null, crate: null };
 
   const methods = {
     GetSettings: () => ({ ...native.config }),
@@ -14,9 +14,29 @@
       const openai = native.config.aiModel.startsWith('gpt-');
       const ready = Boolean(native.config[openai ? 'openaiApiKey' : 'tinkerApiKey']);
       const provider = ready ? `${openai ? 'OpenAI' : 'Tinker'} recommendations ready` : 'API key required';
-      return { aiAvailable: ready, essentiaAvailable: true, provider };
+      return { aiAvailable: ready || native.config.aiModel === 'velmor/crate', essentiaAvailable: true, provider };
     },
   };
+
+  // What a program that knows the DJ's own music answers; without native.crate it is an older one.
+  const key = ({ song, artist }) => `${artist} - ${song}`;
+  const crateMethods = {
+    GetCrate: () => native.crate.told,
+    LookUpInCrate: (songs) => songs.map((song) => native.crate.songs[key(song)] ?? null),
+    SuggestAfter: (song) => {
+      if (!native.crate.songs[key(song)]) throw new Error(`Your crate has no track with the name "${key(song)}".`);
+      return native.crate.after[key(song)] ?? { currentTrack: song, recommendations: [], source: '', notice: '' };
+    },
+    SetCrateKeys: (count) => { native.crate.told.keys = count; },
+    ShowInFileManager: () => null,
+  };
+  const silent = ['StartAutoDetection', 'RestoreWindow', 'WindowMinimise', 'BrowserOpenURL', 'GetDetectedTrack', 'HoldWindow'];
+
+  function run(method, args) {
+    const command = methods[method] ?? (native.crate && crateMethods[method]);
+    if (!command && !silent.includes(method)) throw new Error(`Unknown method ${method}`);
+    return command?.(...args) ?? null;
+  }
 
   // An answer is a value, an Error text in { reject }, or { wait: true } for none until a test gives it.
   function answer({ id, method, args }) {
@@ -24,15 +44,28 @@
     if (set?.wait) native.waiting = id;
     else if (set?.reject) window.__velmorReject(id, set.reject);
     else if (set !== undefined) window.__velmorResolve(id, structuredClone(set));
-    else window.__velmorResolve(id, methods[method]?.(...args) ?? null);
+    else {
+      try {
+        window.__velmorResolve(id, structuredClone(run(method, args)));
+      } catch ({ message }) {
+        window.__velmorReject(id, message);
+      }
+    }
   }
 
   native.count = (method) => native.calls.filter((call) => call.method === method).length;
   native.handler = {
     postMessage(message) {
       native.calls.push(structuredClone(message));
-      setTimeout(() => answer(message));
+      // While Velmor listens it answers nothing.
+      if (native.busy) native.later.push(message);
+      else setTimeout(() => answer(message));
     },
+  };
+  native.later = [];
+  native.listen = (busy) => {
+    native.busy = busy;
+    if (!busy) native.later.splice(0).forEach(answer);
   };
   window.native = native;
   if (!window.noBridge) window.webkit = { messageHandlers: { velmor: native.handler } };

@@ -1,4 +1,5 @@
 // Opens the page in Debian's Chromium from its file, with the fake native side under it.
+import assert from 'node:assert/strict';
 import { mkdtempSync, readFileSync, rmSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import { dirname, join } from 'node:path';
@@ -28,10 +29,11 @@ export async function launch() {
 }
 
 /**
- * A fresh page. `settings` overlays the stored ones, `answers` the native side's; `bridge: false`
+ * A fresh page. `settings` overlays the stored ones, `answers` the native side's, `stored` is what
+ * an earlier window has kept; `bridge: false`
  * leaves both ends of the bridge away. Problems the page met gather in page.problems.
  */
-export async function open(context, { settings = {}, answers = {}, size = [461, 592], bridge = true } = {}) {
+export async function open(context, { settings = {}, answers = {}, size = [461, 592], bridge = true, stored = {}, crate = null } = {}) {
   const page = await context.newPage();
   page.problems = [];
   page.on('pageerror', (error) => page.problems.push(error.message));
@@ -44,11 +46,18 @@ export async function open(context, { settings = {}, answers = {}, size = [461, 
   await page.setViewportSize({ width: size[0], height: size[1] });
   await page.addInitScript(`window.noBridge = ${!bridge}`);
   await page.addInitScript({ path: join(here, 'fake-native.js') });
-  const start = { config: { ...config, ...settings }, answers };
+  const start = { config: { ...config, ...settings }, answers, crate };
   await page.addInitScript(`Object.assign(window.native, ${JSON.stringify(start)})`);
   if (bridge) await page.addInitScript(readFileSync(join(web, 'velmor-bridge.js'), 'utf8'));
+  // What an earlier page has kept goes; a reload of this one keeps what is there.
+  await page.addInitScript(`if (!sessionStorage.old) {
+    localStorage.clear();
+    for (const [name, value] of Object.entries(${JSON.stringify(stored)})) {
+      localStorage.setItem('velmor.' + name, JSON.stringify(value));
+    }
+    sessionStorage.old = 'yes';
+  }`);
   await page.goto(pathToFileURL(join(web, 'index.html')).href);
-  await page.evaluate(() => localStorage.removeItem('velmor.search'));
   if (bridge) await page.waitForFunction(() => window.native.count('StartAutoDetection') === 1);
   return page;
 }
@@ -57,3 +66,15 @@ export const emit = (page, name, payload = null) =>
   page.evaluate(([event, value]) => window.__velmorEmit(`velmor:${event}`, value), [name, payload]);
 
 export const calls = (page, method) => page.evaluate((name) => window.native.count(name), method);
+
+/** A test with a page of its own that must end without a fault in the page. */
+export function on(test, browser, name, options, run) {
+  test(name, async () => {
+    const page = await open(browser().context, options);
+    const says = (selector, words) => page.waitForFunction(
+      ([where, what]) => document.querySelector(where)?.textContent.includes(what), [selector, words], { timeout: 30000 });
+    await run(page, says);
+    assert.deepEqual(page.problems, []);
+    await page.close();
+  });
+}

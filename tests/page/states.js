@@ -124,6 +124,92 @@ export const states = {
   },
   'update-none': { answers: update({ latest: '1.4.0' }), run: check },
   'update-offline': { answers: update({ offline: true }), run: check },
+  'first-run-crate': { settings: { tinkerApiKey: '' }, crate: demo.crate },
+  refused: {
+    crate: demo.crate, answers: { SuggestTracks: { reject: 'request failed with status 401' } },
+    run: async (page) => {
+      await emit(page, 'track-changed', demo.glue);
+      await page.click('#ask');
+      await page.waitForSelector('[role=alert]');
+    },
+  },
+  listening: {
+    settings: auto,
+    run: async (page) => {
+      await at(page, '23:14:00');
+      await hear(page, demo.earlier[0]);
+      await page.waitForSelector('.card');
+      await page.evaluate(() => window.native.listen(true));
+      await emit(page, 'track-changed', demo.glue);
+      await at(page, '23:14:06');
+    },
+  },
+  owned: { answers: ranked, crate: demo.crate, run: (page) => ask(page, 2) },
+  sieve: {
+    answers: ranked, crate: demo.crate,
+    run: async (page) => {
+      await ask(page);
+      await page.keyboard.press('f');
+      await page.getByRole('button', { name: 'Tempo', exact: true }).click();
+      await page.getByRole('button', { name: 'Fits my key' }).click();
+    },
+  },
+  menu: {
+    answers: ranked,
+    run: async (page) => {
+      await ask(page, 2);
+      await page.click('.open [aria-haspopup=menu]');
+    },
+  },
+  ahead: {
+    answers: ranked, crate: demo.crate,
+    run: async (page) => {
+      await ask(page, 1);
+      await page.getByRole('button', { name: 'What follows?: Overmono' }).click();
+      await page.waitForSelector('.ahead');
+    },
+  },
+  'thrown-out': {
+    answers: ranked,
+    run: async (page) => {
+      await ask(page);
+      await page.keyboard.press('2');
+      await page.keyboard.press('x');
+    },
+  },
+  set: {
+    crate: demo.crate, stored: demo.kept,
+    run: async (page) => {
+      await at(page, '23:40:00');
+      await page.reload();
+      await page.keyboard.press('t');
+      await page.waitForSelector('.set-row .owned');
+    },
+  },
+  'set-empty': { run: (page) => page.keyboard.press('t') },
+  'wheel-full': {
+    answers: { SuggestTracks: demo.result(demo.glue, demo.picks.map((song, i) => ({ ...song, key: i < 7 ? '9A' : '9B' }))) },
+    run: async (page) => {
+      await ask(page);
+      await page.keyboard.press('w');
+    },
+  },
+  nights: {
+    stored: demo.kept, settings: auto,
+    run: async (page) => {
+      await at(page, '23:14:00');
+      await hear(page);
+      await page.keyboard.press('h');
+    },
+  },
+  'long-error': {
+    answers: { SuggestTracks: { reject: 'The answer was not what it should be. '.repeat(400) } },
+    run: async (page) => {
+      await emit(page, 'track-changed', demo.glue);
+      await page.click('#ask');
+      await page.waitForSelector('[role=alert]');
+    },
+  },
   compact: {
     answers: ranked,
     run: async (page) => {
@@ -147,5 +233,15 @@ export const states = {
       await hear(page, demo.earlier[0]);
     },
   },
+  'compact-failed': {
+    answers: { SuggestTracks: { reject: 'request failed with status 500' } },
+    run: async (page) => {
+      await emit(page, 'track-changed', demo.glue);
+      await page.click('#ask');
+      await page.waitForSelector('[role=alert]');
+      await shrink(page);
+    },
+  },
+  'compact-waiting': { settings: auto, run: shrink },
   'compact-idle': { run: shrink },
 };

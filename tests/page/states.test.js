@@ -43,7 +43,7 @@ function faults() {
   for (const box of [document.documentElement, ...scope.querySelectorAll('main, .panel, .sheet, footer, header')]) {
     if (box.scrollWidth > box.clientWidth + 1) found.push(`${box.className || box.localName} is too wide`);
   }
-  for (const control of scope.querySelectorAll('button, input, summary, [role=button]')) {
+  for (const control of scope.querySelectorAll('button, input, select, summary, [role=button]')) {
     if (!control.checkVisibility({ opacityProperty: true, visibilityProperty: true })) continue;
     const target = control.closest('label')?.querySelector('span') ?? control;
     target.scrollIntoView({ block: 'nearest', inline: 'nearest', behavior: 'instant' });
@@ -52,7 +52,7 @@ function faults() {
     const inWindow = box.left >= -1 && box.right <= innerWidth + 1 && box.top >= -1 &&
       (box.bottom <= innerHeight + 1 || box.height > innerHeight);
     if (!inWindow) found.push(`${name} stands outside: ${JSON.stringify(box)}`);
-    const least = control.matches('summary, [role=button], [type=checkbox]') ? 16 : 27.5;
+    const least = control.matches('[role=button], [type=checkbox]') ? 16 : 31.9;
     if (box.height < least || box.width < least) found.push(`${name} is ${box.width} by ${box.height}`);
     const [x, y] = [box.left + box.width / 2, box.top + Math.min(box.height, innerHeight) / 2];
     const hit = document.elementFromPoint(x, y);
@@ -71,6 +71,8 @@ for (const [name, state] of Object.entries(states)) {
     for (const [width, height, text] of name.startsWith('compact') ? [] : sizes) {
       await page.evaluate((value) => { document.documentElement.style.fontSize = value; }, text);
       await page.setViewportSize({ width, height });
+      // A menu goes when the window changes, with the next picture.
+      await page.evaluate(() => new Promise((next) => { requestAnimationFrame(() => requestAnimationFrame(next)); }));
       assert.deepEqual(await page.evaluate(faults), [], `${width} x ${height} ${text}`);
     }
     assert.deepEqual(page.problems, []);
@@ -100,9 +102,9 @@ test('the controls of the bar stay clear of the window buttons', async () => {
   await page.close();
 });
 
-test('the page weighs less than 150 KB', () => {
+test('the page weighs less than 200 KB', () => {
   const folder = join(root, 'resources', 'Web');
   const files = readdirSync(folder, { recursive: true }).map((name) => statSync(join(folder, name)));
   const bytes = files.filter((file) => file.isFile()).reduce((sum, file) => sum + file.size, 0);
-  assert.ok(bytes < 150_000, `${bytes} bytes`);
+  assert.ok(bytes < 200_000, `${bytes} bytes`);
 });

@@ -79,6 +79,26 @@ TEST_F(MainWindow, IsBuiltWithItsPageAndHandedToItsOwner) {
   EXPECT_EQ(system.workspace.announcements, 1) << "whatever hangs";
 }
 
+TEST_F(MainWindow, AsksThePageOnceBeforeItClosesWhenThePageWantsThat) {
+  build();
+  const auto hold = [&](const char* value) {
+    page().handlers.at("velmor")("velmor", R"({"id":"1","method":"HoldWindow","args":[)" +
+                                               std::string(value) + "]}");
+    system.loop.runPending();
+  };
+  hold("true");
+  for (const auto* const value : {"1", "", "\"yes\""}) {
+    hold(value);
+    EXPECT_EQ(page().scripts.back(), "window.__velmorReject(\"1\", \"Invalid arguments\");");
+  }
+  native().closeByButton();
+  EXPECT_EQ(page().scripts.back(), "window.__velmorEmit(\"velmor:close-asked\", null);");
+  EXPECT_TRUE(native().isVisible());
+  native().closeByButton();
+  EXPECT_FALSE(native().isVisible());
+  EXPECT_EQ(app->calls.back(), "shutdown");
+}
+
 TEST_F(MainWindow, IsAsLargeAsTheSettingsSayAndNoLarger) {
   auto config = settings.current();
   config.window = {.width = 500, .height = 700};

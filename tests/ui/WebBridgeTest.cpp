@@ -72,6 +72,9 @@ TEST_F(WebBridgeTest, RunsEachCommandAndAnswersIt) {
     EXPECT_EQ(call(method, {1, 2}), resolved(answer)) << method;
     EXPECT_EQ(app->calls, calls) << method;
   }
+  EXPECT_EQ(call("GetDetectedTrack"), resolved());
+  app->detected = TrackMetadata{.song = "Glue", .artist = "Bicep"};
+  EXPECT_EQ(call("GetDetectedTrack"), resolved(*app->detected));
   EXPECT_EQ(call("ShowAbout"), "window.__velmorEmit(\"velmor:show-about\", null);" + resolved());
   app->config.autoSuggestTracks = true;
   EXPECT_EQ(call("StartAutoDetection"), resolved());

@@ -59,7 +59,7 @@ GtkAppWindow::GtkAppWindow(const Context& surroundings, const Rect& content, uns
     , overlay(GTK_OVERLAY(gtk_overlay_new()))
     , style(mask)
     , buttons(
-          overlay, [this] { close(); }, [this] { miniaturize(); })
+          overlay, [this] { closeIfAllowed(); }, [this] { miniaturize(); })
     , glass(overlay, [this](void* event) { context.menu.popUp(window.get(), event); })
     , place(context.loop, toplevel(window), GtkScreens::toX(content))
     , companion(context.loop, context.properties, window.get(), [this] { parted(); }) {
@@ -82,7 +82,7 @@ GtkAppWindow::~GtkAppWindow() {
 
 void GtkAppWindow::connectSignals() {
   const auto closing = [](GtkWidget*, GdkEvent*, gpointer data) -> gboolean {
-    static_cast<GtkAppWindow*>(data)->close();
+    static_cast<GtkAppWindow*>(data)->closeIfAllowed();
     return TRUE;
   };
   const auto configured = [](GtkWidget*, GdkEvent*, gpointer data) -> gboolean {
@@ -298,6 +298,11 @@ void GtkAppWindow::orderFrontRegardless() {
   if (isClosing) return;
   if (!shown) show();
   if (!iconified && surface()) raiseAboveTopmost(surface(), context.properties);
+}
+
+void GtkAppWindow::closeIfAllowed() {
+  const auto asked = delegate.lock();
+  if (!asked || asked->windowShouldClose()) close();
 }
 
 void GtkAppWindow::close() {

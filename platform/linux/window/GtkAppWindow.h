@@ -80,6 +80,8 @@ public:
 private:
   [[nodiscard]] _GdkWindow* surface() const;
   void connectSignals();
+  /// What the window's own button and the window manager do.
+  void closeIfAllowed();
   void stateChanged(unsigned changed, unsigned state);
   void sizeChanged();
   void show();

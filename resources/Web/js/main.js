@@ -2,7 +2,7 @@
 (() => {
   'use strict';
 
-  const { dom, native, settings, state, suggest, text, update } = Velmor;
+  const { crate, dom, native, settings, state, suggest, text, update } = Velmor;
 
   function announce(words) {
     dom.setText(dom.byId('announcer'), words);
@@ -31,6 +31,7 @@
     try {
       await settings.read();
       await settings.readState();
+      crate.read();
       update({ bridge: 'ready', info: text.object(await native.call('GetAppInfo')) });
       await native.call('StartAutoDetection');
     } catch (error) {
