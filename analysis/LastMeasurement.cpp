@@ -28,8 +28,7 @@ std::string minuteOf(Clock::TimePoint moment) {
   ::gmtime_r(&seconds, &parts);
   constexpr std::size_t most = 32;
   std::array<char, most> written{};
-  const auto length =
-      std::strftime(written.data(), written.size(), "%Y-%m-%d %H:%M UTC", &parts);
+  const auto length = std::strftime(written.data(), written.size(), "%Y-%m-%d %H:%M UTC", &parts);
   return {written.data(), length};
 }
 

@@ -7,6 +7,10 @@ const HOP = 256;
 // Bass drum and bass; the body of snare and chords; hats; everything. In hertz.
 const BANDS = [[30, 130], [180, 1200], [6000, 16000], [30, 16000]];
 const LONGEST_SECONDS = 4.2;
+// The length of the recordings that everything was fitted to.
+const USUAL_SECONDS = 15;
+// A short recording's long lags rest on few strokes; more than this is not made of them.
+const MOST_AMPLIFIED = 3;
 
 /**
  * How sounds begin, in four bands, and how well that repeats after a time: `bands` are the
@@ -16,13 +20,14 @@ const LONGEST_SECONDS = 4.2;
 function repetitions(samples, sampleRate) {
   const secondsPerLag = HOP / sampleRate;
   const lags = Math.ceil(LONGEST_SECONDS / secondsPerLag);
+  const usual = USUAL_SECONDS / secondsPerLag;
   const onsets = onsetBands(samples, sampleRate);
   const strongest = Float64Array.from(onsets[onsets.length - 1]).sort().reverse();
   return {
     secondsPerLag,
-    bands: onsets.map((band) => autocorrelation(band, lags)),
-    // As many as the loudest strokes of a slow piece of the usual length.
-    suddenness: strongest[20] ?? 0,
+    bands: onsets.map((band) => autocorrelation(band, lags, usual)),
+    // A slow piece of the usual length has at least so many loud strokes.
+    suddenness: strongest[Math.round((20 * strongest.length) / usual)] ?? 0,
   };
 }
 
@@ -59,7 +64,8 @@ function onsetBands(samples, sampleRate) {
   return onsets;
 }
 
-function autocorrelation(values, lags) {
+/** As a recording of the usual length would give it: the longer the lag, the lower. */
+function autocorrelation(values, lags, usual) {
   const mean = values.reduce((sum, value) => sum + value, 0) / values.length;
   const centred = values.map((value) => value - mean);
   const result = new Float64Array(lags + 1);
@@ -68,7 +74,8 @@ function autocorrelation(values, lags) {
     for (let index = lag; index < centred.length; index++) {
       sum += centred[index] * centred[index - lag];
     }
-    result[lag] = sum;
+    const overlap = Math.max(1 - lag / centred.length, 1 / usual);
+    result[lag] = sum * Math.min((1 - lag / usual) / overlap, MOST_AMPLIFIED);
   }
   const whole = result[0] || 1;
   return result.map((value) => value / whole);

@@ -11,7 +11,7 @@ const SAME = 0.03;
 // How much the repetition after so many beats says that a tempo fits at all.
 const COMB = [[0.5, 0.5], [1, 1], [2, 1], [4, 1]];
 // After how many beats the score looks.
-const BEATS = [1 / 4, 1 / 2, 1, 2, 4];
+const BEATS = [1 / 4, 1 / 3, 1 / 2, 2 / 3, 1, 3 / 2, 2, 3, 4];
 
 /**
  * The tempi that a recording may have, the likeliest first, each with its `score` and how much of
