@@ -4,13 +4,16 @@ import json
 import os
 import pathlib
 import re
+import shutil
 import subprocess
 import sys
 import tempfile
 from dataclasses import dataclass
 
 HERE = pathlib.Path(__file__).resolve().parent
-EXTRACTOR = HERE.parent / "essentia-extractor/essentia_streaming_extractor_music"
+NAME = "essentia_streaming_extractor_music"
+# The one that is installed, since Essentia is installed with it.
+EXTRACTOR = pathlib.Path(shutil.which(NAME) or NAME).resolve()
 sys.path.insert(0, str(HERE.parent / "piece-generator"))
 import keys  # noqa: E402
 
@@ -68,7 +71,7 @@ def at_known_level(pairs):
     program = ("const { atKnownLevel, knownFrom } = require(process.argv[1]);"
                "const pairs = JSON.parse(require('fs').readFileSync(0));"
                "console.log(JSON.stringify(pairs.map(([bpm, v]) => atKnownLevel(bpm, knownFrom(v)))))")
-    known = HERE.parent / "essentia-extractor/lib/known.js"
+    known = EXTRACTOR.parent / "lib/known.js"
     ended = subprocess.run(["node", "-e", program, known], input=json.dumps(pairs), text=True,
                            capture_output=True, check=True)
     return json.loads(ended.stdout)
@@ -83,7 +86,7 @@ def level(measured, true):
 
 
 def essentia(estimator):
-    return lambda path: run(["node", HERE / "estimate.js", estimator, path])
+    return lambda path: run(["node", HERE / "estimate.js", estimator, path, EXTRACTOR.parent])
 
 
 def bpm_tools(path):
