@@ -20,7 +20,7 @@ _SENTENCES = (
     "It was raining when he came home. Nobody had shut the window, so the letters lay wet upon "
     "the floor, and the cat, who knew no better, sat on the only one that mattered.",
 )
-KINDS = ("noise", "speech", "drone", "silence", "two tempi")
+KINDS = ("noise", "speech", "drone", "silence", "fade", "two tempi")
 
 
 def make(kind, seed, half, seconds=15.0):
@@ -28,7 +28,7 @@ def make(kind, seed, half, seconds=15.0):
     choice = random.Random(f"{kind} {seed} {half}")
     noise = np.random.default_rng(choice.randrange(2**32))
     makers = {"noise": _noise, "speech": _speech, "drone": _drone, "silence": _silence,
-              "two tempi": _two_tempi}
+              "fade": _fade, "two tempi": _two_tempi}
     sound = makers[kind](choice, noise, half, int(seconds * RATE))
     if kind == "silence":
         return sound.astype("f4")
@@ -105,6 +105,18 @@ def _silence(choice, noise, half, count):
 
 def _two_tempi(choice, noise, half, count):
     """Two pieces that were not brought to one tempo, both as loud from start to end."""
+    return sum(_two_pieces(choice, half, count))
+
+
+def _fade(choice, noise, half, count):
+    """One piece goes, another one comes, at another tempo."""
+    first, second = _two_pieces(choice, half, count)
+    middle, length = choice.uniform(0.4, 0.6), choice.uniform(0.1, 0.6)
+    share = np.clip((np.arange(count) / count - middle) / length + 0.5, 0, 1)
+    return first * (1 - share) + second * share
+
+
+def _two_pieces(choice, half, count):
     names = sorted(GENRES)
     while True:
         first, second = (Player(choice.choice(names), choice.randrange(10**6), half)
@@ -114,4 +126,4 @@ def _two_tempi(choice, noise, half, count):
         if all(abs(ratio / value - 1) > 0.05 for value in related):
             break
     mixed = [player.play(count / RATE).sound for player in (first, second)]
-    return sum(sound[:count] / np.std(sound) for sound in mixed)
+    return [sound[:count] / np.std(sound) for sound in mixed]

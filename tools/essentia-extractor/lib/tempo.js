@@ -4,7 +4,7 @@ const { Failure, STATUS } = require('./failure');
 const { atKnownLevel } = require('./known');
 const { repetitions } = require('./onsetBands');
 const { OnsetSpectrum } = require('./onsetSpectrum');
-const { unsteadiness } = require('./steadiness');
+const { changesTempo, unsteadiness } = require('./steadiness');
 const { rankedTempi } = require('./tempoScore');
 
 /**
@@ -17,6 +17,9 @@ function measureTempo({ samples, sampleRate }, known) {
   const [first] = rankedTempi(repeated);
   const reason = first ? unsteadiness(repeated, first.bpm) : 'nothing repeats';
   if (reason) throw new Failure(`no steady beat found: ${reason}`, STATUS.noMusic);
+  if (changesTempo(samples, sampleRate)) {
+    throw new Failure('no steady beat found: two tempi', STATUS.noMusic);
+  }
   const heard = new OnsetSpectrum(samples, sampleRate).tempoNear(first.bpm);
   return { bpm: atKnownLevel(heard, known), bpm_heard: heard, bpm_share: first.share };
 }

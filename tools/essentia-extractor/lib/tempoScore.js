@@ -4,6 +4,7 @@ const { priorKnots, weights } = require('./weights.json');
 
 const SLOWEST = 58;
 const FASTEST = 205;
+const MIDDLE = 110;
 const GRID_RATIO = 1.005;
 const MOST_PEAKS = 8;
 // Nearer than this, two tempi are the same.
@@ -65,13 +66,17 @@ function score(repetitions, bpm) {
 
 /**
  * What the score weighs: first where the tempo lies among the knots, then for each band how
- * well the onsets repeat after each number of beats.
+ * well the onsets repeat after each number of beats, and the same again the more the further the
+ * tempo lies from the middle: in slow music the short notes say more, in fast music the long ones.
  */
 function features({ bands, secondsPerLag }, bpm) {
   const beat = 60 / bpm / secondsPerLag;
+  const repeated = bands.flatMap((band) => BEATS.map((beats) => highestNear(band, beats * beat)));
+  const fromMiddle = Math.log(bpm / MIDDLE);
   return [
     ...placeAmongKnots(bpm),
-    ...bands.flatMap((band) => BEATS.map((beats) => highestNear(band, beats * beat))),
+    ...repeated,
+    ...repeated.map((value) => value * fromMiddle),
   ];
 }
 
