@@ -150,6 +150,7 @@ class ExtractorTest(unittest.TestCase):
                            ({"VELMOR_KNOWN_BPM": "-62"}, 124),
                            ({"VELMOR_KNOWN_GENRE": "Dub Reggae"}, 62),
                            ({"VELMOR_KNOWN_GENRE": "Reggaeton; $(rm)"}, 124),
+                           ({"VELMOR_KNOWN_GENRE": "Dub Techno"}, 124),
                            ({"VELMOR_KNOWN_GENRE": "Dub", "VELMOR_KNOWN_BPM": "124"}, 124),
                            ({"VELMOR_KNOWN_KEY": "1B"}, 124)):
             with self.subTest(known):

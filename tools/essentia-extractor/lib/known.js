@@ -10,10 +10,10 @@ const GENRES = [
   [/footwork|\bjuke\b/i, 150, 168],
   [/dubstep|\btrap\b|\bdrill\b|\bgrime\b/i, 128, 160],
   [/psy|hardstyle/i, 132, 160],
-  [/\bdub\b|reggae(?!ton)/i, 60, 95],
   [/reggaeton|dembow|moombahton|dancehall/i, 80, 115],
   [/hip.?hop|\brap\b|boom.?bap|r&b|\brnb\b|down.?tempo|trip.?hop|lo.?fi/i, 65, 115],
   [/house|techno|trance|garage|breaks|electro|disco/i, 105, 160],
+  [/\bdub\b|reggae(?!ton)/i, 60, 95],
 ];
 
 /** What the caller knows of the piece already: its tempo, its key and its genre. All may lack. */
