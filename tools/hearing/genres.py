@@ -4,7 +4,7 @@ In a line of steps `X` is an accent, `x` a stroke, `o` a ghost note, `?` a strok
 of the time. Voices are those of samples.py. Several lines of a voice are used one a bar.
 """
 
-from dataclasses import dataclass, field
+from dataclasses import dataclass
 
 
 @dataclass(frozen=True)
@@ -24,7 +24,6 @@ class Genre:
     loops: float = 0.0
     # Milliseconds that strokes are off at most.
     looseness: float = 2.0
-    words: tuple = field(default=())
 
 
 def groove(**voices):

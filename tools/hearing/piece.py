@@ -129,8 +129,6 @@ class Player:
     def _loop(self, drums, bars, level):
         """A played break, brought to the tempo as a turntable would."""
         sound, beats = samples.loop(self.choice, self.half)
-        if self.name in ("hip hop", "downtempo", "funk") and beats == 4 and len(sound) < 2 * RATE:
-            pass
         length = int(beats * 4 * self.step * RATE)
         fitted = np.interp(np.linspace(0, len(sound) - 1, length), np.arange(len(sound)), sound)
         is_cut = self.name == "jungle" and self.choice.random() < 0.5
