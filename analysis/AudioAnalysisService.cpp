@@ -2,6 +2,7 @@
 
 #include "analysis/ExtractorReport.h"
 #include "analysis/WorkingFolder.h"
+#include "base/Number.h"
 #include "base/Text.h"
 #include "base/VelmorError.h"
 #include "platform/Environment.h"
@@ -70,6 +71,20 @@ std::string failureToRecord(const Platform& platform, const std::string& device,
   return device + ": the recording is empty";
 }
 
+/// Only what is known, so that nothing is known wrongly.
+std::map<std::string, std::string> variablesOf(const AudioAnalysisService::Known& known) {
+  constexpr std::size_t longest = 100;
+  std::map<std::string, std::string> variables;
+  const auto add = [&](const char* name, const std::string& value) {
+    const auto words = text::withValidUtf8(text::printable(value).substr(0, longest));
+    if (!words.empty()) variables[name] = words;
+  };
+  if (known.bpm > 0) add("VELMOR_KNOWN_BPM", number::formatFixed(known.bpm, 2));
+  add("VELMOR_KNOWN_KEY", known.key);
+  add("VELMOR_KNOWN_GENRE", known.genre);
+  return variables;
+}
+
 /// Tries these devices until one gives a recording.
 void captureFromFirst(const Platform& platform, const std::vector<std::string>& devices,
                       const std::filesystem::path& outputPath, int seconds,
@@ -133,20 +148,37 @@ void AudioAnalysisService::captureLoopback(const Platform& platform,
 ChildResult AudioAnalysisService::runExtractor(const Platform& platform,
                                                const std::string& extractor,
                                                const std::filesystem::path& sample,
-                                               const std::filesystem::path& report) {
+                                               const std::filesystem::path& report,
+                                               const Known& known) {
   return platform.processes.run({.executable = extractor,
                                  .arguments = {sample.string(), report.string()},
                                  .mergeErrorOutput = true,
                                  .endsWithVelmor = true,
+                                 .isInBackground = true,
+                                 .variables = variablesOf(known),
                                  .timeLimit = extractorLimit});
 }
 
-AudioAnalysisService::Features AudioAnalysisService::analyze(const Platform& platform) {
+std::string AudioAnalysisService::extractorVersion(const Platform& platform,
+                                                   const std::string& extractor) {
+  try {
+    const auto result = platform.processes.run(
+        {.executable = extractor, .arguments = {"--version"}, .endsWithVelmor = true});
+    if (result.exitStatus != 0) return "";
+    const auto line = text::split(text::trimmed(result.output), '\n').front();
+    return text::printable(line);
+  } catch (const LaunchError&) {
+    return "";
+  }
+}
+
+AudioAnalysisService::Features AudioAnalysisService::analyze(const Platform& platform,
+                                                             const Known& known) {
   const auto extractor = extractorPath(platform);
   if (!extractor) throw VelmorError("Essentia extractor is not installed");
   const WorkingFolder folder(platform);
   captureLoopback(platform, folder.sample());
-  const auto result = runExtractor(platform, *extractor, folder.sample(), folder.report());
+  const auto result = runExtractor(platform, *extractor, folder.sample(), folder.report(), known);
   if (result.exitStatus != 0) {
     const auto output = text::isValidUtf8(result.output) ? result.output : "";
     throw VelmorError("run Essentia: exit " + std::to_string(result.exitStatus) + " (" + output +

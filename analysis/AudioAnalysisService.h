@@ -26,6 +26,18 @@ public:
     double loudness = 0;
   };
 
+  /// What is known of the track already, to help the extractor: "" and 0 where nothing is. What it
+  /// hears at half or double time it reports at the level of this tempo, and a key that it is not
+  /// sure of it leaves as it is here. Handed over as the environment variables VELMOR_KNOWN_BPM,
+  /// VELMOR_KNOWN_KEY and VELMOR_KNOWN_GENRE, which other extractors do not look at.
+  struct Known {
+    /// Beats per minute.
+    double bpm = 0;
+    /// In Camelot notation.
+    std::string key;
+    std::string genre;
+  };
+
   /// Where the extractor lies; nothing when it is not installed. May run a child.
   [[nodiscard]] static std::optional<std::string> extractorPath(const Platform& platform);
 
@@ -41,8 +53,9 @@ public:
   };
 
   /// Captures and measures a sample. Blocks for the capture's 15 seconds and the extractor's run.
-  /// Throws VelmorError, LaunchError, FileError or DecodingError.
-  [[nodiscard]] static Features analyze(const Platform& platform);
+  /// Throws VelmorError, also when the extractor finds no steady beat, LaunchError, FileError or
+  /// DecodingError.
+  [[nodiscard]] static Features analyze(const Platform& platform, const Known& known);
 
   /// Records so many seconds of the system's sound into the file. Throws VelmorError when ffmpeg is
   /// not installed.
@@ -53,7 +66,12 @@ public:
   [[nodiscard]] static ChildResult runExtractor(const Platform& platform,
                                                 const std::string& extractor,
                                                 const std::filesystem::path& sample,
-                                                const std::filesystem::path& report);
+                                                const std::filesystem::path& report,
+                                                const Known& known);
+
+  /// What the extractor calls itself, a line; "" when it does not say. Runs it for a moment.
+  [[nodiscard]] static std::string extractorVersion(const Platform& platform,
+                                                    const std::string& extractor);
 
   /// Records a sample of the system's sound into the file. When no device can be recorded, the log
   /// says why of each. Throws VelmorError.

@@ -1,4 +1,5 @@
 #include "analysis/AudioAnalysisService.h"
+#include "analysis/LastMeasurement.h"
 #include "app/AppController.h"
 #include "base/Number.h"
 #include "base/Text.h"
@@ -62,12 +63,15 @@ struct Measurement {
   std::optional<AudioAnalysisService::Features> features;
 };
 
-Measurement measure(const Platform& platform) {
+Measurement measure(const Platform& platform, const AudioAnalysisService::Known& known) {
   if (!AudioAnalysisService::extractorPath(platform)) return {};
   try {
-    return {true, AudioAnalysisService::analyze(platform)};
+    const auto features = AudioAnalysisService::analyze(platform, known);
+    LastMeasurement::keep(platform, LastMeasurement::outcomeOf(features));
+    return {true, features};
   } catch (const std::exception& error) {
     platform.log.write("Velmor: the sample could not be measured: " + messageOf(error));
+    LastMeasurement::keep(platform, "failed: " + messageOf(error));
     return {true, std::nullopt};
   }
 }
@@ -142,7 +146,8 @@ Task<VisionResult> AppController::analyze(NowPlayingTrack track, AppConfig confi
   Measurement measurement;
   const bool isKnown = isCrate && current.bpm > 0 && !current.key.empty();
   if (!isKnown) {
-    const auto listen = [system = platform] { return measure(system); };
+    const AudioAnalysisService::Known known{current.bpm, current.key, current.genre};
+    const auto listen = [system = platform, known] { return measure(system, known); };
     measurement = co_await occupied(platform.mainLoop, listen);
   }
   if (measurement.features) addMeasurement(current, *measurement.features);

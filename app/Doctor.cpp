@@ -1,6 +1,7 @@
 #include "app/Doctor.h"
 
 #include "analysis/AudioAnalysisService.h"
+#include "analysis/LastMeasurement.h"
 #include "app/DoctorSources.h"
 #include "app/crate/MusicPlaces.h"
 #include "base/Json.h"
@@ -128,7 +129,12 @@ DoctorFinding Doctor::ffmpeg() const {
 DoctorFinding Doctor::extractor() const {
   constexpr auto name = "Extractor";
   if (const auto path = AudioAnalysisService::extractorPath(platform)) {
-    return {name, State::ready, *path, ""};
+    const auto version = AudioAnalysisService::extractorVersion(platform, *path);
+    const auto last = LastMeasurement::read(platform);
+    return {name, State::ready,
+            *path + ", " + (version.empty() ? "which does not tell its version" : version) + "; " +
+                (last.empty() ? "nothing measured yet" : "last measurement " + last),
+            ""};
   }
   return {name, State::absent, "essentia_streaming_extractor_music is not found",
           "To measure tempo and key from the sound, run scripts/bootstrap --with-essentia, or set "

@@ -65,7 +65,7 @@ DoctorFinding levelOf(const Platform& platform, const WorkingFolder& folder,
 DoctorFinding measurementOf(const Platform& platform, const WorkingFolder& folder,
                             const std::string& extractor) {
   const auto result =
-      AudioAnalysisService::runExtractor(platform, extractor, folder.sample(), folder.report());
+      AudioAnalysisService::runExtractor(platform, extractor, folder.sample(), folder.report(), {});
   const auto words = shortWords(result.output);
   if (result.exitStatus != 0) {
     return {measurement, State::faulty,

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <map>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -22,6 +23,10 @@ struct ChildProcess {
   bool mergeErrorOutput = false;
   /// Ends the child when Velmor ends, even when Velmor is killed or crashes.
   bool endsWithVelmor = false;
+  /// Lets everything else that wants the processor go first.
+  bool isInBackground = false;
+  /// Environment variables that the child gets besides, or instead of, those that Velmor has.
+  std::map<std::string, std::string> variables = {};
   /// How long it may take at most: well over what it does take, for a child that hangs.
   std::chrono::duration<double> timeLimit{5};
 };

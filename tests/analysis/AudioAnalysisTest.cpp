@@ -38,7 +38,7 @@ protected:
 
   std::string outcome() {
     try {
-      const auto features = AudioAnalysisService::analyze(system.platform);
+      const auto features = AudioAnalysisService::analyze(system.platform, known);
       return std::to_string(features.bpm) + features.key + features.scale +
              std::to_string(features.loudness);
     } catch (const std::exception& error) {
@@ -57,6 +57,7 @@ protected:
   }
 
   FakePlatform system;
+  AudioAnalysisService::Known known;
   ChildResult extractor;
   std::string report =
       R"({"rhythm":{"bpm":127.9},"tonal":{"key_edma":{"key":"F#","scale":"minor"}}})";
@@ -86,6 +87,26 @@ TEST_F(AudioAnalysisTest, RecordsAndMeasures) {
   EXPECT_EQ(children.at(0).timeLimit, std::chrono::seconds{60});
   EXPECT_EQ(children.at(1).timeLimit, std::chrono::seconds{120});
   EXPECT_TRUE(system.files.folders.empty()) << "nothing is left";
+}
+
+TEST_F(AudioAnalysisTest, TellsTheExtractorAloneWhatIsKnownAndLetsOthersGoFirst) {
+  using Variables = std::map<std::string, std::string>;
+  const std::pair<AudioAnalysisService::Known, Variables> cases[] = {
+      {{}, {}},
+      {{.bpm = 174}, {{"VELMOR_KNOWN_BPM", "174.00"}}},
+      {{-1, "8A", "Drum\n & Bass; \x1B[1m" + std::string(200, 'x')},
+       {{"VELMOR_KNOWN_KEY", "8A"},
+        {"VELMOR_KNOWN_GENRE", "Drum  & Bass;  [1m" + std::string(82, 'x')}}}};
+  for (const auto& [given, expected] : cases) {
+    known = given;
+    EXPECT_EQ(outcome(), measured);
+    const auto& children = system.processes.started;
+    const auto& listener = children.at(children.size() - 1);
+    EXPECT_EQ(listener.variables, expected);
+    EXPECT_TRUE(listener.isInBackground);
+    EXPECT_FALSE(children.at(children.size() - 2).isInBackground) << "a recording must not stutter";
+    EXPECT_TRUE(children.at(children.size() - 2).variables.empty());
+  }
 }
 
 TEST_F(AudioAnalysisTest, TriesTheDevicesInOrderUntilOneIsHeard) {

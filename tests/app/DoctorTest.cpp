@@ -1,3 +1,4 @@
+#include "analysis/LastMeasurement.h"
 #include "app/DoctorTrials.h"
 #include "base/Json.h"
 #include "model/AppConfig.h"
@@ -143,6 +144,22 @@ TEST_F(DoctorTest, SaysWhereTheKeyIsButNeverTheKey) {
   }
   system.files.writeFailure = "The disk is full.";
   EXPECT_EQ(find(examine(), "Model provider").advice, "The disk is full.");
+}
+
+TEST_F(DoctorTest, NamesTheExtractorItsVersionAndWhatItLastHeard) {
+  system.environment.variables["ESSENTIA_EXTRACTOR"] = "/opt/extractor";
+  system.files.files["/opt/extractor"].permissions = 0755;
+  ChildResult version;
+  system.processes.handler = [&](const ChildProcess& child) {
+    return child.executable == "/opt/extractor" ? version : ChildResult{1, "", ""};
+  };
+  const auto said = [&] { return find(examine(), "Extractor").detail; };
+  version = {1, "wrong number of arguments\nUsage: ...\n", ""};
+  EXPECT_EQ(said(), "/opt/extractor, which does not tell its version; nothing measured yet");
+  version = {0, "extractor\t2.0\nfree of charge\n", ""};
+  LastMeasurement::keep(system.platform, "174.0 BPM, F minor");
+  EXPECT_THAT(said(), testing::MatchesRegex("/opt/extractor, extractor 2.0; last measurement "
+                                            "....-..-.. ..:.. UTC: 174.0 BPM, F minor"));
 }
 
 TEST_F(DoctorTest, ListensToTheDeviceAndRepeatsTheToolsOwnWords) {

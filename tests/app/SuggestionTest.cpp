@@ -1,3 +1,4 @@
+#include "analysis/LastMeasurement.h"
 #include "tests/app/ControllerFixture.h"
 #include "tests/nowplaying/RekordboxScreen.h"
 #include "tests/support/DatabaseFile.h"
@@ -104,6 +105,11 @@ TEST_F(SuggestionTest, PutsWhatItHearsInPlaceOfWhatItWasTold) {
   EXPECT_EQ(system.log.lines.back(),
             "Velmor: the sample could not be measured: run Essentia: exit 2 (no tempo)");
   EXPECT_NE(prompt.find("- BPM: 100.00\n- Key: 8A\n"), std::string::npos);
+  EXPECT_EQ(LastMeasurement::read(system.platform),
+            "2026-11-16 00:00 UTC: failed: run Essentia: exit 2 (no tempo)");
+  EXPECT_EQ(system.processes.started.back().variables,
+            (std::map<std::string, std::string>{{"VELMOR_KNOWN_BPM", "100.00"},
+                                                {"VELMOR_KNOWN_KEY", "8A"}}));
   EXPECT_EQ(listen(0, "{}"), "ok");
   EXPECT_EQ(result.currentTrack.key, "");
 }

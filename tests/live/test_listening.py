@@ -119,7 +119,7 @@ class ListeningTest(unittest.TestCase):
     def testMeasuresWhatPlays(self):
         with Session(display=False, sound=True) as desktop:
             stage = Stage(desktop)
-            # Raised by three semitones it stays where beats are told from dotted ones.
+            # Three semitones up are another key as well as another tempo.
             piece = stage.piece(112, "8A", 64 * 60 / 112)
             for output in ("stretched", "higher", "muted"):
                 stage.addOutput(output)

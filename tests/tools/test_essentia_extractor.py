@@ -2,16 +2,23 @@
 """Runs the installed extractor on generated pieces and on files that hold no music."""
 
 import json
+import os
 import pathlib
 import re
 import shutil
 import struct
 import subprocess
+import sys
 import tempfile
 import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 GENERATOR = ROOT / "tools/piece-generator/piece-generator"
+sys.path.insert(0, str(GENERATOR.parent))
+import mixdown  # noqa: E402
+from arrangement import Event  # noqa: E402
+from sounds import Instruments  # noqa: E402
+
 EXTRACTOR = shutil.which("essentia_streaming_extractor_music")
 
 NO_MUSIC, INPUT, OUTPUT = 1, 2, 3
@@ -39,12 +46,13 @@ class ExtractorTest(unittest.TestCase):
         subprocess.run(["ffmpeg", "-v", "error", "-y", *(source or ("-i", self.piece)), *arguments,
                         self.sound], check=True, stdin=subprocess.DEVNULL)
 
-    def extract(self, sound=None, report=None):
+    def extract(self, sound=None, report=None, **known):
         return subprocess.run([EXTRACTOR, sound or self.sound, report or self.report],
-                              capture_output=True, text=True, timeout=300)
+                              capture_output=True, text=True, timeout=300,
+                              env={**os.environ, **known})
 
-    def measured(self, sound=None):
-        run = self.extract(sound)
+    def measured(self, sound=None, **known):
+        run = self.extract(sound, **known)
         self.assertEqual((run.returncode, run.stdout + run.stderr), (0, ""))
         return json.loads(self.report.read_text())
 
@@ -109,6 +117,76 @@ class ExtractorTest(unittest.TestCase):
             with self.subTest(arguments):
                 self.convert(*arguments, source=source)
                 self.expect_failure(status, f"(cannot measure .*: )?{reason}")
+
+    def drum(self, bpm, **lines):
+        """Fifteen seconds of a bar of drums and bass, each a line of sixteenths."""
+        play = Instruments(RATE, seed=1)
+        sounds = {"kick": (play.kick(), 0.9), "clap": (play.clap(), 0.6),
+                  "hat": (play.hat(is_open=False), 0.2), "bass": (play.bass(-27, 0.6), 0.4)}
+        lines.setdefault("bass", "x...............")
+        events = [Event(bar * 4 + step / 4, *sounds[voice])
+                  for bar in range(int(15 * bpm / 240) + 1)
+                  for voice, line in lines.items()
+                  for step, mark in enumerate(line) if mark == "x"]
+        left, right = mixdown.level(*mixdown.mix(events, bpm, 15, RATE), -14)
+        mixdown.write(str(self.sound), left, right, RATE)
+
+    def test_hears_fast_and_slow_music_at_the_level_that_people_tap(self):
+        eighths, back, half = "x.x.x.x.x.x.x.x.", "....x.......x...", "........x......."
+        for name, bpm, kick, clap, hat in (
+                ("drum and bass", 174, "x.........x.....", back, eighths),
+                ("jungle", 165, "x.x.......xx....", "....x..x.x..x..x", eighths),
+                ("dubstep", 140, "x.....x.........", half, "x..x..x.x..x..x."),
+                ("house", 124, "x...x...x...x...", back, "..x...x...x...x."),
+                ("hip hop", 90, "x.......x.x.....", back, eighths)):
+            with self.subTest(name):
+                self.drum(bpm, kick=kick, clap=clap, hat=hat)
+                rhythm = self.measured()["rhythm"]
+                self.assertAlmostEqual(rhythm["bpm"], bpm, delta=0.1)
+
+    def test_what_is_known_moves_an_octave_and_nothing_else(self):
+        for known, bpm in (({"VELMOR_KNOWN_BPM": "62.5"}, 62), ({"VELMOR_KNOWN_BPM": "245"}, 248),
+                           ({"VELMOR_KNOWN_BPM": "140"}, 124), ({"VELMOR_KNOWN_BPM": "fast"}, 124),
+                           ({"VELMOR_KNOWN_BPM": "-62"}, 124),
+                           ({"VELMOR_KNOWN_GENRE": "Dub Reggae"}, 62),
+                           ({"VELMOR_KNOWN_GENRE": "Reggaeton; $(rm)"}, 124),
+                           ({"VELMOR_KNOWN_GENRE": "Dub Techno"}, 124),
+                           ({"VELMOR_KNOWN_GENRE": "Dub", "VELMOR_KNOWN_BPM": "124"}, 124),
+                           ({"VELMOR_KNOWN_KEY": "1B"}, 124)):
+            with self.subTest(known):
+                found = self.measured(self.piece, **known)
+                self.assertAlmostEqual(found["rhythm"]["bpm"], bpm, delta=0.1)
+                self.assertAlmostEqual(found["rhythm"]["bpm_heard"], 124, delta=0.1)
+                self.assertEqual(found["tonal"]["key_edma"]["key"], "A")
+
+    def test_leaves_a_key_that_it_cannot_hear_as_it_is_known(self):
+        self.drum(124, kick="x...x...x...x...", hat="..x...x...x...x.", bass="")
+        guess = self.measured()["tonal"]["key_edma"]
+        self.assertLess(guess["strength"], 0.7)
+        told = self.measured(VELMOR_KNOWN_KEY="3B")["tonal"]["key_edma"]
+        self.assertEqual((told["key"], told["scale"]), ("C#", "major"))
+        self.assertEqual(told["key_heard"], f"{guess['key']} {guess['scale']}")
+
+    def test_tells_sound_without_a_steady_beat(self):
+        chord = "+".join(f"0.1*sin({pitch}*2*PI*t)*(1+0.3*sin({slow}*t))"
+                         for pitch, slow in ((110, 0.9), (164.8, 0.7), (220.7, 1.3)))
+        for name, source in (
+                ("white noise", ("-f", "lavfi", "-t", "15", "-i", "anoisesrc=a=0.3:seed=1")),
+                ("brown noise", ("-f", "lavfi", "-t", "15", "-i", "anoisesrc=c=brown:a=0.5:seed=2")),
+                ("a drone", ("-f", "lavfi", "-t", "15", "-i", f"aevalsrc='{chord}'"))):
+            with self.subTest(name):
+                self.convert("-ar", str(RATE), "-c:a", "pcm_s16le", source=source)
+                self.expect_failure(NO_MUSIC, "no steady beat found: nothing .*")
+        with self.subTest("a fade from one tempo to another"):
+            self.drum(103, kick="x.......x.x.....", clap="....x.......x...", hat="x.x.x.x.x.x.x.x.")
+            other = self.sound.rename(self.folder / "other.wav")
+            self.convert("-i", other, "-filter_complex", "[0]atrim=0:9[a];[1]atrim=0:9[b];"
+                         "[a][b]acrossfade=d=3")
+            self.expect_failure(NO_MUSIC, "no steady beat found: two tempi")
+
+    def test_names_its_version(self):
+        run = subprocess.run([EXTRACTOR, "--version"], capture_output=True, text=True, timeout=300)
+        self.assertRegex(run.stdout, r"\Avelmor-essentia-extractor [\d.]+, Essentia \S+\n\Z")
 
     def test_refuses_what_is_no_wav_file(self):
         plain = self.piece.read_bytes()

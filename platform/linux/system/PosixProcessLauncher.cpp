@@ -84,21 +84,37 @@ int endDescriptorOf(pid_t process) {
   return static_cast<int>(::syscall(SYS_pidfd_open, process, 0));
 }
 
-/// The child's own command line, or that of the tool which has the system kill the child with its
-/// parent and then becomes the child. posix_spawn cannot say that itself.
+/// The child's own command line, behind those of the tools which each change one thing about
+/// themselves and then become the child. posix_spawn cannot say these things itself: that the
+/// system kills the child with its parent, and that others go first on the processor.
 std::vector<std::string> commandLine(const ChildProcess& child) {
-  constexpr auto tool = "/usr/bin/setpriv";
   std::vector<std::string> line;
-  // What the tool could not start either fails below, with the system's own words.
+  // What a tool could not start either fails below, with the system's own words.
   const bool canStart = ::access(child.executable.c_str(), X_OK) == 0;
-  if (child.endsWithVelmor && canStart && ::access(tool, X_OK) == 0)
-    line = {tool, "--pdeathsig", "KILL", "--"};
+  const auto add = [&](bool isWanted, const std::vector<std::string>& tool) {
+    if (isWanted && canStart && ::access(tool.front().c_str(), X_OK) == 0)
+      line.insert(line.end(), tool.begin(), tool.end());
+  };
+  add(child.isInBackground, {"/usr/bin/nice", "-n", "10", "--"});
+  add(child.endsWithVelmor, {"/usr/bin/setpriv", "--pdeathsig", "KILL", "--"});
   line.push_back(child.executable);
   line.insert(line.end(), child.arguments.begin(), child.arguments.end());
   return line;
 }
 
-/// The arguments as the system takes them; they point into `line`.
+/// Velmor's own environment and the child's variables, as NAME=VALUE.
+std::vector<std::string> environmentOf(const ChildProcess& child) {
+  std::vector<std::string> entries;
+  for (char** own = environ; *own != nullptr; ++own) {
+    const std::string entry = *own;
+    if (!child.variables.contains(entry.substr(0, entry.find('=')))) entries.push_back(entry);
+  }
+  for (const auto& [name, value] : child.variables)
+    entries.push_back(name + "=" + value);
+  return entries;
+}
+
+/// The texts as the system takes them; they point into `line`.
 std::vector<char*> argumentList(std::vector<std::string>& line) {
   std::vector<char*> list;
   list.reserve(line.size() + 1);
@@ -161,8 +177,9 @@ SpawnedChild::SpawnedChild(const ChildProcess& child) {
   ::posix_spawn_file_actions_addclosefrom_np(&plan.actions, highestStandardDescriptor + 1);
 
   auto line = commandLine(child);
+  auto environment = environmentOf(child);
   const int error = ::posix_spawn(&process, line.front().c_str(), &plan.actions, &plan.attributes,
-                                  argumentList(line).data(), environ);
+                                  argumentList(line).data(), argumentList(environment).data());
   if (error != 0) throw LaunchError(systemMessage(error));
   endEvent = FileDescriptor(endDescriptorOf(process));
   if (!endEvent) {

@@ -6,8 +6,6 @@ const HARMONICS = [1, 2, 3, 4, 5, 6, 7, 8];
 const SPAN = 0.03;
 const GRID_STEPS = 120;
 const REFINEMENTS = 8;
-// On 81 generated pieces true beats gave 1.8 at most, and dotted ones more than 2.2 on 76.
-const DOTTED_RATIO = 2.2;
 
 /** How strongly sounds begin, moment by moment, seen as a spectrum: a steady beat is a peak. */
 class OnsetSpectrum {
@@ -35,14 +33,6 @@ class OnsetSpectrum {
     return best.bpm;
   }
 
-  /**
-   * Whether an estimate counts in dotted beats, each one and a half of the true ones. The
-   * multiples of a true tempo are all peaks; of a dotted one only every third is.
-   */
-  isDotted(estimate) {
-    return this.powerAt(1.5 * estimate) > DOTTED_RATIO * this.powerAt(estimate);
-  }
-
   /** The power at a tempo and its multiples, in arbitrary units. */
   powerAt(bpm) {
     return HARMONICS.reduce((sum, harmonic) => sum + this.powerAtHertz((harmonic * bpm) / 60), 0);
@@ -50,12 +40,21 @@ class OnsetSpectrum {
 
   powerAtHertz(hertz) {
     const turn = (2 * Math.PI * hertz) / this.frameRate;
+    // Each angle's cosine and sine follow from those before: many times as fast as asking for
+    // them, and exact to ten digits over the longest recording.
+    const stepCosine = Math.cos(turn);
+    const stepSine = Math.sin(turn);
+    let cosine = 1;
+    let sine = 0;
     let real = 0;
     let imaginary = 0;
-    this.strengths.forEach((strength, index) => {
-      real += strength * Math.cos(turn * index);
-      imaginary += strength * Math.sin(turn * index);
-    });
+    for (const strength of this.strengths) {
+      real += strength * cosine;
+      imaginary += strength * sine;
+      const next = cosine * stepCosine - sine * stepSine;
+      sine = sine * stepCosine + cosine * stepSine;
+      cosine = next;
+    }
     return real * real + imaginary * imaginary;
   }
 }

@@ -1,41 +1,27 @@
 'use strict';
 
-const { attempt } = require('./essentia');
 const { Failure, STATUS } = require('./failure');
+const { atKnownLevel } = require('./known');
+const { repetitions } = require('./onsetBands');
 const { OnsetSpectrum } = require('./onsetSpectrum');
-
-const SLOWEST = 40;
-const FASTEST = 208;
+const { changesTempo, unsteadiness } = require('./steadiness');
+const { rankedTempi } = require('./tempoScore');
 
 /**
- * The tempo: Essentia's beat tracker finds it, the onset spectrum makes it exact.
- *
- * The tracker places beats on frames of 11.6 ms and takes the commonest distance between them,
- * which at 170 beats a minute is up to 2 % off; now and then it counts dotted beats. Its estimate
- * is kept in the report.
+ * The tempo: what repeats in the onsets names candidates, a fitted score chooses one, what is known
+ * of the piece may move it an octave, and the onset spectrum makes it exact. Sound without a beat
+ * is a Failure.
  */
-function measureTempo(library, signal, { samples, sampleRate }) {
-  const rhythm = attempt('RhythmExtractor2013', () =>
-    library.RhythmExtractor2013(signal, FASTEST, 'multifeature', SLOWEST),
-  );
-  const tracked = rhythm.bpm;
-  if (!(tracked > 0) || !Number.isFinite(tracked)) {
-    throw new Failure('no steady beat found', STATUS.noMusic);
+function measureTempo({ samples, sampleRate }, known) {
+  const repeated = repetitions(samples, sampleRate);
+  const [first] = rankedTempi(repeated);
+  const reason = first ? unsteadiness(repeated, first.bpm) : 'nothing repeats';
+  if (reason) throw new Failure(`no steady beat found: ${reason}`, STATUS.noMusic);
+  if (changesTempo(samples, sampleRate)) {
+    throw new Failure('no steady beat found: two tempi', STATUS.noMusic);
   }
-  return {
-    bpm: refine(tracked, new OnsetSpectrum(samples, sampleRate)),
-    bpm_tracked: tracked,
-    beats_confidence: rhythm.confidence,
-    beats_count: attempt('RhythmExtractor2013', () => rhythm.ticks.size()),
-  };
-}
-
-function refine(tracked, spectrum) {
-  const refined = spectrum.tempoNear(tracked);
-  const undotted = 1.5 * refined;
-  return undotted <= FASTEST && spectrum.isDotted(refined)
-    ? spectrum.tempoNear(undotted)
-    : refined;
+  const heard = new OnsetSpectrum(samples, sampleRate).tempoNear(first.bpm);
+  return { bpm: atKnownLevel(heard, known), bpm_heard: heard, bpm_share: first.share };
 }
 
 module.exports = { measureTempo };

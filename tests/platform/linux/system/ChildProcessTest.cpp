@@ -105,6 +105,25 @@ TEST_F(ChildProcessTest, ChildrenInheritNeitherSecretsNorDescriptorsNorSignals) 
   EXPECT_EQ(ignored & 0x7fffffffU, 0U);
 }
 
+TEST_F(ChildProcessTest, AChildInTheBackgroundIsNiceAndGetsItsVariables) {
+  ::setenv("VELMOR_TEST", "own", 1);
+  const auto run = [&](bool isInBackground, std::map<std::string, std::string> variables) {
+    return launcher
+        .run({.executable = "/bin/sh",
+              .arguments = {"-c", "nice; echo \"$VELMOR_TEST|$OTHER|$HOME\""},
+              .endsWithVelmor = true,
+              .isInBackground = isInBackground,
+              .variables = std::move(variables)})
+        .output;
+  };
+  const auto home = std::string(std::getenv("HOME"));
+  const auto own = std::stoi(run(false, {}));
+  EXPECT_EQ(run(false, {}), std::to_string(own) + "\nown||" + home + "\n");
+  EXPECT_EQ(run(true, {{"VELMOR_TEST", "=a b"}, {"OTHER", "ä\"$x"}}),
+            std::to_string(std::min(19, own + 10)) + "\n=a b|ä\"$x|" + home + "\n");
+  ::unsetenv("VELMOR_TEST");
+}
+
 TEST_F(ChildProcessTest, TheTimeLimitEndsChildrenWhichThenHaveFailed) {
   const auto file = folder.path / "process";
   const auto line = "echo $$ > " + file.string() + "; while :; do sleep 0.05; done";
