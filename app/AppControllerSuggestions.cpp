@@ -7,8 +7,8 @@
 #include "crate/ranking/CrateAnswer.h"
 #include "model/CamelotKey.h"
 #include "model/ModelProvider.h"
-#include "nowplaying/NowPlayingError.h"
-#include "nowplaying/RekordboxDetector.h"
+#include "nowplaying/readers/RekordboxDetector.h"
+#include "nowplaying/shared/NowPlayingError.h"
 #include "platform/SystemLog.h"
 #include "platform/async/Waiting.h"
 

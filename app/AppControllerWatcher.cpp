@@ -2,8 +2,8 @@
 #include "base/Text.h"
 #include "base/VelmorError.h"
 #include "model/ModelProvider.h"
-#include "nowplaying/NowPlayingError.h"
-#include "nowplaying/RekordboxDetector.h"
+#include "nowplaying/readers/RekordboxDetector.h"
+#include "nowplaying/shared/NowPlayingError.h"
 #include "platform/async/Waiting.h"
 
 namespace velmor {

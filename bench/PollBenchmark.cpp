@@ -4,8 +4,8 @@
 //                                          that remembers no answers
 //   velmor-poll-benchmark session ROUNDS   a media session's reading; a playerctl process
 
-#include "nowplaying/MediaRemoteClient.h"
 #include "nowplaying/NowPlayingDetector.h"
+#include "nowplaying/readers/MediaRemoteClient.h"
 #include "platform/Host.h"
 #include "platform/ProcessLauncher.h"
 #include "platform/linux/system/PosixProcessLauncher.h"

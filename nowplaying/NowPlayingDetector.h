@@ -1,7 +1,7 @@
 #pragma once
 
 #include "model/Records.h"
-#include "nowplaying/RekordboxDetector.h"
+#include "nowplaying/readers/RekordboxDetector.h"
 #include "platform/Clock.h"
 #include "platform/MainLoop.h"
 #include "platform/Platform.h"

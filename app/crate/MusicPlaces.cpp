@@ -1,7 +1,7 @@
 #include "app/crate/MusicPlaces.h"
 
 #include "base/Text.h"
-#include "nowplaying/MixxxLibrary.h"
+#include "nowplaying/readers/MixxxLibrary.h"
 #include "platform/Environment.h"
 
 namespace velmor {

@@ -1,4 +1,4 @@
-#include "nowplaying/NowPlayingError.h"
+#include "nowplaying/shared/NowPlayingError.h"
 #include "tests/app/ControllerFixture.h"
 
 using namespace velmor;

@@ -1,5 +1,5 @@
 #include "base/Text.h"
-#include "nowplaying/TsafArchive.h"
+#include "nowplaying/readers/TsafArchive.h"
 #include "tests/fuzz/FuzzTarget.h"
 
 using namespace velmor;

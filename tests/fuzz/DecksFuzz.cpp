@@ -1,7 +1,7 @@
 #include "base/Number.h"
 #include "base/Text.h"
 #include "nowplaying/NowPlayingDetector.h"
-#include "nowplaying/RekordboxDetector.h"
+#include "nowplaying/readers/RekordboxDetector.h"
 #include "tests/fuzz/FuzzTarget.h"
 
 #include <optional>

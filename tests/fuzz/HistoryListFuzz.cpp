@@ -1,4 +1,4 @@
-#include "nowplaying/VirtualDJHistory.h"
+#include "nowplaying/readers/VirtualDJHistory.h"
 #include "tests/fuzz/FuzzTarget.h"
 
 using namespace velmor;

@@ -1,4 +1,4 @@
-#include "nowplaying/VirtualDJNetworkControl.h"
+#include "nowplaying/readers/VirtualDJNetworkControl.h"
 #include "tests/fuzz/FuzzTarget.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-#include "nowplaying/MixxxLibrary.h"
+#include "nowplaying/readers/MixxxLibrary.h"
 #include "tests/fuzz/FuzzTarget.h"
 
 #include <cmath>

@@ -1,5 +1,5 @@
 #include "base/Text.h"
-#include "nowplaying/VirtualDJHistory.h"
+#include "nowplaying/readers/VirtualDJHistory.h"
 #include "tests/fuzz/FuzzTarget.h"
 
 using namespace velmor;

@@ -1,6 +1,6 @@
 #include "base/Text.h"
-#include "nowplaying/MixxxDetector.h"
-#include "nowplaying/MixxxLibrary.h"
+#include "nowplaying/readers/MixxxDetector.h"
+#include "nowplaying/readers/MixxxLibrary.h"
 #include "tests/fuzz/FuzzTarget.h"
 
 using namespace velmor;

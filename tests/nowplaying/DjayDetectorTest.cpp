@@ -1,4 +1,4 @@
-#include "nowplaying/DjayDetector.h"
+#include "nowplaying/readers/DjayDetector.h"
 
 #include "tests/nowplaying/TsafBuilder.h"
 #include "tests/support/DatabaseFile.h"

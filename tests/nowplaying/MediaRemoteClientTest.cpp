@@ -1,4 +1,4 @@
-#include "nowplaying/MediaRemoteClient.h"
+#include "nowplaying/readers/MediaRemoteClient.h"
 
 #include "tests/fakes/FakePlatform.h"
 #include "tests/support/Outcome.h"

@@ -1,7 +1,7 @@
-#include "nowplaying/MixxxDetector.h"
+#include "nowplaying/readers/MixxxDetector.h"
 
 #include "base/Text.h"
-#include "nowplaying/MixxxLibrary.h"
+#include "nowplaying/readers/MixxxLibrary.h"
 #include "tests/support/DatabaseFile.h"
 #include "tests/support/Outcome.h"
 

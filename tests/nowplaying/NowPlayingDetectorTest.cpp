@@ -1,6 +1,6 @@
 #include "nowplaying/NowPlayingDetector.h"
 
-#include "nowplaying/NowPlayingError.h"
+#include "nowplaying/shared/NowPlayingError.h"
 #include "tests/fakes/FakePlatform.h"
 #include "tests/nowplaying/RekordboxScreen.h"
 #include "tests/support/Outcome.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "nowplaying/RekordboxDetector.h"
+#include "nowplaying/readers/RekordboxDetector.h"
 #include "tests/fakes/FakeSystem.h"
 
 #include <memory>

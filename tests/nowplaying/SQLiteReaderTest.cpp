@@ -1,6 +1,6 @@
-#include "nowplaying/SQLiteReader.h"
+#include "nowplaying/shared/SQLiteReader.h"
 
-#include "nowplaying/NowPlayingError.h"
+#include "nowplaying/shared/NowPlayingError.h"
 #include "tests/support/DatabaseFile.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "nowplaying/SeratoDetector.h"
+#include "nowplaying/readers/SeratoDetector.h"
 
 #include "tests/support/DatabaseFile.h"
 #include "tests/support/Outcome.h"

@@ -1,7 +1,7 @@
-#include "nowplaying/StreamingAppDetector.h"
+#include "nowplaying/readers/StreamingAppDetector.h"
 
 #include "base/Text.h"
-#include "nowplaying/NowPlayingError.h"
+#include "nowplaying/shared/NowPlayingError.h"
 #include "tests/fakes/FakePlatform.h"
 #include "tests/support/Outcome.h"
 

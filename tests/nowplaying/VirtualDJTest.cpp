@@ -1,7 +1,7 @@
-#include "nowplaying/NowPlayingError.h"
-#include "nowplaying/VirtualDJDetector.h"
-#include "nowplaying/VirtualDJHistory.h"
-#include "nowplaying/VirtualDJNetworkControl.h"
+#include "nowplaying/readers/VirtualDJDetector.h"
+#include "nowplaying/readers/VirtualDJHistory.h"
+#include "nowplaying/readers/VirtualDJNetworkControl.h"
+#include "nowplaying/shared/NowPlayingError.h"
 #include "tests/fakes/FakePlatform.h"
 #include "tests/support/Outcome.h"
 

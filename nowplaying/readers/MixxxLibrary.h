@@ -1,7 +1,7 @@
 #pragma once
 
 #include "model/Records.h"
-#include "nowplaying/PlayPeriod.h"
+#include "nowplaying/readers/PlayPeriod.h"
 #include "platform/Platform.h"
 
 #include <filesystem>

@@ -1,4 +1,4 @@
-#include "nowplaying/MediaRemoteClient.h"
+#include "nowplaying/readers/MediaRemoteClient.h"
 
 #include "base/Text.h"
 #include "platform/MediaRemote.h"

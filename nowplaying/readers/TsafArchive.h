@@ -1,6 +1,6 @@
 #pragma once
 
-#include "nowplaying/PlayPeriod.h"
+#include "nowplaying/readers/PlayPeriod.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,6 +1,6 @@
-#include "nowplaying/SQLiteReader.h"
+#include "nowplaying/shared/SQLiteReader.h"
 
-#include "nowplaying/NowPlayingError.h"
+#include "nowplaying/shared/NowPlayingError.h"
 #include "platform/Platform.h"
 #include "platform/Workspace.h"
 

@@ -1,9 +1,9 @@
-#include "nowplaying/VirtualDJDetector.h"
+#include "nowplaying/readers/VirtualDJDetector.h"
 
-#include "nowplaying/NowPlayingError.h"
-#include "nowplaying/ProcessUtils.h"
-#include "nowplaying/VirtualDJHistory.h"
-#include "nowplaying/VirtualDJNetworkControl.h"
+#include "nowplaying/readers/VirtualDJHistory.h"
+#include "nowplaying/readers/VirtualDJNetworkControl.h"
+#include "nowplaying/shared/NowPlayingError.h"
+#include "nowplaying/shared/ProcessUtils.h"
 
 namespace velmor {
 

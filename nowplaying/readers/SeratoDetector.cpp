@@ -1,9 +1,9 @@
-#include "nowplaying/SeratoDetector.h"
+#include "nowplaying/readers/SeratoDetector.h"
 
 #include "base/Number.h"
-#include "nowplaying/NowPlayingError.h"
-#include "nowplaying/ProcessUtils.h"
-#include "nowplaying/SQLiteReader.h"
+#include "nowplaying/shared/NowPlayingError.h"
+#include "nowplaying/shared/ProcessUtils.h"
+#include "nowplaying/shared/SQLiteReader.h"
 #include "platform/Environment.h"
 
 namespace velmor {

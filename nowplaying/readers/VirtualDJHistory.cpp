@@ -1,8 +1,8 @@
-#include "nowplaying/VirtualDJHistory.h"
+#include "nowplaying/readers/VirtualDJHistory.h"
 
 #include "base/Number.h"
 #include "base/Text.h"
-#include "nowplaying/NowPlayingError.h"
+#include "nowplaying/shared/NowPlayingError.h"
 #include "platform/Environment.h"
 #include "platform/FileManager.h"
 

@@ -1,9 +1,9 @@
-#include "nowplaying/MixxxLibrary.h"
+#include "nowplaying/readers/MixxxLibrary.h"
 
 #include "base/Number.h"
 #include "base/Text.h"
-#include "nowplaying/NowPlayingError.h"
-#include "nowplaying/SQLiteReader.h"
+#include "nowplaying/shared/NowPlayingError.h"
+#include "nowplaying/shared/SQLiteReader.h"
 #include "platform/Environment.h"
 #include "platform/FileManager.h"
 

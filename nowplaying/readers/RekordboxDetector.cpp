@@ -1,10 +1,10 @@
-#include "nowplaying/RekordboxDetector.h"
+#include "nowplaying/readers/RekordboxDetector.h"
 
 #include "base/Number.h"
 #include "base/Text.h"
 #include "model/CamelotKey.h"
-#include "nowplaying/NowPlayingError.h"
-#include "nowplaying/ProcessUtils.h"
+#include "nowplaying/shared/NowPlayingError.h"
+#include "nowplaying/shared/ProcessUtils.h"
 #include "platform/Accessibility.h"
 
 #include <algorithm>

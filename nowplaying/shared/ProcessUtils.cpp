@@ -1,4 +1,4 @@
-#include "nowplaying/ProcessUtils.h"
+#include "nowplaying/shared/ProcessUtils.h"
 
 #include "base/Number.h"
 #include "base/Text.h"

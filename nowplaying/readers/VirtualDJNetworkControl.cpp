@@ -1,9 +1,9 @@
-#include "nowplaying/VirtualDJNetworkControl.h"
+#include "nowplaying/readers/VirtualDJNetworkControl.h"
 
 #include "base/Number.h"
 #include "base/Text.h"
-#include "nowplaying/NowPlayingError.h"
-#include "nowplaying/ProcessUtils.h"
+#include "nowplaying/shared/NowPlayingError.h"
+#include "nowplaying/shared/ProcessUtils.h"
 #include "platform/Environment.h"
 #include "platform/HttpSession.h"
 #include "platform/PlatformRecord.h"

@@ -1,9 +1,9 @@
-#include "nowplaying/MixxxDetector.h"
+#include "nowplaying/readers/MixxxDetector.h"
 
 #include "base/Text.h"
-#include "nowplaying/MixxxLibrary.h"
-#include "nowplaying/NowPlayingError.h"
-#include "nowplaying/ProcessUtils.h"
+#include "nowplaying/readers/MixxxLibrary.h"
+#include "nowplaying/shared/NowPlayingError.h"
+#include "nowplaying/shared/ProcessUtils.h"
 #include "platform/Accessibility.h"
 #include "platform/RunningApplications.h"
 #include "platform/WindowList.h"

@@ -1,8 +1,8 @@
-#include "nowplaying/StreamingAppDetector.h"
+#include "nowplaying/readers/StreamingAppDetector.h"
 
 #include "base/Text.h"
-#include "nowplaying/NowPlayingError.h"
-#include "nowplaying/ProcessUtils.h"
+#include "nowplaying/shared/NowPlayingError.h"
+#include "nowplaying/shared/ProcessUtils.h"
 #include "platform/PlayerScript.h"
 #include "platform/ProcessLauncher.h"
 #include "platform/SystemLog.h"

@@ -1,4 +1,4 @@
-#include "nowplaying/TsafArchive.h"
+#include "nowplaying/readers/TsafArchive.h"
 
 #include "base/Text.h"
 
