@@ -63,10 +63,11 @@ private:
   RememberingLauncher processes{launcher};
   CurlHttpClient http;
   MprisBusSource players{environment, quit.get_token()};
-  DesktopApplications applications{environment, players};
+  WindowProperties properties;
+  DesktopApplications applications{environment, properties, players};
   MprisMediaRemote mediaRemote{players};
-  AtspiAccessibility accessibility{environment, quit.get_token()};
-  EwmhWindowList windows;
+  AtspiAccessibility accessibility{environment, properties, quit.get_token()};
+  EwmhWindowList windows{properties};
   SessionStatus status{environment, quit.get_token()};
   PlatformRecord record;
   // Behind what its worker threads may use: it waits for them when it is destroyed.

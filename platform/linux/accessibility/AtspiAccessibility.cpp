@@ -4,7 +4,7 @@
 #include "platform/linux/accessibility/AtspiNode.h"
 #include "platform/linux/accessibility/AtspiTree.h"
 #include "platform/linux/bus/SessionBus.h"
-#include "platform/linux/desktop/EwmhWindowList.h"
+#include "platform/linux/desktop/WindowProperties.h"
 
 #include <algorithm>
 #include <optional>
@@ -75,8 +75,11 @@ private:
 /// A program that offers what its windows show. They are read when first asked for.
 class AtspiApplicationElement final : public ReadOnlyElement {
 public:
-  AtspiApplicationElement(SharedConversation programConversation, std::int32_t processIdentifier)
-      : conversation(std::move(programConversation)), process(processIdentifier) {}
+  AtspiApplicationElement(SharedConversation programConversation,
+                          const WindowProperties& windowProperties, std::int32_t processIdentifier)
+      : conversation(std::move(programConversation))
+      , properties(windowProperties)
+      , process(processIdentifier) {}
 
   AccessibilityResult attribute(const std::string& name) override {
     const bool asksForFocus = name == "AXFocusedWindow";
@@ -97,7 +100,7 @@ private:
 
   /// A minimised window may lose its accessible name; the window manager still knows its title.
   void nameUnnamedWindows() {
-    auto titles = readEwmhTitles(process);
+    auto titles = properties.titles(process);
     for (const auto& window : *windows) {
       const auto own = std::ranges::find(titles, window->name);
       if (own != titles.end()) titles.erase(own);
@@ -119,6 +122,7 @@ private:
   }
 
   SharedConversation conversation;
+  const WindowProperties& properties;
   std::int32_t process;
   bool windowsRead = false;
   /// Nothing when the program does not answer.
@@ -138,8 +142,10 @@ private:
 
 } // namespace
 
-AtspiAccessibility::AtspiAccessibility(const Environment& theEnvironment, std::stop_token quitToken)
-    : environment(theEnvironment), quit(std::move(quitToken)) {}
+AtspiAccessibility::AtspiAccessibility(const Environment& theEnvironment,
+                                       const WindowProperties& windowProperties,
+                                       std::stop_token quitToken)
+    : environment(theEnvironment), properties(windowProperties), quit(std::move(quitToken)) {}
 
 AtspiAccessibility::~AtspiAccessibility() = default;
 
@@ -149,7 +155,7 @@ AccessibilityElementPtr AtspiAccessibility::application(std::int32_t processIden
   const auto name = opened->nameOf(processIdentifier);
   if (name) {
     return std::make_shared<AtspiApplicationElement>(
-        std::make_shared<AtspiConversation>(opened, *name), processIdentifier);
+        std::make_shared<AtspiConversation>(opened, *name), properties, processIdentifier);
   }
   // Where it is switched off, programs offer nothing.
   return std::make_shared<UnreadableElement>(opened->isSwitchedOn()

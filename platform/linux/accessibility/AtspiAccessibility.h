@@ -11,6 +11,7 @@ namespace velmor {
 
 class AtspiBus;
 class Environment;
+class WindowProperties;
 
 /// Accessibility over D-Bus alone: the usual library ends the process where there is no
 /// accessibility bus, and waits long for hung programs.
@@ -19,7 +20,9 @@ class Environment;
 /// when `quitToken` asks for it.
 class AtspiAccessibility : public Accessibility {
 public:
-  AtspiAccessibility(const Environment& theEnvironment, std::stop_token quitToken);
+  /// Environment and properties must outlive it.
+  AtspiAccessibility(const Environment& theEnvironment, const WindowProperties& windowProperties,
+                     std::stop_token quitToken);
   ~AtspiAccessibility() override;
 
   AccessibilityElementPtr application(std::int32_t processIdentifier) override;
@@ -28,6 +31,7 @@ private:
   [[nodiscard]] std::shared_ptr<AtspiBus> openBus();
 
   const Environment& environment;
+  const WindowProperties& properties;
   std::stop_token quit;
   std::mutex mutex;
   /// Kept open: programs keep their caches only for as long.

@@ -1,6 +1,5 @@
 #include "platform/linux/desktop/DesktopApplications.h"
 
-#include "platform/linux/desktop/EwmhWindowList.h"
 #include "platform/linux/glib/GlibHandles.h"
 #include "platform/linux/media/MprisBus.h"
 #include "platform/linux/system/ProcessTable.h"
@@ -98,13 +97,16 @@ std::vector<ApplicationEvidence> collectEvidence(const std::vector<EwmhClient>& 
   return all;
 }
 
-DesktopApplications::DesktopApplications(const Environment& environment, MprisBusSource& mprisBuses)
-    : buses(mprisBuses), entries(environment) {}
+DesktopApplications::DesktopApplications(const Environment& environment,
+                                         const WindowProperties& windowProperties,
+                                         MprisBusSource& mprisBuses)
+    : properties(windowProperties), buses(mprisBuses), entries(environment) {}
 
 std::vector<RunningApplication> DesktopApplications::list() {
   const auto bus = buses.current();
   auto players = bus ? bus->players(playersDeadline) : std::nullopt;
-  const auto all = collectEvidence(readEwmhClients(), players.value_or(std::vector<MprisPlayer>()));
+  const auto all = collectEvidence(properties.describe(properties.clients()),
+                                   players.value_or(std::vector<MprisPlayer>()));
 
   const std::lock_guard guard(mutex);
   entries.refresh();

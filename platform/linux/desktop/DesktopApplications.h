@@ -38,11 +38,14 @@ collectEvidence(const std::vector<EwmhClient>& windows, const std::vector<MprisP
 /// the class. Every call looks afresh, at the cost of a few milliseconds.
 class DesktopApplications : public RunningApplications {
 public:
-  DesktopApplications(const Environment& environment, MprisBusSource& mprisBuses);
+  /// Properties and buses must outlive it.
+  DesktopApplications(const Environment& environment, const WindowProperties& windowProperties,
+                      MprisBusSource& mprisBuses);
 
   std::vector<RunningApplication> list() override;
 
 private:
+  const WindowProperties& properties;
   MprisBusSource& buses;
   std::mutex mutex;
   DesktopEntries entries;

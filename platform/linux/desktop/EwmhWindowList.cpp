@@ -5,19 +5,6 @@
 
 namespace velmor {
 
-std::vector<EwmhClient> readEwmhClients() {
-  const WindowProperties properties;
-  return properties.describe(properties.clients());
-}
-
-std::vector<std::string> readEwmhTitles(std::int32_t process) {
-  std::vector<std::string> titles;
-  for (auto& client : readEwmhClients()) {
-    if (client.process == process) titles.push_back(std::move(client.title));
-  }
-  return titles;
-}
-
 std::vector<WindowDescription> frontFirst(std::vector<EwmhClient> stack) {
   std::erase_if(stack, &EwmhClient::belongsToDesktop);
   std::ranges::reverse(stack);
@@ -30,7 +17,6 @@ std::vector<WindowDescription> frontFirst(std::vector<EwmhClient> stack) {
 }
 
 std::vector<WindowDescription> EwmhWindowList::list() {
-  const WindowProperties properties;
   auto windows = properties.stack();
   // Some window managers do not tell the order.
   if (windows.empty()) windows = properties.clients();

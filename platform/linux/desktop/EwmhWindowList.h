@@ -9,13 +9,6 @@
 
 namespace velmor {
 
-/// All windows of the window manager's client list, oldest first; empty, at once, without an X
-/// server. Every call makes its own connection, so any thread may call.
-[[nodiscard]] std::vector<EwmhClient> readEwmhClients();
-
-/// The titles of a process's windows, oldest first, minimised or not. Like `readEwmhClients`.
-[[nodiscard]] std::vector<std::string> readEwmhTitles(std::int32_t process);
-
 /// The clients in the order of a `WindowList`, given the lowest first.
 [[nodiscard]] std::vector<WindowDescription> frontFirst(std::vector<EwmhClient> stack);
 
@@ -23,7 +16,14 @@ namespace velmor {
 /// counts.
 class EwmhWindowList final : public WindowList {
 public:
+  /// The properties must outlive the list.
+  explicit EwmhWindowList(const WindowProperties& windowProperties)
+      : properties(windowProperties) {}
+
   [[nodiscard]] std::vector<WindowDescription> list() override;
+
+private:
+  const WindowProperties& properties;
 };
 
 } // namespace velmor

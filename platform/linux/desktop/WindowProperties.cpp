@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <string_view>
+#include <utility>
 
 namespace velmor {
 
@@ -54,8 +55,8 @@ bool holds(const std::vector<xcb_atom_t>& atoms, xcb_atom_t wanted) {
 class WindowProperties::Server {
 public:
   /// Null when no server answers.
-  static std::unique_ptr<Server> open() {
-    auto opened = std::make_unique<Server>();
+  static std::shared_ptr<Server> open() {
+    auto opened = std::make_shared<Server>();
     opened->connection.reset(xcb_connect(nullptr, &opened->screen));
     auto* const connection = opened->connection.get();
     if (xcb_connection_has_error(connection) != 0) return nullptr;
@@ -65,6 +66,8 @@ public:
     opened->wipe.reset(&opened->ewmh);
     return opened;
   }
+
+  [[nodiscard]] bool isLost() const { return xcb_connection_has_error(connection.get()) != 0; }
 
   /// For the functions of the library, which take it as it is.
   [[nodiscard]] xcb_ewmh_connection_t* hints() { return &ewmh; }
@@ -169,22 +172,31 @@ private:
   std::unique_ptr<xcb_ewmh_connection_t, Wipe> wipe;
 };
 
-WindowProperties::WindowProperties() : server(Server::open()) {}
+WindowProperties::WindowProperties() = default;
 
 WindowProperties::~WindowProperties() = default;
 
+std::shared_ptr<WindowProperties::Server> WindowProperties::connected() const {
+  const std::lock_guard guard(lock);
+  if (!last || last->isLost()) last = Server::open();
+  return last;
+}
+
 std::vector<WindowProperties::Window> WindowProperties::clients() const {
+  const auto server = connected();
   if (!server) return {};
   return server->numbers(xcb_ewmh_get_client_list(server->hints(), server->screenNumber()));
 }
 
 std::vector<WindowProperties::Window> WindowProperties::stack() const {
+  const auto server = connected();
   if (!server) return {};
   return server->numbers(
       xcb_ewmh_get_client_list_stacking(server->hints(), server->screenNumber()));
 }
 
 bool WindowProperties::isBelow(Window window, Window other) const {
+  const auto server = connected();
   if (!server) return false;
   const auto order = server->family(server->root()).children;
   const auto fromWindowUp = std::ranges::find(order, server->outermost(window));
@@ -192,6 +204,7 @@ bool WindowProperties::isBelow(Window window, Window other) const {
 }
 
 WindowProperties::Window WindowProperties::active() const {
+  const auto server = connected();
   if (!server) return 0;
   const auto windows =
       server->numbers(xcb_ewmh_get_active_window(server->hints(), server->screenNumber()));
@@ -199,18 +212,21 @@ WindowProperties::Window WindowProperties::active() const {
 }
 
 bool WindowProperties::isFullScreen(Window window) const {
+  const auto server = connected();
   if (!server) return false;
   const auto state = server->numbers(xcb_ewmh_get_wm_state(server->hints(), window));
   return holds(state, server->hints()->_NET_WM_STATE_FULLSCREEN);
 }
 
 bool WindowProperties::canBeMinimised(Window window) const {
+  const auto server = connected();
   if (!server) return true;
   const auto actions = server->numbers(xcb_ewmh_get_wm_allowed_actions(server->hints(), window));
   return actions.empty() || holds(actions, server->hints()->_NET_WM_ACTION_MINIMIZE);
 }
 
 bool WindowProperties::isShowingDesktop() const {
+  const auto server = connected();
   if (!server) return false;
   const auto showing =
       server->numbers(xcb_ewmh_get_showing_desktop(server->hints(), server->screenNumber()));
@@ -218,6 +234,7 @@ bool WindowProperties::isShowingDesktop() const {
 }
 
 std::vector<EwmhClient> WindowProperties::describe(const std::vector<Window>& windows) const {
+  const auto server = connected();
   if (!server) return {};
   // All requests go out before the first answer is awaited.
   std::vector<WindowRequests> requests;
@@ -229,6 +246,14 @@ std::vector<EwmhClient> WindowProperties::describe(const std::vector<Window>& wi
   for (const auto& request : requests)
     described.push_back(server->answer(request));
   return described;
+}
+
+std::vector<std::string> WindowProperties::titles(std::int32_t process) const {
+  std::vector<std::string> found;
+  for (auto& client : describe(clients())) {
+    if (client.process == process) found.push_back(std::move(client.title));
+  }
+  return found;
 }
 
 } // namespace velmor

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -22,14 +23,15 @@ struct EwmhClient {
 };
 
 /// Reads the properties of windows, our own and other programs', from the X server, over a
-/// connection of its own. A property that is missing or malformed reads as empty, and so does every
-/// property of a window that has gone and of a server that cannot be reached. Any thread.
+/// connection of its own, which is made when it is first needed and again when it is lost. A
+/// property that is missing or malformed reads as empty, and so does every property of a window
+/// that has gone and of a server that cannot be reached. Any thread.
 class WindowProperties {
 public:
   /// The X server's identifier of a window; 0 is no window.
   using Window = std::uint32_t;
 
-  /// Connects to the server and screen that DISPLAY names.
+  /// For the server and screen that DISPLAY names.
   WindowProperties();
   ~WindowProperties();
   WindowProperties(const WindowProperties&) = delete;
@@ -59,11 +61,18 @@ public:
   /// What these windows tell about themselves, in one round trip for all of them.
   [[nodiscard]] std::vector<EwmhClient> describe(const std::vector<Window>& windows) const;
 
+  /// The titles of a process's top-level windows, oldest first, minimised or not.
+  [[nodiscard]] std::vector<std::string> titles(std::int32_t process) const;
+
 private:
   class Server;
 
   /// Null when there is no server.
-  std::unique_ptr<Server> server;
+  [[nodiscard]] std::shared_ptr<Server> connected() const;
+
+  mutable std::mutex lock;
+  /// Null before the first use.
+  mutable std::shared_ptr<Server> last;
 };
 
 } // namespace velmor
