@@ -15,7 +15,9 @@ struct WakeSource::Source {
 
   static gboolean dispatch(GSource* source, GSourceFunc, gpointer) noexcept {
     g_source_set_ready_time(source, -1);
-    reinterpret_cast<Source*>(source)->owner->ready();
+    // A copy, since the call may destroy the owner.
+    const auto ready = reinterpret_cast<Source*>(source)->owner->ready;
+    ready();
     return G_SOURCE_CONTINUE;
   }
 
@@ -50,6 +52,18 @@ void LaneQueue::post(MainLoop::Work work) {
     waiting.push_back(std::move(work));
   }
   source.arm();
+}
+
+void LaneQueue::runOrPost(MainLoop::Work work) {
+  {
+    const std::lock_guard guard(lock);
+    if (held || !waiting.empty()) {
+      waiting.push_back(std::move(work));
+      source.arm();
+      return;
+    }
+  }
+  work();
 }
 
 void LaneQueue::hold() {
@@ -166,7 +180,8 @@ void LaneTimer::timeHasCome() {
   }
   if (call->isWaiting) return;
   call->isWaiting = true;
-  queue.post([weak = std::weak_ptr(call)] {
+  // The last step: the work may destroy this timer.
+  queue.runOrPost([weak = std::weak_ptr(call)] {
     const auto pending = weak.lock();
     if (!pending) return;
     pending->isWaiting = false;
