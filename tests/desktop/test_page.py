@@ -22,6 +22,11 @@ ESCAPES = """
     link.download = 'taken';
     link.click();
     location.reload();
+    setTimeout(() => { location.hash = 'here'; location.reload(); }, 500);
+    const foreign = document.createElement('script');
+    foreign.src = 'file:///etc/hostname';
+    foreign.onload = () => tell('foreign script', null);
+    document.body.append(foreign);
     const frame = document.createElement('iframe');
     frame.src = 'file:///etc/hostname';
     document.body.append(frame);
@@ -100,6 +105,7 @@ class PageTest(unittest.TestCase):
         self.assertEqual(told["still here"], "index.html")
         self.assertEqual(told["drag"], ["undefined", "undefined"])
         self.assertNotIn("position", told)
+        self.assertNotIn("foreign script", told)
         self.assertEqual(probe.names().count("handlers"), 1, "the page is loaded once")
 
 

@@ -323,11 +323,11 @@ def withScript(root, script, program=None, allowed=""):
     folder = os.path.join(root, "copy")
     shutil.copytree(os.path.join(os.path.dirname(program), "share"), os.path.join(folder, "share"))
     web = os.path.join(folder, "share", "velmor", "Web")
-    with open(os.path.join(web, "probe.js"), "w", encoding="utf-8") as file:
+    with open(os.path.join(web, "page.js"), "a", encoding="utf-8") as file:
         file.write(script)
     index = os.path.join(web, "index.html")
     with open(index, encoding="utf-8") as file:
         text = file.read().replace("default-src 'none'", "default-src 'none'; " + allowed)
     with open(index, "w", encoding="utf-8") as file:
-        file.write(text.replace("</head>", '<script defer src="probe.js"></script></head>'))
+        file.write(text)
     return shutil.copy2(program, folder)

@@ -51,6 +51,12 @@ std::string address(WebKitPolicyDecision* decision) {
   return webkit_uri_request_get_uri(webkit_navigation_action_get_request(action));
 }
 
+bool isReload(WebKitPolicyDecision* decision) {
+  auto* const action = webkit_navigation_policy_decision_get_navigation_action(
+      WEBKIT_NAVIGATION_POLICY_DECISION(decision));
+  return webkit_navigation_action_get_navigation_type(action) == WEBKIT_NAVIGATION_TYPE_RELOAD;
+}
+
 bool editsText(WebKitContextMenuItem* item) {
   constexpr std::array editing{
       WEBKIT_CONTEXT_MENU_ACTION_COPY,          WEBKIT_CONTEXT_MENU_ACTION_CUT,
@@ -91,7 +97,7 @@ public:
                                  WebKitPolicyDecisionType type, gpointer data) -> gboolean {
       auto& self = *static_cast<Refusals*>(data);
       if (type == WEBKIT_POLICY_DECISION_TYPE_NAVIGATION_ACTION)
-        return decide(decision, self.allows(address(decision)));
+        return decide(decision, !isReload(decision) && self.allows(address(decision)));
       if (type == WEBKIT_POLICY_DECISION_TYPE_NEW_WINDOW_ACTION) return decide(decision, false);
       return decide(decision, webkit_response_policy_decision_is_mime_type_supported(
                                   WEBKIT_RESPONSE_POLICY_DECISION(decision)) != FALSE);
