@@ -22,7 +22,7 @@ class SystemStatus {
 public:
   virtual ~SystemStatus() = default;
 
-  /// The services of this system, always all of them. Waits for each a few seconds at most. Any
+  /// The services of this system. Waits for each a few seconds at most. Any
   /// thread.
   [[nodiscard]] virtual std::vector<SystemService> services() = 0;
 };

@@ -68,7 +68,7 @@ private:
   MprisMediaRemote mediaRemote{players};
   AtspiAccessibility accessibility{environment, properties, quit.get_token()};
   EwmhWindowList windows{properties};
-  SessionStatus status{environment, quit.get_token()};
+  SessionStatus status{environment, properties, quit.get_token()};
   PlatformRecord record;
   // Behind what its worker threads may use: it waits for them when it is destroyed.
   GlibMainLoop mainLoop;

@@ -4,9 +4,11 @@
 #include "platform/linux/accessibility/AtspiBus.h"
 #include "platform/linux/bus/SessionBus.h"
 #include "platform/linux/desktop/SoundServer.h"
+#include "platform/linux/desktop/WindowProperties.h"
 
 #include <xcb/xcb.h>
 
+#include <iterator>
 #include <utility>
 
 namespace velmor {
@@ -22,11 +24,14 @@ bool isDisplayOpen(const std::string& name) {
 
 } // namespace
 
-SessionStatus::SessionStatus(const Environment& theEnvironment, std::stop_token quitToken)
-    : environment(theEnvironment), quit(std::move(quitToken)) {}
+SessionStatus::SessionStatus(const Environment& theEnvironment,
+                             const WindowProperties& windowProperties, std::stop_token quitToken)
+    : environment(theEnvironment), properties(windowProperties), quit(std::move(quitToken)) {}
 
 std::vector<SystemService> SessionStatus::services() {
-  return {display(), sessionBus(), accessibilityBus(), soundServer()};
+  std::vector<SystemService> found{display(), sessionBus(), accessibilityBus(), soundServer()};
+  if (found.front().available) found.insert(std::next(found.begin()), windowManager());
+  return found;
 }
 
 SystemService SessionStatus::display() const {
@@ -36,6 +41,14 @@ SystemService SessionStatus::display() const {
   if (name.empty()) return {"Display", false, "DISPLAY is not set", advice};
   if (!isDisplayOpen(name)) return {"Display", false, name + " does not answer", advice};
   return {"Display", true, "X11 display " + name, ""};
+}
+
+/// The window works everywhere: it is never missing, but some cannot give it all that it asks for.
+SystemService SessionStatus::windowManager() const {
+  const auto name = properties.windowManager();
+  auto detail = name.empty() ? "none: other windows may cover Velmor" : name;
+  if (name == "JWM") detail += "; a full-screen program covers Velmor";
+  return {"Window manager", true, detail, ""};
 }
 
 SystemService SessionStatus::sessionBus() const {

@@ -211,6 +211,15 @@ WindowProperties::Window WindowProperties::active() const {
   return windows.empty() ? 0 : windows.front();
 }
 
+std::string WindowProperties::windowManager() const {
+  const auto server = connected();
+  if (!server) return "";
+  const auto windows =
+      server->numbers(xcb_ewmh_get_supporting_wm_check(server->hints(), server->root()));
+  if (windows.empty()) return "";
+  return server->text(xcb_ewmh_get_wm_name(server->hints(), windows.front()));
+}
+
 bool WindowProperties::isFullScreen(Window window) const {
   const auto server = connected();
   if (!server) return false;

@@ -50,6 +50,9 @@ public:
   /// The window that has the focus; 0 when none has.
   [[nodiscard]] Window active() const;
 
+  /// The window manager's name, as it gives it; "" when there is none.
+  [[nodiscard]] std::string windowManager() const;
+
   [[nodiscard]] bool isFullScreen(Window window) const;
 
   /// False when the window manager tells what it does with the window, and minimising is not in it.
