@@ -10,6 +10,7 @@
 #include "platform/Desktop.h"
 #include "platform/Platform.h"
 #include "platform/async/TaskGroup.h"
+#include "streams/TrackChanges.h"
 #include "ui/MainWindowOwner.h"
 #include "ui/WindowModeManager.h"
 #include "update/UpdateService.h"
@@ -89,9 +90,11 @@ public:
   /// True when a suggestion made with the one would not do for the other.
   [[nodiscard]] static bool recommendationSettingsChanged(const AppConfig& previous,
                                                           const AppConfig& next);
-  /// "" for a track without title or artist; else the same for every spelling that differs only in
-  /// letter case, blanks around it or the way accents are stored.
-  [[nodiscard]] static std::string trackFingerprint(const NowPlayingTrack& track);
+  /// Lets others hear what each look of the watcher saw, and each ranking that was made.
+  void setListeners(std::function<void(const TrackLook&)> onLook,
+                    std::function<void(const VisionResult&)> onSuggestions);
+  /// Lets the watcher look for the listeners too, while the automatic detection is off.
+  void lookForListeners(bool wanted);
 
   // The window
 
@@ -149,6 +152,8 @@ private:
   // The watcher's loop and its reactions.
   [[nodiscard]] Task<void> watch();
   [[nodiscard]] Task<void> poll(int& misses);
+  void startLooking();
+  void stopLookingWhenUnwanted();
   void reportDeniedAccess(const std::string& notice);
   void handleTrackChange(const NowPlayingTrack& track);
   void handleTrackStopped();
@@ -182,6 +187,11 @@ private:
   /// Null without a desktop.
   std::shared_ptr<WindowModeManager> windowMode;
   std::optional<TaskHandle> watchTask;
+  /// Who wants the watcher to look.
+  bool isAutomatic = false;
+  bool hasListeners = false;
+  std::function<void(const TrackLook&)> lookListener;
+  std::function<void(const VisionResult&)> suggestionListener;
   // There is no stateLock: only the main thread touches what it would guard.
   std::optional<TaskHandle> analysisTask;
   /// The fingerprint of the track that the page knows of; "" for none.

@@ -129,7 +129,9 @@ Task<NowPlayingTrack> AppController::detectTrack() {
 }
 
 Task<VisionResult> AppController::analyzeNowPlaying(NowPlayingTrack track) {
-  return analyze(std::move(track), configStore->current());
+  auto result = co_await analyze(std::move(track), configStore->current());
+  if (suggestionListener) suggestionListener(result);
+  co_return result;
 }
 
 Task<VisionResult> AppController::analyze(NowPlayingTrack track, AppConfig config) {

@@ -1,9 +1,7 @@
 #include "app/AppController.h"
-#include "base/Text.h"
+#include "app/TrackLooking.h"
 #include "base/VelmorError.h"
 #include "model/ModelProvider.h"
-#include "nowplaying/readers/RekordboxDetector.h"
-#include "nowplaying/shared/NowPlayingError.h"
 #include "platform/async/Waiting.h"
 
 namespace velmor {
@@ -11,52 +9,43 @@ namespace velmor {
 namespace {
 
 constexpr Seconds pollInterval{1.5};
-constexpr int missesUntilStopped = 2;
-
-/// Two texts that a DJ reads as the same come out the same.
-std::string folded(const std::string& value) {
-  const auto lower = text::lowercased(text::composed(value));
-  return std::string(text::trimmed(lower));
-}
-
-/// What a poll found.
-struct Look {
-  std::optional<NowPlayingTrack> track;
-  /// What the user has to allow before rekordbox's window can be read; "" for nothing.
-  std::string deniedAccess;
-};
-
-/// Every failure is an answer: there is no track.
-Look look(NowPlayingDetector& detector, const Platform& platform) {
-  try {
-    return {.track = detector.current(), .deniedAccess = ""};
-  } catch (const NowPlayingError& error) {
-    const bool denied = error.errorCase() == NowPlayingError::Case::accessibilityDenied;
-    if (!denied || !RekordboxDetector::isRunning(platform)) return {};
-    return {.track = std::nullopt, .deniedAccess = error.errorDescription()};
-  } catch (const std::exception&) {
-    return {};
-  }
-}
+constexpr int missesUntilStopped = TrackChanges::missesUntilStopped;
 
 } // namespace
 
-std::string AppController::trackFingerprint(const NowPlayingTrack& track) {
-  const auto title = folded(track.title);
-  const auto artist = folded(track.artist);
-  if (title.empty() || artist.empty()) return "";
-  return title + '\0' + artist;
-}
-
 void AppController::startNowPlayingWatcher() {
-  if (watchTask) return;
-  watchTask = tasks.start(watch());
+  isAutomatic = true;
+  startLooking();
 }
 
 void AppController::stopNowPlayingWatcher() {
+  isAutomatic = false;
+  stopLookingWhenUnwanted();
+  forgetTrack();
+}
+
+void AppController::setListeners(std::function<void(const TrackLook&)> onLook,
+                                 std::function<void(const VisionResult&)> onSuggestions) {
+  lookListener = std::move(onLook);
+  suggestionListener = std::move(onSuggestions);
+}
+
+void AppController::lookForListeners(bool wanted) {
+  hasListeners = wanted;
+  if (wanted)
+    startLooking();
+  else
+    stopLookingWhenUnwanted();
+}
+
+void AppController::startLooking() {
+  if (!watchTask) watchTask = tasks.start(watch());
+}
+
+void AppController::stopLookingWhenUnwanted() {
+  if (isAutomatic || hasListeners) return;
   if (watchTask) watchTask->cancel();
   watchTask.reset();
-  forgetTrack();
 }
 
 void AppController::forgetTrack() {
@@ -76,11 +65,15 @@ Task<void> AppController::watch() {
 }
 
 Task<void> AppController::poll(int& misses) {
-  const auto ask = [detector = nowPlaying, system = platform] { return look(*detector, system); };
-  const Look seen = co_await occupied(platform.mainLoop, ask);
+  const auto ask = [detector = nowPlaying, system = platform] {
+    return lookForTrack(*detector, system);
+  };
+  const TrackLook seen = co_await occupied(platform.mainLoop, ask);
   // The window may have been closed while the poll ran.
   const bool cancelled = co_await isCancelled();
   if (cancelled) co_return;
+  if (lookListener) lookListener(seen);
+  if (!isAutomatic) co_return;
   if (!seen.deniedAccess.empty()) reportDeniedAccess(seen.deniedAccess);
   if (seen.track) {
     handleTrackChange(*seen.track);

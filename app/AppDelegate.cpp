@@ -39,6 +39,11 @@ void AppDelegate::applicationShouldClose() {
   }
 }
 
+void AppDelegate::offerTo(LocalService& localService) {
+  windowService = std::make_unique<WindowService>(platform, appController);
+  windowService->start(localService);
+}
+
 void AppDelegate::setupMenu() {
   const auto calling = [weak = weak_from_this()](void (AppDelegate::*action)()) {
     return [weak, action] {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/AppController.h"
+#include "app/WindowService.h"
 #include "platform/Application.h"
 #include "platform/Desktop.h"
 #include "platform/Platform.h"
@@ -25,6 +26,9 @@ public:
   /// The system asks the application to end: the window closes as if the user had closed it.
   void applicationShouldClose();
 
+  /// Lets other programs ask the window that has opened.
+  void offerTo(LocalService& localService);
+
   void setupMenu();
   void showAbout();
   void quitApp();
@@ -34,6 +38,7 @@ private:
   Desktop desktop;
   std::shared_ptr<AppController> appController;
   std::shared_ptr<MainWindowController> windowController;
+  std::unique_ptr<WindowService> windowService;
 };
 
 } // namespace velmor

@@ -1,6 +1,7 @@
 #include "app/CommandLine.h"
 
 #include <algorithm>
+#include <charconv>
 #include <map>
 
 namespace velmor {
@@ -12,6 +13,13 @@ usage: velmor [COMMAND]
 
   (none)             open the window
   now [--json]       say which track is playing
+      [--follow]     stay, and print a line at each change
+      [--format "{artist} - {title} [{bpm} BPM, {key}]"]
+                     print such lines; an empty field takes its brackets with it
+      [--output FILE]
+                     write the line into a file, which is never there in part
+  serve --port N     answer at http://127.0.0.1:N: /overlay is a page for streams, /now and
+                     /suggestions are JSON, /events tells each change
   suggest [--crate] [--json]
                      suggest next tracks for the one that is playing; with --crate from
                      your own music, without a key
@@ -38,12 +46,22 @@ bool hasJson(CommandLine::Command command) {
          command == Command::crate || command == Command::doctor;
 }
 
+/// 1 to 65535; 0, for any free port, is there too.
+std::optional<int> portOf(const std::string& text) {
+  int port = -1;
+  const auto* const end = text.data() + text.size();
+  const auto [stop, failure] = std::from_chars(text.data(), end, port);
+  const bool isPort = failure == std::errc() && stop == end && port >= 0 && port <= 65535;
+  return isPort ? std::optional(port) : std::nullopt;
+}
+
 } // namespace
 
 std::optional<CommandLine> CommandLine::parse(const std::vector<std::string>& arguments) {
   static const std::map<std::string, Command, std::less<>> commands{
       {"now", Command::now},           {"suggest", Command::suggest}, {"doctor", Command::doctor},
       {"after", Command::after},       {"crate", Command::crate},     {"bridge", Command::bridge},
+      {"serve", Command::serve},
       {"--version", Command::version}, {"--help", Command::help},     {"-h", Command::help},
   };
   CommandLine line;
@@ -63,12 +81,35 @@ std::optional<CommandLine> CommandLine::parse(const std::vector<std::string>& ar
     options.erase(found);
     return true;
   };
+  // The value behind an option; "" for an option that is not there, nothing for one without.
+  const auto takeValue = [&options](const char* option) -> std::optional<std::string> {
+    const auto found = std::ranges::find(options, option);
+    if (found == options.end()) return "";
+    if (found + 1 == options.end() || (found + 1)->empty()) return std::nullopt;
+    const auto value = *(found + 1);
+    options.erase(found, found + 2);
+    return value;
+  };
+  if (line.command == Command::now) {
+    const auto format = takeValue("--format");
+    const auto output = takeValue("--output");
+    if (!format || !output) return std::nullopt;
+    line.format = *format;
+    line.output = *output;
+    line.follow = take("--follow");
+  }
+  if (line.command == Command::serve) {
+    const auto port = portOf(takeValue("--port").value_or(""));
+    if (!port) return std::nullopt;
+    line.port = *port;
+  }
   if (hasJson(line.command)) line.json = take("--json");
   if (line.command == Command::suggest) line.fromCrate = take("--crate");
   if (line.command == Command::doctor) {
     line.ask = take("--ask");
     line.listen = take("--listen");
   }
+  if (line.json && !line.format.empty()) return std::nullopt;
   return options.empty() ? std::optional(line) : std::nullopt;
 }
 

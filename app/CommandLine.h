@@ -8,7 +8,7 @@ namespace velmor {
 
 /// What the program was started for.
 struct CommandLine {
-  enum class Command { window, now, suggest, after, crate, doctor, bridge, version, help };
+  enum class Command { window, now, suggest, after, crate, doctor, bridge, serve, version, help };
 
   Command command = Command::window;
   /// Prints one compact JSON object instead of text to read.
@@ -19,10 +19,19 @@ struct CommandLine {
   bool listen = false;
   /// Suggests from the DJ's own music, whatever the model is.
   bool fromCrate = false;
+  /// Stays, and tells each change of the track.
+  bool follow = false;
+  /// How a track is printed; "" for the usual way.
+  std::string format;
+  /// The file that the track is written to instead; "" for none.
+  std::string output;
+  /// Where `serve` answers; 0 for any free port.
+  int port = 0;
   /// The track that the suggestions shall follow, as "Artist - Title".
   std::string track;
 
-  static constexpr auto usage = "usage: velmor [now [--json] | suggest [--crate] [--json] | "
+  static constexpr auto usage = "usage: velmor [now [--follow] [--json | --format FORMAT] "
+                                "[--output FILE] | serve --port N | suggest [--crate] [--json] | "
                                 "after \"ARTIST - TITLE\" [--json] | crate [--json] | "
                                 "doctor [--json] [--ask] [--listen] | bridge | --version | --help]";
   static const char* const help;

@@ -58,7 +58,7 @@ int Program::carryOut(const CommandLine& line) {
   case CommandLine::Command::window:
     return runWindow();
   case CommandLine::Command::now:
-    return runCommand(&Program::now, line.json);
+    return runNow(line);
   case CommandLine::Command::suggest:
     return runCommand(line.fromCrate ? &Program::suggestFromCrate : &Program::suggest, line.json);
   case CommandLine::Command::after:
@@ -70,6 +70,8 @@ int Program::carryOut(const CommandLine& line) {
     return runDoctor(line);
   case CommandLine::Command::bridge:
     return runBridge();
+  case CommandLine::Command::serve:
+    return runServe(line);
   case CommandLine::Command::version: {
     BuildInfo info(host.platform());
     out << "Velmor " << info.version() << " (" << info.buildDate() << ")\n";
@@ -95,6 +97,7 @@ int Program::runWindow() {
   desktop->application.setDelegate(delegate);
   host.onTerminationRequest([&] { delegate->applicationShouldClose(); });
   const bool launched = delegate->applicationDidFinishLaunching();
+  if (launched) delegate->offerTo(host.localService());
   host.run();
   return launched ? 0 : failure;
 }
@@ -191,32 +194,6 @@ Task<void> Program::reporting(Task<void> command) {
   } catch (const std::exception& error) {
     status = fail(messageOf(error));
   }
-}
-
-Task<void> Program::now(AppController& controller, bool json) {
-  const auto track = co_await controller.detectTrack();
-  out << (json ? TrackText::json(track) : TrackText::readable(track)) << std::flush;
-}
-
-Task<void> Program::suggest(AppController& controller, bool json) {
-  controller.requireKey();
-  const auto track = co_await controller.detectTrack();
-  std::optional<VelmorError> failed;
-  try {
-    const auto result = co_await controller.suggestTracksAfter(track);
-    out << (json ? jsonEncoder().encode(result) + "\n" : TrackText::readable(result));
-  } catch (const VelmorError& error) {
-    failed.emplace(error);
-  }
-  if (!failed) co_return;
-  // What was found is worth having without the model too.
-  out << (json ? TrackText::json(track) : TrackText::readable(track)) << std::flush;
-  throw VelmorError(*failed);
-}
-
-Task<void> Program::suggestFromCrate(AppController& controller, bool json) {
-  const auto result = co_await controller.suggestFromCrate();
-  out << (json ? jsonEncoder().encode(result) + "\n" : TrackText::readable(result)) << std::flush;
 }
 
 Task<void> Program::after(AppController& controller, bool json) {

@@ -4,7 +4,11 @@
 #include "app/CommandLine.h"
 #include "app/Doctor.h"
 #include "platform/Host.h"
+#include "streams/TrackFeed.h"
+#include "streams/TrackFormat.h"
+#include "streams/WindowLine.h"
 
+#include <optional>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -26,6 +30,11 @@ private:
   [[nodiscard]] int carryOut(const CommandLine& line);
   [[nodiscard]] int runWindow();
   [[nodiscard]] int runBridge();
+  /// Keeps a feed true until the program is asked to end, or nobody reads its output any more.
+  [[nodiscard]] int follow(TrackFeed& feed);
+  [[nodiscard]] int runNow(const CommandLine& line);
+  [[nodiscard]] int runFollow(const CommandLine& line);
+  [[nodiscard]] int runServe(const CommandLine& line);
   [[nodiscard]] int runDoctor(const CommandLine& line);
   /// Shows on the error stream how far the reading of the DJ's music is, as long as there is one.
   void showReading(AppController& controller);
@@ -35,12 +44,18 @@ private:
   [[nodiscard]] int runTask(Task<void> task);
   /// Says what it does, does it, and adds what it found.
   [[nodiscard]] Task<void> tryOut(const CommandLine& line, DoctorReport& report);
+  /// What the running window says. Nothing when there is none, or it takes longer than this.
+  [[nodiscard]] Task<std::optional<WindowLine>> askWindow(WindowQuestion question,
+                                                          Seconds patience);
   [[nodiscard]] Task<void> reporting(Task<void> command);
   [[nodiscard]] Task<void> now(AppController& controller, bool json);
   [[nodiscard]] Task<void> suggest(AppController& controller, bool json);
   [[nodiscard]] Task<void> suggestFromCrate(AppController& controller, bool json);
   [[nodiscard]] Task<void> after(AppController& controller, bool json);
   [[nodiscard]] Task<void> crate(AppController& controller, bool json);
+  [[nodiscard]] std::string lineFor(const NowPlayingTrack& track, bool json) const;
+  /// Prints a ranking.
+  void print(const VisionResult& result, bool json);
   /// Prints the message and gives the status of a failure.
   [[nodiscard]] int fail(const std::string& message);
 
@@ -50,6 +65,10 @@ private:
   int status = 0;
   /// The track that `after` is asked for.
   std::string trackName;
+  /// How `now` prints a track; nothing for the usual way.
+  std::optional<TrackFormat> format;
+  /// The file that `now` writes to instead; "" for none.
+  std::string outputFile;
 };
 
 } // namespace velmor

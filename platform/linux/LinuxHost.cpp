@@ -41,6 +41,7 @@ LinuxHost::LinuxHost()
     // How our window is drawn is nothing to a browser.
     , workspace(mainLoop, environment, quit, deadline, log, {WebKitProfile::processorVariable})
     , input(mainLoop)
+    , local(environment, mainLoop)
     , parts{.mainLoop = mainLoop,
             .clock = clock,
             .environment = environment,
@@ -80,6 +81,11 @@ void LinuxHost::run() {
 
 void LinuxHost::onTerminationRequest(MainLoop::Work work) {
   termination.emplace(
+      [this, posted = std::move(work)] { mainLoop.post(MainLoop::Lane::Display, posted); });
+}
+
+void LinuxHost::onOutputClosed(MainLoop::Work work) {
+  output.watch(
       [this, posted = std::move(work)] { mainLoop.post(MainLoop::Lane::Display, posted); });
 }
 

@@ -13,6 +13,7 @@
 #include "platform/linux/loop/InotifyWatcher.h"
 #include "platform/linux/loop/ProgramEnd.h"
 #include "platform/linux/loop/StandardInputLines.h"
+#include "platform/linux/loop/UnixService.h"
 #include "platform/linux/media/MprisBus.h"
 #include "platform/linux/media/MprisMediaRemote.h"
 #include "platform/linux/system/FolderBundle.h"
@@ -43,9 +44,11 @@ public:
   [[nodiscard]] LineInput& standardInput() override { return input; }
   [[nodiscard]] SystemStatus& systemStatus() override { return status; }
   [[nodiscard]] bool isErrorTerminal() const override;
+  [[nodiscard]] LocalService& localService() override { return local; }
   [[nodiscard]] std::optional<Desktop> openDesktop() override;
   void run() override;
   void onTerminationRequest(MainLoop::Work work) override;
+  void onOutputClosed(MainLoop::Work work) override;
 
 private:
   // First of all, since it takes secrets away before anything else looks at the environment.
@@ -74,6 +77,8 @@ private:
   GlibMainLoop mainLoop;
   GioWorkspace workspace;
   StandardInputLines input;
+  OutputWatch output;
+  UnixService local;
   Platform parts;
   /// Null until it is opened.
   std::unique_ptr<GtkDesktop> desktop;

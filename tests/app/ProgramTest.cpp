@@ -6,6 +6,7 @@
 #include "platform/SystemStatus.h"
 #include "tests/app/ControllerFixture.h"
 #include "tests/fakes/FakeDesktop.h"
+#include "tests/fakes/FakeLocalService.h"
 #include "tests/support/Outcome.h"
 
 #include <gmock/gmock.h>
@@ -28,6 +29,8 @@ public:
   LineInput& standardInput() override { return *this; }
   SystemStatus& systemStatus() override { return *this; }
   bool isErrorTerminal() const override { return isTerminal; }
+  LocalService& localService() override { return local; }
+  void onOutputClosed(MainLoop::Work work) override { closeOutput = std::move(work); }
   std::optional<Desktop> openDesktop() override {
     return hasDisplay ? std::optional(desktop.desktop) : std::nullopt;
   }
@@ -51,6 +54,8 @@ public:
   /// What happens once the loop runs.
   std::function<void()> meanwhile;
   MainLoop::Work terminate;
+  MainLoop::Work closeOutput;
+  FakeLocalService local{system.loop};
 
 private:
   FakePlatform& system;

@@ -45,7 +45,7 @@ TEST_F(WatcherTest, ForgivesOneMissAndTellsOfAStopOnce) {
 
 TEST_F(WatcherTest, TellsTracksApartByWhatADjReads) {
   const auto fingerprint = [](const char* title, const char* artist) {
-    return AppController::trackFingerprint({.title = title, .artist = artist});
+    return trackFingerprint({.title = title, .artist = artist});
   };
   EXPECT_EQ(fingerprint("T ", "A"), std::string("t\0a", 3));
   EXPECT_EQ(fingerprint("T", " "), "");

@@ -44,11 +44,13 @@ public:
   LineInput& standardInput() override { return host.standardInput(); }
   SystemStatus& systemStatus() override { return host.systemStatus(); }
   bool isErrorTerminal() const override { return host.isErrorTerminal(); }
+  LocalService& localService() override { return host.localService(); }
   std::optional<Desktop> openDesktop() override { return host.openDesktop(); }
   void run() override { host.run(); }
   void onTerminationRequest(MainLoop::Work work) override {
     host.onTerminationRequest(std::move(work));
   }
+  void onOutputClosed(MainLoop::Work work) override { host.onOutputClosed(std::move(work)); }
 
 private:
   LinuxHost host;

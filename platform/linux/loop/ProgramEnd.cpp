@@ -1,6 +1,7 @@
 #include "platform/linux/loop/ProgramEnd.h"
 
 #include <glib-unix.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <cstdlib>
@@ -32,6 +33,22 @@ TerminationSignals::TerminationSignals(std::function<void()> onSignal)
 TerminationSignals::~TerminationSignals() {
   for (const auto source : sources)
     g_source_remove(source);
+}
+
+OutputWatch::~OutputWatch() {
+  if (source != 0) g_source_remove(source);
+}
+
+void OutputWatch::watch(std::function<void()> onClosed) {
+  heard = std::move(onClosed);
+  const auto call = [](int, GIOCondition, gpointer data) -> gboolean {
+    auto& self = *static_cast<OutputWatch*>(data);
+    self.source = 0;
+    self.heard();
+    return G_SOURCE_REMOVE;
+  };
+  const auto gone = static_cast<GIOCondition>(G_IO_ERR | G_IO_HUP | G_IO_NVAL);
+  source = g_unix_fd_add(STDOUT_FILENO, gone, call, this);
 }
 
 void EndDeadline::start() {

@@ -26,6 +26,22 @@ private:
   std::vector<unsigned> sources;
 };
 
+/// Hears when nobody reads standard output any more. Main thread only.
+class OutputWatch {
+public:
+  OutputWatch() = default;
+  OutputWatch(const OutputWatch&) = delete;
+  OutputWatch& operator=(const OutputWatch&) = delete;
+  ~OutputWatch();
+
+  /// The main loop calls `onClosed` once, and not after this is destroyed.
+  void watch(std::function<void()> onClosed);
+
+private:
+  std::function<void()> heard;
+  unsigned source = 0;
+};
+
 /// Ends the process by force when it takes too long to end by itself: a thread that waits for a
 /// dead disk cannot be told to stop. Destroying it in time calls that off. Main thread only.
 class EndDeadline {
