@@ -1,5 +1,5 @@
 #include "app/AppController.h"
-#include "app/TrackLooking.h"
+#include "app/streams/TrackLooking.h"
 #include "base/VelmorError.h"
 #include "model/ModelProvider.h"
 #include "platform/async/Waiting.h"

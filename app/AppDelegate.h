@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/AppController.h"
-#include "app/WindowService.h"
+#include "app/streams/WindowService.h"
 #include "platform/Application.h"
 #include "platform/Desktop.h"
 #include "platform/Platform.h"

@@ -59,10 +59,10 @@ std::optional<int> portOf(const std::string& text) {
 
 std::optional<CommandLine> CommandLine::parse(const std::vector<std::string>& arguments) {
   static const std::map<std::string, Command, std::less<>> commands{
-      {"now", Command::now},           {"suggest", Command::suggest}, {"doctor", Command::doctor},
-      {"after", Command::after},       {"crate", Command::crate},     {"bridge", Command::bridge},
-      {"serve", Command::serve},
-      {"--version", Command::version}, {"--help", Command::help},     {"-h", Command::help},
+      {"now", Command::now},     {"suggest", Command::suggest},   {"doctor", Command::doctor},
+      {"after", Command::after}, {"crate", Command::crate},       {"bridge", Command::bridge},
+      {"serve", Command::serve}, {"--version", Command::version}, {"--help", Command::help},
+      {"-h", Command::help},
   };
   CommandLine line;
   if (arguments.empty()) return line;

@@ -20,6 +20,9 @@ TEST(CommandLine, AcceptsWhatItKnowsAndNothingElse) {
   EXPECT_TRUE(parse({"suggest", "--json", "--crate"})->fromCrate);
   EXPECT_EQ(parse({"after", "--json", "--json"})->track, "--json");
   EXPECT_TRUE(parse({"after", "A - B", "--json"})->json);
+  const auto follow = parse({"now", "--output", "--json", "--follow", "--json"});
+  EXPECT_TRUE(follow->follow && follow->json && follow->output == "--json");
+  EXPECT_EQ(parse({"serve", "--port", "8080"})->port, 8080);
   for (const std::vector<std::string>& wrong :
        std::vector<std::vector<std::string>>{{"--json"},
                                              {"now", "--json", "--json"},
@@ -27,6 +30,13 @@ TEST(CommandLine, AcceptsWhatItKnowsAndNothingElse) {
                                              {""},
                                              {"Now"},
                                              {"now", "--crate"},
+                                             {"now", "--format"},
+                                             {"now", "--format", ""},
+                                             {"now", "--format", "{title}", "--json"},
+                                             {"suggest", "--follow"},
+                                             {"serve"},
+                                             {"serve", "--port", "65536"},
+                                             {"serve", "--port", "80 "},
                                              {"now", "--ask"},
                                              {"after"},
                                              {"crate", "A"}}) {

@@ -2,6 +2,7 @@
 
 #include "app/DoctorTrials.h"
 #include "app/crate/CrateText.h"
+#include "app/streams/WindowService.h"
 #include "platform/LineInput.h"
 #include "platform/SystemStatus.h"
 #include "tests/app/ControllerFixture.h"
@@ -216,4 +217,69 @@ TEST(CrateText, TellsWhatWasFoundAndWhatWasNot) {
             "\n");
   crate.skipped.push_back(crate.skipped.front());
   EXPECT_TRUE(CrateText::readable(crate).ends_with("  and more; --json names all\n"));
+}
+
+TEST_F(ProgramTest, FollowsTheTrackUntilItsReaderHasEnough) {
+  const std::tuple<std::vector<std::string>, std::string, std::string> cases[] = {
+      // What is printed, and what stands in the file at the end.
+      {{"--format", "{title} [{bpm}]"}, "T\n\nU\n", ""},
+      {{"--output", "/x/track.txt", "--format", "{title}"}, "", "U\n"},
+  };
+  for (const auto& [options, printed, written] : cases) {
+    stop();
+    host.meanwhile = [this] {
+      system.loop.advance(Seconds{2});
+      play("T");
+      system.loop.advance(Seconds{9});
+      stop();
+      system.loop.advance(Seconds{9});
+      play("U");
+      system.loop.advance(Seconds{2});
+      host.closeOutput();
+    };
+    std::vector<std::string> arguments{"now", "--follow"};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    EXPECT_EQ(run(arguments), 0);
+    EXPECT_EQ(out.str(), printed);
+    EXPECT_EQ(system.files.files["/x/track.txt"].bytes, written);
+  }
+  EXPECT_EQ(run({"now", "--follow", "--format", "{bmp}"}), 2);
+  EXPECT_THAT(err.str(), HasSubstr("no field {bmp}"));
+}
+
+TEST_F(ProgramTest, AsksTheRunningWindow) {
+  auto window = std::make_shared<AppController>(system.platform, store);
+  WindowService service(system.platform, window);
+  service.start(host.local);
+  play("T", "A");
+  const auto looks = [this, before = 0]() mutable {
+    return system.mediaRemote.opened - std::exchange(before, system.mediaRemote.opened);
+  };
+  EXPECT_EQ(run({"now"}), 0);
+  EXPECT_EQ(out.str(), "A – T [macOS media: macOS media session]\n");
+  EXPECT_EQ(looks(), 1) << "one of the two looked";
+  EXPECT_EQ(run({"suggest"}), 0);
+  EXPECT_THAT(out.str(), StartsWith("Now playing: A – T\n"));
+  requestFailure = "Lost.";
+  EXPECT_EQ(run({"suggest"}), 1);
+  EXPECT_EQ(out.str() + err.str(), "A – T [macOS media: macOS media session]\nLost.\n");
+  stop();
+  EXPECT_EQ(run({"now"}), 1);
+  EXPECT_EQ(err.str(), noSession + "\n");
+
+  // Followers have the window look, which else does so by itself only.
+  host.meanwhile = [&] {
+    play("U", "A");
+    system.loop.advance(Seconds{3});
+    looks();
+    system.loop.advance(Seconds{15});
+    EXPECT_LE(looks(), 11) << "no more than the window alone";
+    host.terminate();
+  };
+  EXPECT_EQ(run({"now", "--follow"}), 0);
+  EXPECT_EQ(out.str(), "A – U [macOS media: macOS media session]\n");
+  system.loop.advance(Seconds{1});
+  looks();
+  system.loop.advance(Seconds{30});
+  EXPECT_EQ(looks(), 0) << "nobody follows any more";
 }

@@ -169,8 +169,7 @@ bool UnixService::offer(std::function<void(std::shared_ptr<LocalConnection>)> on
 }
 
 void UnixService::accept() {
-  FileDescriptor opened(
-      ::accept4(listening.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
+  FileDescriptor opened(::accept4(listening.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
   if (!opened || !isOwnUser(opened)) return;
   auto connection = std::make_shared<UnixConnection>(loop, std::move(opened));
   loop.post(MainLoop::Lane::Actor, [this, connection] { handler(connection); });

@@ -1,4 +1,4 @@
-#include "app/TrackLooking.h"
+#include "app/streams/TrackLooking.h"
 
 #include "nowplaying/readers/RekordboxDetector.h"
 #include "nowplaying/shared/NowPlayingError.h"

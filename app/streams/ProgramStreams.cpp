@@ -1,6 +1,6 @@
 #include "app/Program.h"
-#include "app/TrackLooking.h"
 #include "app/TrackText.h"
+#include "app/streams/TrackLooking.h"
 #include "base/Json.h"
 #include "base/VelmorError.h"
 #include "platform/Workspace.h"

@@ -1,4 +1,4 @@
-#include "app/WindowService.h"
+#include "app/streams/WindowService.h"
 
 #include "base/VelmorError.h"
 
@@ -18,9 +18,7 @@ constexpr std::size_t mostGuests = 64;
 WindowService::WindowService(const Platform& thePlatform,
                              std::shared_ptr<AppController> theController)
     : platform(thePlatform), controller(std::move(theController)), tasks(platform.mainLoop) {
-  feed.onTrack([this](const auto& track) {
-    tellFollowers({.aboutTrack = true, .track = track});
-  });
+  feed.onTrack([this](const auto& track) { tellFollowers({.aboutTrack = true, .track = track}); });
   feed.onSuggestions([this](const auto& result) { tellFollowers({.suggestions = result}); });
   controller->setListeners([this](const auto& seen) { take(seen); },
                            [this](const auto& result) { feed.setSuggestions(result); });

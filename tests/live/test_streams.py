@@ -1,0 +1,107 @@
+"""The track for streams: a real player changes tracks, and whoever follows hears of it in time."""
+
+import contextlib
+import http.client
+import json
+import os
+import stat
+import threading
+import time
+import unittest
+
+from players import configure, mpv, tagged
+from session import Session, builtVelmor, waitUntil
+
+PROMISED = 2
+"""Seconds from the player's change to the follower's."""
+
+
+class StreamsTest(unittest.TestCase):
+    def setUp(self):
+        self.desktop = self.enterContext(Session(alone=True))
+        self.file = os.path.join(self.desktop.home, "stick", "track.txt")
+        self.songs = [tagged(self.desktop, f"{name}.flac", title=name, artist="Artist")
+                      for name in ("One", "Two")]
+
+    def follow(self, name, *options):
+        return self.desktop.start([builtVelmor(), "now", "--follow", *options], log=name)
+
+    def lines(self, name):
+        return self.desktop.log(name).splitlines()
+
+    def content(self):
+        with contextlib.suppress(FileNotFoundError), open(self.file, encoding="utf-8") as file:
+            return file.read()
+
+    def serve(self):
+        """Begins to serve; gives the port and the titles that its event stream tells."""
+        self.desktop.start([builtVelmor(), "serve", "--port", "0"], log="serve")
+        waitUntil(lambda: self.desktop.log("serve").endswith("\n"), "the server names its address")
+        port = int(self.desktop.log("serve").split(":")[2].split("/")[0])
+        connection = http.client.HTTPConnection("127.0.0.1", port)
+        connection.request("GET", "/events")
+        response, titles = connection.getresponse(), []
+
+        def read():
+            with contextlib.suppress(Exception):
+                for line in response:
+                    if line.startswith(b"data: "):
+                        titles.append((json.loads(line[6:]) or {}).get("title"))
+
+        threading.Thread(target=read, daemon=True).start()
+        return port, titles
+
+    def isEverywhere(self, title, titles):
+        return (self.content() == f"Artist - {title}\n" and titles[-1:] == [title]
+                and self.lines("printed")[-1:] == [title])
+
+    def testEverybodyFollowsAPlayer(self):
+        os.mkdir(os.path.dirname(self.file))
+        self.follow("written", "--output", self.file, "--format", "{artist} - {title} [{bpm}]")
+        printing = self.follow("printed", "--format", "{title}")
+        _, titles = self.serve()
+        waitUntil(lambda: self.content() == "\n", "nothing plays")
+        for song, title in zip(self.songs, ("One", "Two")):
+            player = mpv(self.desktop, song)
+            waitUntil(lambda: "mpv" in self.desktop.busNames(), "the player has announced itself")
+            begun = time.monotonic()
+            waitUntil(lambda: self.isEverywhere(title, titles),
+                      lambda: f"{title}; {self.content()}, {titles}, {self.lines('printed')}")
+            print(f"{title} was everywhere after {time.monotonic() - begun:.2f} s")
+            self.assertLess(time.monotonic() - begun, PROMISED + 0.2)
+            self.desktop.stop(player)
+            waitUntil(lambda: self.content() == "\n" and titles[-1] is None, "it has stopped")
+
+        # A stick is pulled out and comes back.
+        away = os.path.dirname(self.file) + "-away"
+        os.rename(os.path.dirname(self.file), away)
+        mpv(self.desktop, self.songs[0])
+        waitUntil(lambda: titles[-1] == "One", "the track is known")
+        os.rename(away, os.path.dirname(self.file))
+        waitUntil(lambda: self.content() == "Artist - One\n", "the file is true again")
+        printing.terminate()
+        self.assertEqual(printing.wait(timeout=10), 0)
+        closed = self.desktop.run(["bash", "-c", f"{builtVelmor()} now --follow | head -n 1;"
+                                                 "echo ${PIPESTATUS[0]}"], timeout=20)
+        self.assertEqual(closed.stdout.splitlines()[-1], "0")
+
+    def testAWindowTellsAll(self):
+        configure(self.desktop, autoSuggestTracks=False)
+        window = self.desktop.start([builtVelmor()])
+        socket = os.path.join(self.desktop.runtime, "velmor.sock")
+        waitUntil(lambda: os.path.exists(socket), "the window offers its socket")
+        self.assertEqual(stat.S_IMODE(os.stat(socket).st_mode), 0o600)
+        for name in ("first", "second"):
+            self.follow(name, "--format", "{title}")
+        player = mpv(self.desktop, self.songs[0])
+        waitUntil(lambda: self.lines("first") == self.lines("second") == ["One"], "both know")
+        self.assertEqual(self.desktop.named("title"), ("One",))
+        self.desktop.stop(window)
+        self.assertFalse(os.path.exists(socket), "nothing is left behind")
+        self.desktop.stop(player)
+        waitUntil(lambda: self.lines("first") == self.lines("second") == ["One", ""],
+                  "the followers look by themselves")
+
+
+if __name__ == "__main__":
+    unittest.main()
