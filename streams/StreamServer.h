@@ -27,8 +27,8 @@ public:
   /// Ends all answers that are under way.
   ~StreamServer();
 
-  /// Begins to answer at the port; 0 stands for any that is free. Gives the port. Throws VelmorError
-  /// when it is taken.
+  /// Begins to answer at the port; 0 stands for any that is free. Gives the port. Throws
+  /// VelmorError when it is taken.
   int start(int port);
 
 private:

@@ -21,9 +21,7 @@ void TrackFile::attempt() {
     if (!hasFailed) log.write("Velmor: " + std::string(error.what()) + " Trying again.");
     hasFailed = true;
     // A timer must not be destroyed while it calls: the next one takes its place afterwards.
-    const auto again = [this] {
-      loop.post(MainLoop::Lane::Actor, [this] { attempt(); });
-    };
+    const auto again = [this] { loop.post(MainLoop::Lane::Actor, [this] { attempt(); }); };
     retry = loop.callLater(MainLoop::Lane::Actor, retryInterval, again);
   }
 }

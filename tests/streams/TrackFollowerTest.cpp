@@ -22,8 +22,8 @@ protected:
 
   static NowPlayingTrack track(const std::string& title) { return {.title = title, .artist = "A"}; }
   /// What is heard until that many looks are over.
-  Heard after(int looks) {
-    loop.advance(looks * TrackFollower::pollInterval);
+  Heard after(int count) {
+    loop.advance(count * TrackFollower::pollInterval);
     return std::exchange(heard, {});
   }
   /// A window that says what plays when it is asked, and nothing else.
