@@ -252,7 +252,7 @@ TEST_F(ProgramTest, AsksTheRunningWindow) {
   WindowService service(system.platform, window);
   service.start(host.local);
   play("T", "A");
-  const auto looks = [this, before = 0]() mutable {
+  auto looks = [this, before = 0]() mutable {
     return system.mediaRemote.opened - std::exchange(before, system.mediaRemote.opened);
   };
   EXPECT_EQ(run({"now"}), 0);
