@@ -30,7 +30,7 @@ private:
   [[nodiscard]] int carryOut(const CommandLine& line);
   [[nodiscard]] int runWindow();
   [[nodiscard]] int runBridge();
-  /// Keeps a feed true until the program is asked to end, or nobody reads its output any more.
+  /// Keeps a feed true until the program is asked to end.
   [[nodiscard]] int follow(TrackFeed& feed);
   [[nodiscard]] int runNow(const CommandLine& line);
   [[nodiscard]] int runFollow(const CommandLine& line);

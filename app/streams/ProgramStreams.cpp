@@ -58,7 +58,11 @@ int Program::runFollow(const CommandLine& line) {
     out << text << std::flush;
     if (!out) platform.workspace.terminate();
   });
-  return follow(feed);
+  if (!file) host.onOutputClosed([&platform] { platform.workspace.terminate(); });
+  const int result = follow(feed);
+  // A pipe that was closed is how a reader says that it has enough.
+  out.clear();
+  return result;
 }
 
 int Program::runServe(const CommandLine& line) {
@@ -77,11 +81,8 @@ int Program::follow(TrackFeed& feed) {
   TaskGroup tasks(platform.mainLoop);
   const auto end = [&] { platform.workspace.terminate(); };
   host.onTerminationRequest(end);
-  host.onOutputClosed(end);
   tasks.start(follower.run());
   host.run();
-  // A pipe that was closed is how a reader says that it has enough.
-  out.clear();
   return 0;
 }
 

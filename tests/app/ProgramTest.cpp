@@ -227,7 +227,7 @@ TEST_F(ProgramTest, FollowsTheTrackUntilItsReaderHasEnough) {
   };
   for (const auto& [options, printed, written] : cases) {
     stop();
-    host.meanwhile = [this] {
+    host.meanwhile = [&, isPrinting = written.empty()] {
       system.loop.advance(Seconds{2});
       play("T");
       system.loop.advance(Seconds{9});
@@ -235,7 +235,7 @@ TEST_F(ProgramTest, FollowsTheTrackUntilItsReaderHasEnough) {
       system.loop.advance(Seconds{9});
       play("U");
       system.loop.advance(Seconds{2});
-      host.closeOutput();
+      isPrinting ? host.closeOutput() : host.terminate();
     };
     std::vector<std::string> arguments{"now", "--follow"};
     arguments.insert(arguments.end(), options.begin(), options.end());
@@ -272,6 +272,8 @@ TEST_F(ProgramTest, AsksTheRunningWindow) {
     play("U", "A");
     system.loop.advance(Seconds{3});
     looks();
+    const auto second = host.local.connect();
+    second->send(WindowQuestion{WindowQuestion::Kind::follow}.line());
     system.loop.advance(Seconds{15});
     EXPECT_LE(looks(), 11) << "no more than the window alone";
     host.terminate();
