@@ -9,6 +9,8 @@ namespace {
 
 /// A window that lives says so every five seconds: one that is silent for 18 hangs.
 constexpr int mostSilentRounds = 12;
+/// What a window that is busy may take for its first word.
+constexpr int roundsToGreet = 3;
 constexpr int roundsAfterSilence = 20;
 
 } // namespace
@@ -22,7 +24,9 @@ Task<void> TrackFollower::run() {
     const bool cancelled = co_await isCancelled();
     if (cancelled) co_return;
     approachWindow();
-    if (!isTold) {
+    // Two that look at different moments see different things: the window goes first.
+    const bool isWaiting = window && silentRounds < roundsToGreet;
+    if (!isTold && !isWaiting) {
       const auto seen = co_await occupied(loop, ask);
       take(seen);
     }

@@ -11,6 +11,7 @@ import unittest
 
 from players import configure, mpv, tagged
 from session import Session, builtVelmor, waitUntil
+from standins import startPlayer, writeState
 
 PROMISED = 2
 """Seconds from the player's change to the follower's."""
@@ -39,6 +40,7 @@ class StreamsTest(unittest.TestCase):
         waitUntil(lambda: self.desktop.log("serve").endswith("\n"), "the server names its address")
         port = int(self.desktop.log("serve").split(":")[2].split("/")[0])
         connection = http.client.HTTPConnection("127.0.0.1", port)
+        self.addCleanup(connection.close)
         connection.request("GET", "/events")
         response, titles = connection.getresponse(), []
 
@@ -51,6 +53,12 @@ class StreamsTest(unittest.TestCase):
         threading.Thread(target=read, daemon=True).start()
         return port, titles
 
+    def overlay(self, port):
+        """The overlay as it stands in a browser after a while."""
+        return self.desktop.run(
+            ["chromium", "--headless=new", "--no-sandbox", "--disable-gpu", "--dump-dom",
+             "--timeout=3000", f"http://127.0.0.1:{port}/overlay"]).stdout
+
     def isEverywhere(self, title, titles):
         return (self.content() == f"Artist - {title}\n" and titles[-1:] == [title]
                 and self.lines("printed")[-1:] == [title])
@@ -59,7 +67,7 @@ class StreamsTest(unittest.TestCase):
         os.mkdir(os.path.dirname(self.file))
         self.follow("written", "--output", self.file, "--format", "{artist} - {title} [{bpm}]")
         printing = self.follow("printed", "--format", "{title}")
-        _, titles = self.serve()
+        port, titles = self.serve()
         waitUntil(lambda: self.content() == "\n", "nothing plays")
         times = []
         for song, title in zip(self.songs, ("One", "Two")):
@@ -82,22 +90,49 @@ class StreamsTest(unittest.TestCase):
         waitUntil(lambda: titles[-1] == "One", "the track is known")
         os.rename(away, os.path.dirname(self.file))
         waitUntil(lambda: self.content() == "Artist - One\n", "the file is true again")
+        waitUntil(lambda: ">One</p>" in self.overlay(port), "a browser shows the track")
         printing.terminate()
         self.assertEqual(printing.wait(timeout=10), 0)
         closed = self.desktop.run(["bash", "-c", f"{builtVelmor()} now --follow | head -n 1;"
                                                  "echo ${PIPESTATUS[0]}"], timeout=20)
         self.assertEqual(closed.stdout.splitlines()[-1], "0")
 
-    def testAWindowTellsAll(self):
+    def openWindow(self):
         configure(self.desktop, autoSuggestTracks=False)
         window = self.desktop.start([builtVelmor()])
         socket = os.path.join(self.desktop.runtime, "velmor.sock")
         waitUntil(lambda: os.path.exists(socket), "the window offers its socket")
+        return window, socket
+
+    def testNothingThatWasSeenIsLost(self):
+        def play(number):
+            metadata = {"xesam:title": str(number), "xesam:artist": ["A"], "xesam:album": "B"}
+            return writeState(self.desktop, "Music", {"status": "Playing", "metadata": metadata})
+
+        self.openWindow()
+        startPlayer(self.desktop, "Music", play(0))
+        _, titles = self.serve()
+        for name in ("first", "second"):
+            self.follow(name, "--format", "{title}")
+        waitUntil(lambda: self.lines("first") == self.lines("second") == titles[-1:] == ["0"],
+                  "all know the first track")
+        for number in range(1, 101):
+            play(number)
+            time.sleep(0.1)
+        waitUntil(lambda: self.lines("first")[-1:] == titles[-1:] == ["100"], "and the last")
+        waitUntil(lambda: self.lines("first") == self.lines("second"), "all tell the same")
+        self.assertEqual(titles[titles.index("0"):], self.lines("first"))
+        self.assertEqual(sorted(map(int, self.lines("first"))),
+                         list(map(int, self.lines("first"))))
+
+    def testAWindowTellsAll(self):
+        window, socket = self.openWindow()
         self.assertEqual(stat.S_IMODE(os.stat(socket).st_mode), 0o600)
         for name in ("first", "second"):
             self.follow(name, "--format", "{title}")
         player = mpv(self.desktop, self.songs[0])
-        waitUntil(lambda: self.lines("first") == self.lines("second") == ["One"], "both know")
+        waitUntil(lambda: self.lines("first") == self.lines("second") == ["One"],
+                  lambda: f"both know: {self.lines('first')}, {self.lines('second')}")
         self.assertEqual(self.desktop.named("title"), ("One",))
         self.desktop.stop(window)
         self.assertFalse(os.path.exists(socket), "nothing is left behind")
