@@ -3,6 +3,7 @@
 import json
 import os
 import sys
+import time
 import unittest
 
 from velmor_window import FULL, SQUARE, VelmorDesktop
@@ -43,6 +44,13 @@ class UseTest(unittest.TestCase):
         before = self.picture()
         act(*arguments)
         waitUntil(lambda: self.picture() != before, f"the page shows {arguments}")
+        # What moves swallows the next click.
+        waitUntil(self.isStill, "the page has come to rest")
+
+    def isStill(self):
+        before = self.picture()
+        time.sleep(0.3)
+        return self.picture() == before
 
     def pasted(self):
         return self.desktop.run([sys.executable, "-c", PASTE]).stdout.strip()

@@ -50,12 +50,12 @@ export async function open(context, { settings = {}, answers = {}, size = [461, 
   await page.addInitScript(`Object.assign(window.native, ${JSON.stringify(start)})`);
   if (bridge) await page.addInitScript(readFileSync(join(web, 'velmor-bridge.js'), 'utf8'));
   // What an earlier page has kept goes; a reload of this one keeps what is there.
-  await page.addInitScript(`if (!sessionStorage.old) {
+  await page.addInitScript(`if (window.name !== 'old') {
     localStorage.clear();
     for (const [name, value] of Object.entries(${JSON.stringify(stored)})) {
       localStorage.setItem('velmor.' + name, JSON.stringify(value));
     }
-    sessionStorage.old = 'yes';
+    window.name = 'old';
   }`);
   await page.goto(pathToFileURL(join(web, 'index.html')).href);
   if (bridge) await page.waitForFunction(() => window.native.count('StartAutoDetection') === 1);
