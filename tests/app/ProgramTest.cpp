@@ -24,7 +24,7 @@ namespace {
 /// A system whose main loop runs until the program ends or a minute is over.
 class FakeHost : public Host, LineInput, SystemStatus {
 public:
-  explicit FakeHost(FakePlatform& fake) : system(fake) {}
+  explicit FakeHost(FakePlatform& fake) : local(fake.loop), system(fake) {}
 
   const Platform& platform() const override { return system.platform; }
   LineInput& standardInput() override { return *this; }
@@ -56,7 +56,7 @@ public:
   std::function<void()> meanwhile;
   MainLoop::Work terminate;
   MainLoop::Work closeOutput;
-  FakeLocalService local{system.loop};
+  FakeLocalService local;
 
 private:
   FakePlatform& system;
