@@ -123,11 +123,8 @@ class VelmorDesktop(Session):
         """The window, None while the window manager does not list it; without a window manager,
         while it is not on the screen."""
         for window in self.clients():
-            try:
-                if self._text(window, "_NET_WM_NAME") == "Velmor":
-                    return window
-            except error.BadWindow:
-                continue
+            if self._text(window, "_NET_WM_NAME") == "Velmor":
+                return window
         return None
 
     def clients(self):
@@ -306,7 +303,11 @@ class VelmorDesktop(Session):
         return list(value.value) if value else None
 
     def _text(self, window, name):
-        value = window.get_full_property(self.x.get_atom(name), self.x.get_atom("UTF8_STRING"))
+        """None, too, for a window that has just gone."""
+        try:
+            value = window.get_full_property(self.x.get_atom(name), self.x.get_atom("UTF8_STRING"))
+        except error.BadWindow:
+            return None
         return value.value.decode() if value else None
 
 
