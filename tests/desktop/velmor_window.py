@@ -175,9 +175,6 @@ class VelmorDesktop(Session):
         everywhere = self._property(window, "_NET_WM_DESKTOP") == [0xFFFFFFFF]
         return states | ({"STICKY"} if everywhere else set())
 
-    def topmost(self):
-        return self._property(self.rootWindow, "_NET_CLIENT_LIST_STACKING")[-1]
-
     def isSeen(self):
         """Whether it is drawn above the other windows."""
         left, top = self.onScreen((4, 4))

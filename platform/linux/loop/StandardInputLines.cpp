@@ -36,24 +36,19 @@ bool StandardInputLines::takeChunk() {
   const auto count = ::read(descriptor, chunk.data(), chunk.size());
   if (count < 0) return errno == EINTR || errno == EAGAIN;
   if (count == 0) return false;
-  std::string_view rest(chunk.data(), static_cast<std::size_t>(count));
-  for (auto feed = rest.find('\n'); feed != std::string_view::npos; feed = rest.find('\n')) {
-    unfinished += rest.substr(0, feed);
-    rest.remove_prefix(feed + 1);
-    deliver();
-  }
-  unfinished += rest;
+  lines.take({chunk.data(), static_cast<std::size_t>(count)},
+             [this](std::string line) { deliver(std::move(line)); });
   return true;
 }
 
-void StandardInputLines::deliver() {
+void StandardInputLines::deliver(std::string text) {
   loop.post(MainLoop::Lane::Actor,
-            [handler = lineHandler, line = std::exchange(unfinished, {})] { (*handler)(line); });
+            [handler = lineHandler, line = std::move(text)] { (*handler)(line); });
 }
 
 void StandardInputLines::end() {
   source = 0;
-  if (!unfinished.empty()) deliver();
+  if (!lines.unfinished().empty()) deliver(lines.unfinished());
   loop.post(MainLoop::Lane::Actor, std::exchange(endHandler, nullptr));
 }
 

@@ -2,6 +2,7 @@
 
 #include "platform/LineInput.h"
 #include "platform/MainLoop.h"
+#include "platform/linux/loop/LineBuffer.h"
 
 #include <memory>
 
@@ -23,13 +24,13 @@ public:
 private:
   /// Reads what is there; false when the input has ended.
   bool takeChunk();
-  void deliver();
+  void deliver(std::string text);
   void end();
 
   MainLoop& loop;
   int descriptor;
   unsigned source = 0;
-  std::string unfinished;
+  LineBuffer lines;
   std::shared_ptr<const std::function<void(std::string)>> lineHandler;
   std::function<void()> endHandler;
 };

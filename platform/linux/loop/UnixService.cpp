@@ -1,5 +1,7 @@
 #include "platform/linux/loop/UnixService.h"
 
+#include "platform/linux/loop/LineBuffer.h"
+
 #include <fcntl.h>
 #include <glib-unix.h>
 #include <sys/socket.h>
@@ -100,14 +102,9 @@ private:
     const auto count = ::recv(descriptor.get(), chunk.data(), chunk.size(), 0);
     if (count < 0) return errno == EINTR || errno == EAGAIN;
     if (count == 0) return false;
-    std::string_view rest(chunk.data(), static_cast<std::size_t>(count));
-    for (auto feed = rest.find('\n'); feed != std::string_view::npos; feed = rest.find('\n')) {
-      unfinished += rest.substr(0, feed);
-      rest.remove_prefix(feed + 1);
-      tellLine(std::exchange(unfinished, {}));
-    }
-    unfinished += rest;
-    return unfinished.size() <= longestLine;
+    lines.take({chunk.data(), static_cast<std::size_t>(count)},
+               [this](std::string line) { tellLine(std::move(line)); });
+    return lines.unfinished().size() <= longestLine;
   }
 
   void tellLine(std::string line) {
@@ -130,7 +127,7 @@ private:
   MainLoop& loop;
   FileDescriptor descriptor;
   unsigned source = 0;
-  std::string unfinished;
+  LineBuffer lines;
   std::function<void(const std::string&)> lineHandler;
   std::function<void()> endHandler;
 };
